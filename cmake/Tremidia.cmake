@@ -1,0 +1,49 @@
+# Shared helpers for the project's CMake files.
+
+# tremidia_add_test(NAME name SOURCES a.cpp ... LIBS lib ... [GUI] [TIMEOUT s] [LABELS l ...])
+# One Qt Test executable per class or window. GUI tests run on the offscreen platform.
+function(tremidia_add_test)
+    cmake_parse_arguments(T "GUI" "NAME;TIMEOUT" "SOURCES;LIBS;LABELS" ${ARGN})
+    add_executable(${T_NAME} ${T_SOURCES})
+    target_link_libraries(${T_NAME} PRIVATE Qt6::Test ${T_LIBS})
+    set_target_properties(${T_NAME} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/tests/bin)
+    target_compile_definitions(${T_NAME} PRIVATE
+        TREMIDIA_SOURCE_DIR="${PROJECT_SOURCE_DIR}"
+        TREMIDIA_FIXTURES_DIR="${PROJECT_SOURCE_DIR}/../shared/fixtures"
+        TREMIDIA_BINARY_DIR="${CMAKE_BINARY_DIR}"
+        TREMIDIA_TEST_OUTPUT_DIR="${CMAKE_BINARY_DIR}/test-output")
+    add_test(NAME ${T_NAME} COMMAND ${T_NAME})
+    set(env "QT_QPA_PLATFORM=offscreen;LC_ALL=C.UTF-8;XDG_RUNTIME_DIR=${CMAKE_BINARY_DIR}/test-runtime")
+    if(NOT T_TIMEOUT)
+        set(T_TIMEOUT 300)
+    endif()
+    set_tests_properties(${T_NAME} PROPERTIES ENVIRONMENT "${env}" TIMEOUT ${T_TIMEOUT})
+    if(T_LABELS)
+        set_tests_properties(${T_NAME} PROPERTIES LABELS "${T_LABELS}")
+    endif()
+endfunction()
+
+# tremidia_add_bench(NAME name SOURCES a.cpp ... LIBS lib ...)
+# Benchmarks print their figures; they are built with the project but not run by ctest.
+function(tremidia_add_bench)
+    cmake_parse_arguments(B "" "NAME" "SOURCES;LIBS" ${ARGN})
+    add_executable(${B_NAME} ${B_SOURCES})
+    target_link_libraries(${B_NAME} PRIVATE Qt6::Test ${B_LIBS})
+    set_target_properties(${B_NAME} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/bench/bin)
+    target_compile_definitions(${B_NAME} PRIVATE
+        TREMIDIA_SOURCE_DIR="${PROJECT_SOURCE_DIR}"
+        TREMIDIA_FIXTURES_DIR="${PROJECT_SOURCE_DIR}/../shared/fixtures"
+        TREMIDIA_BINARY_DIR="${CMAKE_BINARY_DIR}")
+endfunction()
+
+# Adds every direct subfolder of the current source folder that has a CMakeLists.txt,
+# so that each area can keep its own list without touching a shared file.
+function(tremidia_add_subfolders)
+    file(GLOB children LIST_DIRECTORIES true RELATIVE ${CMAKE_CURRENT_SOURCE_DIR} ${CMAKE_CURRENT_SOURCE_DIR}/*)
+    list(SORT children)
+    foreach(child ${children})
+        if(IS_DIRECTORY ${CMAKE_CURRENT_SOURCE_DIR}/${child} AND EXISTS ${CMAKE_CURRENT_SOURCE_DIR}/${child}/CMakeLists.txt)
+            add_subdirectory(${child})
+        endif()
+    endforeach()
+endfunction()

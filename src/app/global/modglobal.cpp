@@ -1,0 +1,43 @@
+#include "modglobal.h"
+
+#include "shellwindow.h"
+
+#include <database.h>
+#include <twips.h>
+
+#include <QMdiArea>
+#include <QMdiSubWindow>
+
+namespace modGlobal {
+
+void CenterAndShow(QWidget *form)
+{
+    if (!form)
+        return;
+    ShellWindow *shell = ShellWindow::instance();
+    QMdiArea *area = shell ? shell->mdiArea() : nullptr;
+    if (!area) {
+        form->show();
+        return;
+    }
+
+    QMdiSubWindow *sub = qobject_cast<QMdiSubWindow *>(form);
+    if (!sub)
+        sub = qobject_cast<QMdiSubWindow *>(form->parentWidget());
+    if (!sub || sub->mdiArea() != area)
+        sub = area->addSubWindow(form);
+
+    const double scaleWidth = platform::twipsFromPixelsX(area->viewport()->width());
+    const double scaleHeight = platform::twipsFromPixelsY(area->viewport()->height());
+    const double width = platform::twipsFromPixelsX(sub->width());
+    const double height = platform::twipsFromPixelsY(sub->height());
+    const double left = (scaleWidth - width) / 2.0;
+    const double top = (scaleHeight - height) / 2.0;
+    sub->move(platform::pixelsFromTwipsX(left), platform::pixelsFromTwipsY(top));
+    sub->show();
+    form->show();
+    sub->raise();
+    area->setActiveSubWindow(sub);
+}
+
+} // namespace modGlobal

@@ -1,0 +1,43 @@
+#pragma once
+
+#include <QtGlobal>
+
+#include <functional>
+
+class QAction;
+class QMdiArea;
+class QWidget;
+
+// What the windows below the main shell may ask of it. The main shell (MDIForm1)
+// implements this and registers a factory at start, so that touching the shell from a
+// viewer creates its default instance when there is none, and no lower layer has to
+// know the shell's class.
+class ShellWindow
+{
+public:
+    virtual ~ShellWindow();
+
+    // The shell's top-level window and its area for child windows.
+    virtual QWidget *window() = 0;
+    virtual QMdiArea *mdiArea() = 0;
+
+    // The window list of the "Παράθυρα" menu: entries mnuList(0 .. upper bound),
+    // and the separator above them.
+    virtual int mnuListUBound() const = 0;
+    virtual QAction *mnuList(int index) = 0;
+    virtual QAction *windowListSeparator() = 0;
+
+    // The three toggles of the "Προβολή" menu, kept in step by their windows.
+    enum class Toggle { StudNotes, Catalogue, Draw };
+    virtual void setToggleChecked(Toggle toggle, bool checked) = 0;
+
+    // The shell, created through the registered factory if there is none yet.
+    static ShellWindow *instance();
+    // The shell if it exists, without creating it.
+    static ShellWindow *existing();
+
+    static void setFactory(std::function<ShellWindow *()> factory);
+    // The shell calls these from its construction and destruction.
+    static void setCurrent(ShellWindow *shell);
+    static void clearCurrent(ShellWindow *shell);
+};

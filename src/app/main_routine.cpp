@@ -1,0 +1,6 @@
+#include "main_routine.h"
+
+bool Main()
+{
+    return false;
+}

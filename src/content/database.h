@@ -1,0 +1,125 @@
+#pragma once
+
+#include <QString>
+#include <QVariant>
+
+#include <functional>
+#include <memory>
+
+struct sqlite3;
+
+// The content database, standing in for the Jet engine the content was made for. Every
+// query runs on SQLite: an SQLite content file is opened read-only as it is, a Jet file
+// is imported into an in-memory SQLite database first. Failures are thrown as
+// platform::RuntimeError with the engine's number and description.
+namespace content {
+
+class Recordset;
+
+// Recordset types and options, by the values the content's queries pass.
+enum RecordsetType : int {
+    dbOpenDefault = 0,
+    dbOpenTable = 1,
+    dbOpenDynaset = 2,
+    dbOpenSnapshot = 4,
+    dbOpenForwardOnly = 8,
+};
+enum RecordsetOption : int {
+    dbReadOnly = 4,
+};
+
+struct OpenOptions
+{
+    // Code page for the text of a Jet 3 file, overriding what the file declares
+    // (e.g. "CP1253"). Empty: use the file's own.
+    QByteArray jet3CodePage;
+    // Called during a Jet import with the work done so far and the whole; returning
+    // false cancels the import. May be empty.
+    std::function<bool(qint64 done, qint64 total)> progress;
+};
+
+class Database
+{
+public:
+    ~Database();
+    Q_DISABLE_COPY_MOVE(Database)
+
+    // Opens a content file of either kind, told apart by its first bytes, not its name.
+    static std::unique_ptr<Database> OpenDatabase(const QString &path, const OpenOptions &options = {});
+
+    // SQL text, or the name of a table (which opens the whole table, as a table-type
+    // recordset that supports Index/Seek). The result is a snapshot: it is read whole
+    // when opened and does not change.
+    std::unique_ptr<Recordset> OpenRecordset(const QString &source, int type = dbOpenDefault, int options = 0);
+
+    // Names of the user tables in the file's catalogue order.
+    QStringList tableNames() const;
+
+    sqlite3 *handle() const;
+    QString path() const;
+
+private:
+    Database();
+    struct Private;
+    std::unique_ptr<Private> d;
+};
+
+// A field of the current record. Value() is a null QVariant for a Null column.
+class Field
+{
+public:
+    Field(QString name, QVariant value);
+    const QString &Name() const { return m_name; }
+    const QVariant &Value() const { return m_value; }
+    bool IsNull() const { return m_value.isNull(); }
+    // Null joined to an empty string, as content text is read.
+    QString text() const { return m_value.isNull() ? QString() : m_value.toString(); }
+
+private:
+    QString m_name;
+    QVariant m_value;
+};
+
+class Recordset
+{
+public:
+    ~Recordset();
+    Q_DISABLE_COPY_MOVE(Recordset)
+
+    long RecordCount() const;
+    bool BOF() const;
+    // EOF is a macro of the C library, hence the spelling.
+    bool Eof() const;
+    void MoveFirst();
+    void MoveLast();
+    void MoveNext();
+    void MovePrevious();
+    long AbsolutePosition() const; // 0-based, -1 with no current record
+
+    // A field of the current record by name (case-insensitive, as Jet's were). Reading
+    // with no current record, or an unknown name, throws the engine's error.
+    Field Fields(const QString &name) const;
+    int fieldCount() const;
+    QString fieldName(int index) const;
+    QVariant value(int index) const;
+
+    // Table-type recordsets only: the index by name ("PrimaryKey"), then Seek "=".
+    void setIndex(const QString &indexName);
+    QString Index() const;
+    void Seek(const QString &comparison, const QVariant &key);
+    bool NoMatch() const;
+
+    void Close();
+
+private:
+    friend class Database;
+    Recordset();
+    struct Private;
+    std::unique_ptr<Private> d;
+};
+
+// Quotes a text value for joining into SQL: surrounds it with the given quote and
+// doubles that quote inside, so an apostrophe in an author or a museum works.
+QString sqlQuote(const QString &value, QChar quote = u'\'');
+
+} // namespace content

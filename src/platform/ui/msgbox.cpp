@@ -1,0 +1,63 @@
+#include "msgbox.h"
+
+#include <QApplication>
+#include <QMessageBox>
+
+namespace platform {
+
+namespace {
+
+MsgBoxHook &hook()
+{
+    static MsgBoxHook instance;
+    return instance;
+}
+
+} // namespace
+
+void setMsgBoxHook(MsgBoxHook h)
+{
+    hook() = std::move(h);
+}
+
+int MsgBox(const QString &text, int style, const QString &title, QWidget *parent)
+{
+    if (hook())
+        return hook()(text, style, title);
+
+    QMessageBox box(parent ? parent : QApplication::activeWindow());
+    box.setWindowTitle(title);
+    box.setText(text);
+
+    switch (style & 0x70) {
+    case vbCritical: box.setIcon(QMessageBox::Critical); break;
+    case vbQuestion: box.setIcon(QMessageBox::Question); break;
+    case vbExclamation: box.setIcon(QMessageBox::Warning); break;
+    case vbInformation: box.setIcon(QMessageBox::Information); break;
+    default: box.setIcon(QMessageBox::NoIcon); break;
+    }
+
+    switch (style & 0x7) {
+    case vbOKCancel:
+        box.setStandardButtons(QMessageBox::Ok | QMessageBox::Cancel);
+        break;
+    case vbYesNoCancel:
+        box.setStandardButtons(QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel);
+        break;
+    case vbYesNo:
+        box.setStandardButtons(QMessageBox::Yes | QMessageBox::No);
+        break;
+    default:
+        box.setStandardButtons(QMessageBox::Ok);
+        break;
+    }
+
+    switch (box.exec()) {
+    case QMessageBox::Yes: return vbYes;
+    case QMessageBox::No: return vbNo;
+    case QMessageBox::Cancel: return vbCancel;
+    default: return vbOK;
+    }
+}
+
+} // namespace platform

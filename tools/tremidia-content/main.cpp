@@ -1,0 +1,56 @@
+#include "commands.h"
+
+#include <QGuiApplication>
+#include <QTextStream>
+
+#include <cstdio>
+
+namespace {
+
+void usage()
+{
+    QTextStream err(stderr);
+    err << "usage: tremidia-content COMMAND ARGS\n"
+           "  import SOURCE DEST.sqlite   convert a Jet or SQLite content file to SQLite\n"
+           "  tables FILE                 user tables and their row counts\n"
+           "  query FILE SQL              run SQL, print the rows as TSV\n"
+           "  rtf-text FILE.rtf           plain text of an RTF file\n"
+           "  rtf-runs FILE.rtf           formatting runs of an RTF file, as JSON lines\n"
+           "  hotwords FILE RESOURCEID    the hot words of a text source, located\n"
+           "  check FILE                  audit the content files and hot words\n";
+}
+
+} // namespace
+
+int main(int argc, char *argv[])
+{
+    // The RTF reader builds QTextDocuments and images; a GUI application without a
+    // display is enough for that.
+    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    QGuiApplication app(argc, argv);
+
+    QStringList args = app.arguments();
+    args.removeFirst();
+    if (args.isEmpty()) {
+        usage();
+        return 1;
+    }
+    const QString command = args.takeFirst();
+    if (command == u"import")
+        return commands::import(args);
+    if (command == u"tables")
+        return commands::tables(args);
+    if (command == u"query")
+        return commands::query(args);
+    if (command == u"rtf-text")
+        return commands::rtfText(args);
+    if (command == u"rtf-runs")
+        return commands::rtfRuns(args);
+    if (command == u"hotwords")
+        return commands::hotwords(args);
+    if (command == u"check")
+        return commands::check(args);
+    usage();
+    return 1;
+}

@@ -5,6 +5,7 @@
 #include <database.h>
 #include <twips.h>
 
+#include <QApplication>
 #include <QMdiArea>
 #include <QMdiSubWindow>
 
@@ -38,6 +39,34 @@ void CenterAndShow(QWidget *form)
     form->show();
     sub->raise();
     area->setActiveSubWindow(sub);
+}
+
+namespace {
+
+std::function<void()> &endHook()
+{
+    static std::function<void()> hook;
+    return hook;
+}
+
+} // namespace
+
+void setEndHook(std::function<void()> hook)
+{
+    endHook() = std::move(hook);
+}
+
+void End()
+{
+    if (endHook()) {
+        endHook()();
+        return;
+    }
+    // Leave the event loop without closing windows one by one, so no window's close
+    // handling runs on the way out.
+    for (QWidget *w : QApplication::topLevelWidgets())
+        w->hide();
+    QCoreApplication::exit(0);
 }
 
 } // namespace modGlobal

@@ -3,6 +3,7 @@
 #include <QString>
 #include <QtGlobal>
 
+#include <functional>
 #include <memory>
 
 class QWidget;
@@ -27,5 +28,11 @@ inline qint16 gTwipsPerPixelY = 0;
 // window of the shell. The left and top are computed in twips, unrounded, and may be
 // negative for a form larger than the shell. Creates the shell if there is none.
 void CenterAndShow(QWidget *form);
+
+// Stops the program at once, running no further unload handlers: the way the start
+// screen's exit button, the toolbar's exit key and a failed start end it. Tests replace
+// the ending with setEndHook() to observe it.
+void End();
+void setEndHook(std::function<void()> hook);
 
 } // namespace modGlobal

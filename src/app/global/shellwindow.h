@@ -27,6 +27,12 @@ public:
     virtual QAction *mnuList(int index) = 0;
     virtual QAction *windowListSeparator() = 0;
 
+    // The activity shown, and its tiles: the start screen and the navigation tree
+    // drive these.
+    virtual void setSelectedActivity(qint32 activityID) = 0;
+    virtual void LoadResources() = 0;
+    virtual void UnloadResources() = 0;
+
     // The three toggles of the "Προβολή" menu, kept in step by their windows.
     enum class Toggle { StudNotes, Catalogue, Draw };
     virtual void setToggleChecked(Toggle toggle, bool checked) = 0;

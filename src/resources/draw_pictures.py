@@ -1,0 +1,675 @@
+#!/usr/bin/env python3
+"""Writes the program's pictures as SVG files into svg/ and lists them in programpictures.qrc.
+
+The pictures share one palette and a few drawn parts (the button plate, the tile plaque,
+the glyphs of the source kinds), so they are composed here rather than kept by hand in
+sixty files that would drift apart. Run it after changing a drawing and commit its output:
+
+    python3 src/resources/draw_pictures.py
+
+Only what Qt's SVG renderer understands is used: paths, shapes, gradients, opacity and
+transforms; no filters, masks, clip paths or text.
+"""
+
+import math
+import os
+
+HERE = os.path.dirname(os.path.abspath(__file__))
+OUT = os.path.join(HERE, "svg")
+
+# Palette: warm earth, Aegean sea, olive leaves.
+INK = "#3b2414"
+TERRACOTTA = "#b5532c"
+TERRACOTTA_DARK = "#7e3318"
+OCHRE = "#d9a441"
+OCHRE_LIGHT = "#f3d88f"
+PARCHMENT = "#f5e7c4"
+PARCHMENT_DARK = "#e3cb94"
+AEGEAN = "#2c6ea6"
+AEGEAN_DARK = "#1c4a75"
+AEGEAN_LIGHT = "#8cc0e4"
+OLIVE = "#6b7f35"
+OLIVE_LIGHT = "#a6b85c"
+MARBLE = "#f7f3ea"
+MARBLE_SHADE = "#d6cdbb"
+GOLD = "#e9b63b"
+
+pictures = {}
+
+
+def svg(w, h, body, defs=""):
+    d = f"<defs>{defs}</defs>\n" if defs else ""
+    return (
+        f'<svg xmlns="http://www.w3.org/2000/svg" xmlns:xlink="http://www.w3.org/1999/xlink" '
+        f'width="{w}" height="{h}" viewBox="0 0 {w} {h}">\n{d}{body}\n</svg>\n'
+    )
+
+
+def lin(gid, stops, x1=0, y1=0, x2=0, y2=1):
+    s = "".join(
+        f'<stop offset="{o}" stop-color="{c}"' + (f' stop-opacity="{a}"' if a is not None else "") + "/>"
+        for o, c, a in [(t + (None,))[:3] for t in stops]
+    )
+    return f'<linearGradient id="{gid}" x1="{x1}" y1="{y1}" x2="{x2}" y2="{y2}">{s}</linearGradient>'
+
+
+def rad(gid, stops, cx=0.5, cy=0.5, r=0.5):
+    s = "".join(
+        f'<stop offset="{o}" stop-color="{c}"' + (f' stop-opacity="{a}"' if a is not None else "") + "/>"
+        for o, c, a in [(t + (None,))[:3] for t in stops]
+    )
+    return f'<radialGradient id="{gid}" cx="{cx}" cy="{cy}" r="{r}">{s}</radialGradient>'
+
+
+# ---------------------------------------------------------------------------------------
+# Glyphs of the source kinds, each drawn in a 32 x 32 box. `p` prefixes gradient ids so a
+# glyph can appear twice in one file.
+
+
+def glyph_photo(p):
+    defs = lin(p + "sky", [(0, "#bfe0f4"), (1, AEGEAN_LIGHT)]) + lin(
+        p + "vase", [(0, "#d9773f"), (1, TERRACOTTA_DARK)], 0, 0, 1, 0
+    )
+    body = f"""
+<g transform="rotate(-6 16 16)">
+  <rect x="3" y="4" width="26" height="24" rx="1.5" fill="#ffffff" stroke="{INK}" stroke-width="1"/>
+  <rect x="5.5" y="6.5" width="21" height="16" fill="url(#{p}sky)"/>
+  <path d="M5.5 18 Q10 14.5 15 17 T26.5 16.5 V22.5 H5.5 Z" fill="{OLIVE_LIGHT}"/>
+  <path d="M5.5 20 Q12 18 18 20.5 T26.5 20 V22.5 H5.5 Z" fill="{OLIVE}"/>
+</g>
+<g transform="translate(17.5 9)">
+  <path d="M3.2 0 H8.8 V1.4 H7.6 Q7.4 3 8.6 4.2 Q12.4 7.4 11.6 12.6 Q11 17.4 7.4 20.6 L8 22 H4 L4.6 20.6
+           Q1 17.4 0.4 12.6 Q-0.4 7.4 3.4 4.2 Q4.6 3 4.4 1.4 H3.2 Z"
+        fill="url(#{p}vase)" stroke="{INK}" stroke-width="0.9" stroke-linejoin="round"/>
+  <path d="M3.4 4.2 Q0.6 4 0.8 7.4" fill="none" stroke="{INK}" stroke-width="0.9"/>
+  <path d="M8.6 4.2 Q11.4 4 11.2 7.4" fill="none" stroke="{INK}" stroke-width="0.9"/>
+  <path d="M0.9 10.2 H11.1 V14 H0.9 Z" fill="{INK}" opacity="0.85"/>
+  <path d="M2 12.1 H10" stroke="{OCHRE_LIGHT}" stroke-width="0.8" stroke-dasharray="1.2 0.8"/>
+</g>"""
+    return defs, body
+
+
+def glyph_scroll(p):
+    defs = lin(p + "sheet", [(0, "#fbf0d2"), (1, PARCHMENT_DARK)], 0, 0, 1, 0) + lin(
+        p + "roll", [(0, OCHRE_LIGHT), (0.5, OCHRE), (1, "#9a6a1e")], 0, 0, 0, 1
+    )
+    lines = "".join(
+        f'<path d="M9 {y} H{x2}" stroke="{INK}" stroke-width="1" stroke-linecap="round" opacity="0.75"/>'
+        for y, x2 in [(10.5, 24), (13.5, 22), (16.5, 24), (19.5, 20), (22.5, 23)]
+    )
+    body = f"""
+<rect x="6" y="5" width="21" height="22" fill="url(#{p}sheet)" stroke="{INK}" stroke-width="1"/>
+{lines}
+<rect x="3" y="3" width="26" height="4.5" rx="2.25" fill="url(#{p}roll)" stroke="{INK}" stroke-width="1"/>
+<rect x="3" y="24.5" width="26" height="4.5" rx="2.25" fill="url(#{p}roll)" stroke="{INK}" stroke-width="1"/>
+<circle cx="3.6" cy="5.25" r="1.6" fill="{TERRACOTTA}" stroke="{INK}" stroke-width="0.8"/>
+<circle cx="28.4" cy="5.25" r="1.6" fill="{TERRACOTTA}" stroke="{INK}" stroke-width="0.8"/>
+<circle cx="3.6" cy="26.75" r="1.6" fill="{TERRACOTTA}" stroke="{INK}" stroke-width="0.8"/>
+<circle cx="28.4" cy="26.75" r="1.6" fill="{TERRACOTTA}" stroke="{INK}" stroke-width="0.8"/>"""
+    return defs, body
+
+
+def glyph_map(p):
+    defs = lin(p + "sea", [(0, AEGEAN_LIGHT), (1, AEGEAN)], 0, 0, 1, 1)
+    body = f"""
+<path d="M2 7 L11 4 L21 7 L30 4 V25 L21 28 L11 25 L2 28 Z" fill="url(#{p}sea)" stroke="{INK}"
+      stroke-width="1" stroke-linejoin="round"/>
+<path d="M4 10 Q8 8 10 11 Q13 14 9 17 Q6 19 4 17 Z" fill="{OCHRE_LIGHT}" stroke="#8a6326" stroke-width="0.7"/>
+<path d="M16 13 Q19 10 23 12 Q27 14 25 18 Q22 21 18 19 Q15 17 16 13 Z" fill="{OLIVE_LIGHT}"
+      stroke="#56692a" stroke-width="0.7"/>
+<path d="M21 23 Q24 21 27 23 Q26 25.5 23 25.5 Z" fill="{OCHRE_LIGHT}" stroke="#8a6326" stroke-width="0.7"/>
+<path d="M9 14 Q13 21 20 16" fill="none" stroke="{TERRACOTTA}" stroke-width="1.3" stroke-dasharray="1.8 1.3"
+      stroke-linecap="round"/>
+<path d="M19 14.5 L22 17.5 M22 14.5 L19 17.5" stroke="{TERRACOTTA_DARK}" stroke-width="1.5"
+      stroke-linecap="round"/>
+<path d="M11 4 V25 M21 7 V28" stroke="{INK}" stroke-width="0.8" opacity="0.35"/>
+<path d="M11 4 L21 7 V28 L11 25 Z" fill="#000000" opacity="0.08"/>"""
+    return defs, body
+
+
+def glyph_statue(p):
+    defs = lin(p + "stone", [(0, "#ffffff"), (0.6, MARBLE), (1, MARBLE_SHADE)], 0, 0, 1, 0)
+    body = f"""
+<rect x="8" y="25" width="16" height="4" rx="0.6" fill="{MARBLE_SHADE}" stroke="{INK}" stroke-width="1"/>
+<rect x="10" y="22" width="12" height="3.2" fill="url(#{p}stone)" stroke="{INK}" stroke-width="1"/>
+<path d="M9 22 Q9 15 12 13.5 L14 12.5 V11 H18 V12.5 L20 13.5 Q23 15 23 22 Z" fill="url(#{p}stone)"
+      stroke="{INK}" stroke-width="1" stroke-linejoin="round"/>
+<ellipse cx="16" cy="7.6" rx="4" ry="4.6" fill="url(#{p}stone)" stroke="{INK}" stroke-width="1"/>
+<path d="M12.2 6.6 Q12.6 2.6 16 2.8 Q19.6 2.6 19.8 6.6 Q18 5 16 5.4 Q14 5 12.2 6.6 Z" fill="{MARBLE_SHADE}"
+      stroke="{INK}" stroke-width="0.8"/>
+<path d="M12 16 Q16 18.5 20 16 M11.5 19 Q16 21.5 20.5 19" fill="none" stroke="{INK}" stroke-width="0.7"
+      opacity="0.55"/>"""
+    return defs, body
+
+
+def glyph_stele(p):
+    defs = lin(p + "stone", [(0, "#ede6d6"), (0.5, "#d8cfbc"), (1, "#b5aa92")], 0, 0, 1, 0)
+    letters = ""
+    for row, y in enumerate([10, 13.5, 17, 20.5]):
+        xs = [9.5, 13, 16.5, 20] if row % 2 == 0 else [11, 14.5, 18]
+        for i, x in enumerate(xs):
+            kind = (row + i) % 3
+            if kind == 0:  # a small delta
+                letters += f'<path d="M{x} {y+2} L{x+1.2} {y} L{x+2.4} {y+2} Z" fill="none"/>'
+            elif kind == 1:  # a sigma-like zigzag
+                letters += f'<path d="M{x+2.2} {y} H{x} L{x+1.2} {y+1} L{x} {y+2} H{x+2.2}" fill="none"/>'
+            else:  # an omicron
+                letters += f'<circle cx="{x+1.1}" cy="{y+1}" r="1" fill="none"/>'
+    body = f"""
+<path d="M6 29 V9 Q6 3 16 3 Q26 3 26 9 V29 Z" fill="url(#{p}stone)" stroke="{INK}" stroke-width="1"
+      stroke-linejoin="round"/>
+<path d="M8 8.5 Q9 5 16 5 Q23 5 24 8.5" fill="none" stroke="{INK}" stroke-width="0.7" opacity="0.5"/>
+<g stroke="{TERRACOTTA_DARK}" stroke-width="0.8" stroke-linejoin="round">{letters}</g>
+<path d="M4 29 H28" stroke="{INK}" stroke-width="1.4" stroke-linecap="round"/>
+<path d="M21 24 L23.5 26.5 M19.5 27 L22 25.5" stroke="{INK}" stroke-width="0.6" opacity="0.45"/>"""
+    return defs, body
+
+
+def glyph_temple(p):
+    defs = lin(p + "stone", [(0, "#ffffff"), (1, MARBLE_SHADE)], 0, 0, 0, 1)
+    cols = "".join(
+        f'<rect x="{x}" y="13" width="2.6" height="11" fill="url(#{p}stone)" stroke="{INK}" stroke-width="0.8"/>'
+        for x in [6.2, 11, 15.7, 20.4, 25.2]
+    )
+    body = f"""
+<path d="M3 11 L16 3.5 L29 11 Z" fill="{TERRACOTTA}" stroke="{INK}" stroke-width="1" stroke-linejoin="round"/>
+<path d="M8.5 9.6 L16 5.6 L23.5 9.6 Z" fill="{OCHRE_LIGHT}" opacity="0.85"/>
+<rect x="4" y="11" width="24" height="2.4" fill="url(#{p}stone)" stroke="{INK}" stroke-width="0.9"/>
+{cols}
+<rect x="4" y="24" width="24" height="2.2" fill="url(#{p}stone)" stroke="{INK}" stroke-width="0.9"/>
+<rect x="2.5" y="26.2" width="27" height="2.6" fill="{MARBLE_SHADE}" stroke="{INK}" stroke-width="0.9"/>"""
+    return defs, body
+
+
+def glyph_coin(p):
+    defs = rad(p + "gold", [(0, "#fff1b8"), (0.55, GOLD), (1, "#a8741a")], 0.38, 0.35, 0.7)
+    body = f"""
+<circle cx="16" cy="16" r="13.5" fill="url(#{p}gold)" stroke="#6d4a10" stroke-width="1"/>
+<circle cx="16" cy="16" r="11" fill="none" stroke="#8a5f14" stroke-width="0.8" stroke-dasharray="1.2 1"/>
+<path d="M11 24 Q9.5 17 11.6 12.5 Q12.6 9.6 14.2 9.4 L16 11 L17.8 9.4 Q19.4 9.6 20.4 12.5 Q22.5 17 21 24 Z"
+      fill="#c99026" stroke="#6d4a10" stroke-width="0.9" stroke-linejoin="round"/>
+<circle cx="14.1" cy="14.2" r="2" fill="#fff3c4" stroke="#6d4a10" stroke-width="0.8"/>
+<circle cx="17.9" cy="14.2" r="2" fill="#fff3c4" stroke="#6d4a10" stroke-width="0.8"/>
+<circle cx="14.3" cy="14.3" r="0.9" fill="{INK}"/>
+<circle cx="17.7" cy="14.3" r="0.9" fill="{INK}"/>
+<path d="M15.3 16.4 L16 17.8 L16.7 16.4 Z" fill="#6d4a10"/>
+<path d="M12.6 19 Q16 21.4 19.4 19 M13 21.5 Q16 23.4 19 21.5" fill="none" stroke="#6d4a10" stroke-width="0.7"/>
+<path d="M22.5 9 Q25 10.5 24.5 13.5 Q23 12 22.5 9 Z" fill="{OLIVE}"/>"""
+    return defs, body
+
+
+GLYPHS = {
+    "AGEIA": glyph_photo,
+    "KEIMENO": glyph_scroll,
+    "XARTIS": glyph_map,
+    "AGALMA": glyph_statue,
+    "EPIGRAFI": glyph_stele,
+    "NAOS": glyph_temple,
+    "NOMISMA": glyph_coin,
+}
+
+# ---------------------------------------------------------------------------------------
+# Tiles, 50 x 47: a plaque with the glyph of the source kind. Closed is plain; open glows
+# warm gold, as if lit, while its window is up; visited is faded and carries a tick.
+
+
+def tile(family, state):
+    gdefs, gbody = GLYPHS[family]("g")
+    if state == 0:
+        defs = lin("plate", [(0, "#fbf1d6"), (1, PARCHMENT_DARK)])
+        back = f"""
+<rect x="0.5" y="0.5" width="49" height="46" rx="6" fill="{TERRACOTTA}"/>
+<rect x="2.5" y="2.5" width="45" height="42" rx="4.5" fill="url(#plate)" stroke="{TERRACOTTA_DARK}"
+      stroke-width="1"/>
+<path d="M5 4.5 H45" stroke="#ffffff" stroke-width="1" opacity="0.6" stroke-linecap="round"/>"""
+        glyph = f'<g transform="translate(9.5 8) scale(0.97)">{gbody}</g>'
+        extra = ""
+    elif state == 1:
+        defs = rad("glow", [(0, "#fffbe6"), (0.55, "#ffe58a"), (1, GOLD)], 0.5, 0.45, 0.62) + lin(
+            "rim", [(0, "#ffe27a"), (1, "#d08a12")]
+        )
+        back = f"""
+<rect x="0.5" y="0.5" width="49" height="46" rx="6" fill="url(#rim)" stroke="#9a5b08" stroke-width="1"/>
+<rect x="3" y="3" width="44" height="41" rx="4.5" fill="url(#glow)" stroke="#ffffff" stroke-width="1.2"/>
+<g stroke="#ffffff" stroke-width="1.1" stroke-linecap="round" opacity="0.9">
+  <path d="M25 3.8 V6.2 M6 23.5 H8.2 M41.8 23.5 H44 M9.5 8.5 L11 10 M40.5 8.5 L39 10"/>
+</g>"""
+        glyph = f'<g transform="translate(8.5 7) scale(1.03)">{gbody}</g>'
+        extra = ""
+    else:
+        defs = lin("plate", [(0, "#e9e1cc"), (1, "#cdbf9f")])
+        back = f"""
+<rect x="0.5" y="0.5" width="49" height="46" rx="6" fill="#a58a76"/>
+<rect x="2.5" y="2.5" width="45" height="42" rx="4.5" fill="url(#plate)" stroke="#7d6654" stroke-width="1"/>"""
+        glyph = f'<g transform="translate(9.5 8) scale(0.97)" opacity="0.55">{gbody}</g>'
+        extra = f"""
+<circle cx="40" cy="37.5" r="6.5" fill="{OLIVE}" stroke="#ffffff" stroke-width="1.3"/>
+<path d="M36.8 37.6 L39.2 40 L43.4 35" fill="none" stroke="#ffffff" stroke-width="1.9" stroke-linecap="round"
+      stroke-linejoin="round"/>"""
+    return svg(50, 47, back + glyph + extra, defs + gdefs)
+
+
+for fam in GLYPHS:
+    pictures[fam] = tile(fam, 0)
+    pictures[fam + "1"] = tile(fam, 1)
+    pictures[fam + "2"] = tile(fam, 2)
+
+# Search list icons, 32 x 32: the glyph alone.
+for name, fam in [("epigrafi", "EPIGRAFI"), ("keimeno", "KEIMENO"), ("agio", "AGEIA"), ("xartis", "XARTIS")]:
+    d, b = GLYPHS[fam]("g")
+    pictures[name] = svg(32, 32, b, d)
+
+# ---------------------------------------------------------------------------------------
+# Toolbar buttons, 40 x 40: an ochre plate on the dark red bar, with a dark glyph. The
+# pressed face is the plate sunk in: darker, lit from below, glyph one pixel down-right.
+
+
+def tb_exit():
+    return "", f"""
+<rect x="9" y="7" width="15" height="26" fill="{INK}" stroke="{INK}" stroke-width="1.4" stroke-linejoin="round"/>
+<path d="M9 7 L18 10 V35 L9 33 Z" fill="{TERRACOTTA}" stroke="{INK}" stroke-width="1.4" stroke-linejoin="round"/>
+<circle cx="15.5" cy="21.5" r="1.2" fill="{OCHRE_LIGHT}"/>
+<path d="M22 20 H32" stroke="{AEGEAN_DARK}" stroke-width="3.4" stroke-linecap="round"/>
+<path d="M28 15 L33.5 20 L28 25" fill="none" stroke="{AEGEAN_DARK}" stroke-width="3.4" stroke-linecap="round"
+      stroke-linejoin="round"/>"""
+
+
+def tb_first():
+    return "", f"""
+<path d="M6 19 L20 7 L34 19" fill="none" stroke="{INK}" stroke-width="3" stroke-linecap="round"
+      stroke-linejoin="round"/>
+<path d="M10 17.5 L20 9.5 L30 17.5 V32 H10 Z" fill="{PARCHMENT}" stroke="{INK}" stroke-width="1.5"
+      stroke-linejoin="round"/>
+<path d="M6 19 L20 7 L34 19" fill="none" stroke="{TERRACOTTA}" stroke-width="1.6" stroke-linecap="round"
+      stroke-linejoin="round"/>
+<rect x="17" y="22" width="6" height="10" fill="{AEGEAN}" stroke="{INK}" stroke-width="1.2"/>
+<rect x="24.5" y="10" width="3" height="5" fill="{INK}"/>"""
+
+
+def tb_prev():
+    return "", f"""
+<path d="M20 7 L7 20 L20 33 V25 H32 V15 H20 Z" fill="{AEGEAN}" stroke="{AEGEAN_DARK}" stroke-width="2"
+      stroke-linejoin="round"/>
+<path d="M19 10.5 L9.8 19.5" stroke="#ffffff" stroke-width="1.4" stroke-linecap="round" opacity="0.6"/>"""
+
+
+def tb_tree():
+    return "", f"""
+<path d="M11 12 V29 H20 M11 20 H20" fill="none" stroke="{INK}" stroke-width="2"/>
+<rect x="6" y="5" width="11" height="8" rx="1.5" fill="{TERRACOTTA}" stroke="{INK}" stroke-width="1.3"/>
+<rect x="19" y="16" width="15" height="8" rx="1.5" fill="{OCHRE_LIGHT}" stroke="{INK}" stroke-width="1.3"/>
+<rect x="19" y="25" width="15" height="8" rx="1.5" fill="{OLIVE_LIGHT}" stroke="{INK}" stroke-width="1.3"/>
+<path d="M22 20 H31 M22 29 H29" stroke="{INK}" stroke-width="1.2" opacity="0.7"/>"""
+
+
+def tb_network():
+    screen = lambda x, y: f"""
+<rect x="{x}" y="{y}" width="14" height="11" rx="1.2" fill="{AEGEAN_LIGHT}" stroke="{INK}" stroke-width="1.4"/>
+<circle cx="{x+7}" cy="{y+4.2}" r="2" fill="{TERRACOTTA}"/>
+<path d="M{x+3} {y+10.4} Q{x+7} {y+5.4} {x+11} {y+10.4} Z" fill="{TERRACOTTA}"/>
+<path d="M{x+5} {y+13.5} H{x+9} M{x+7} {y+11} V{y+13.5}" stroke="{INK}" stroke-width="1.4"/>"""
+    return "", f"""
+{screen(3, 6)}
+{screen(23, 20)}
+<path d="M18 13 Q24 12 27 17" fill="none" stroke="{OLIVE}" stroke-width="2" stroke-linecap="round"/>
+<path d="M22 28 Q16 29 13 23" fill="none" stroke="{OLIVE}" stroke-width="2" stroke-linecap="round"/>
+<path d="M24.5 16 L27.4 17.6 L28 14.4" fill="none" stroke="{OLIVE}" stroke-width="2" stroke-linecap="round"
+      stroke-linejoin="round"/>
+<path d="M15.5 24 L12.6 22.4 L12 25.6" fill="none" stroke="{OLIVE}" stroke-width="2" stroke-linecap="round"
+      stroke-linejoin="round"/>"""
+
+
+def tb_mail():
+    return "", f"""
+<rect x="5" y="10" width="30" height="21" rx="1.5" fill="#ffffff" stroke="{INK}" stroke-width="1.6"/>
+<path d="M5.8 11 L20 22 L34.2 11" fill="none" stroke="{INK}" stroke-width="1.6" stroke-linejoin="round"/>
+<path d="M5.8 30 L16 20.5 M34.2 30 L24 20.5" stroke="{INK}" stroke-width="1.2"/>
+<rect x="27" y="13" width="5" height="5.5" fill="{TERRACOTTA}" opacity="0.0"/>
+<path d="M5.8 11 L20 22 L34.2 11" fill="none" stroke="{AEGEAN}" stroke-width="0.8" opacity="0.0"/>
+<circle cx="20" cy="22" r="2.6" fill="{TERRACOTTA}" stroke="{INK}" stroke-width="1"/>"""
+
+
+def tb_sound():
+    return "", f"""
+<path d="M6 16 H12 L20 9 V31 L12 24 H6 Z" fill="{TERRACOTTA}" stroke="{INK}" stroke-width="1.5"
+      stroke-linejoin="round"/>
+<path d="M24 15.5 Q26.5 20 24 24.5" fill="none" stroke="{AEGEAN_DARK}" stroke-width="2.2" stroke-linecap="round"/>
+<path d="M27.5 12 Q32 20 27.5 28" fill="none" stroke="{AEGEAN_DARK}" stroke-width="2.2" stroke-linecap="round"/>
+<path d="M31 8.5 Q37.5 20 31 31.5" fill="none" stroke="{AEGEAN_DARK}" stroke-width="2.2" stroke-linecap="round"/>"""
+
+
+def tb_index():
+    return lin("cov", [(0, "#3b7fb8"), (1, AEGEAN_DARK)]), f"""
+<path d="M20 10 Q13 7 5 8 V31 Q13 30 20 33 Q27 30 35 31 V8 Q27 7 20 10 Z" fill="url(#cov)" stroke="{INK}"
+      stroke-width="1.3" stroke-linejoin="round"/>
+<path d="M20 11 Q14 8.5 7 9.3 V29.3 Q14 28.6 20 31 Z" fill="#fffaf0" stroke="{INK}" stroke-width="1"/>
+<path d="M20 11 Q26 8.5 33 9.3 V29.3 Q26 28.6 20 31 Z" fill="#fffaf0" stroke="{INK}" stroke-width="1"/>
+<path d="M10 14 H17 M10 17.5 H16 M10 21 H17 M10 24.5 H15" stroke="{INK}" stroke-width="1.1" opacity="0.7"/>
+<path d="M23 14 H30 M23 17.5 H29 M23 21 H30" stroke="{INK}" stroke-width="1.1" opacity="0.7"/>
+<path d="M26 9.6 V19 L28 17.3 L30 19 V9.4" fill="{TERRACOTTA}" stroke="{TERRACOTTA_DARK}" stroke-width="0.8"/>"""
+
+
+def tb_notes():
+    rings = "".join(
+        f'<path d="M{x} 6 V11" stroke="{INK}" stroke-width="1.8" stroke-linecap="round"/>' for x in [12, 17, 22, 27]
+    )
+    return "", f"""
+<rect x="8" y="8" width="23" height="27" rx="1.5" fill="#fffdf4" stroke="{INK}" stroke-width="1.5"/>
+<path d="M12 16 H27 M12 20 H27 M12 24 H22 M12 28 H20" stroke="{AEGEAN}" stroke-width="1.2" opacity="0.8"/>
+{rings}
+<g transform="rotate(40 27 25)">
+  <rect x="24.5" y="10" width="5" height="18" fill="{OCHRE}" stroke="{INK}" stroke-width="1.2"/>
+  <rect x="24.5" y="10" width="5" height="3" fill="{TERRACOTTA}" stroke="{INK}" stroke-width="1.2"/>
+  <path d="M24.5 28 L27 33 L29.5 28 Z" fill="{PARCHMENT}" stroke="{INK}" stroke-width="1.2" stroke-linejoin="round"/>
+  <path d="M26.3 31.5 L27 33 L27.7 31.5 Z" fill="{INK}"/>
+</g>"""
+
+
+def tb_drawing():
+    return "", f"""
+<path d="M20 6 C9 6 4 13 5 20 C6 27 11 31 16 30 C19 29.5 18 26 20.5 25 C23 24 27 27 31 24 C35 21 35 13 30 9
+         C27 7 24 6 20 6 Z M13.5 22.5 A2.6 2.6 0 1 1 13.5 27.7 A2.6 2.6 0 1 1 13.5 22.5 Z"
+      fill="{PARCHMENT}" stroke="{INK}" stroke-width="1.5" fill-rule="evenodd"/>
+<circle cx="11.5" cy="15" r="2.8" fill="{TERRACOTTA}"/>
+<circle cx="17.5" cy="10.8" r="2.8" fill="{OCHRE}"/>
+<circle cx="24.5" cy="11" r="2.8" fill="{AEGEAN}"/>
+<circle cx="29" cy="16.5" r="2.8" fill="{OLIVE}"/>
+<g transform="rotate(35 30 28)">
+  <rect x="28.5" y="14" width="3.2" height="13" rx="1" fill="{TERRACOTTA_DARK}" stroke="{INK}" stroke-width="1"/>
+  <rect x="28.3" y="26.5" width="3.6" height="3" fill="#c8c8c8" stroke="{INK}" stroke-width="1"/>
+  <path d="M28.3 29.5 Q28 33 30.1 36 Q32.2 33 31.9 29.5 Z" fill="{AEGEAN_DARK}" stroke="{INK}" stroke-width="1"/>
+</g>"""
+
+
+def tb_search():
+    return rad("lens", [(0, "#ffffff"), (0.7, "#d4ecfa"), (1, AEGEAN_LIGHT)], 0.4, 0.35, 0.7), f"""
+<rect x="5" y="5" width="19" height="24" fill="#fffdf4" stroke="{INK}" stroke-width="1.3"/>
+<path d="M8 10 H21 M8 13.5 H19 M8 17 H21 M8 20.5 H16" stroke="{INK}" stroke-width="1.1" opacity="0.6"/>
+<path d="M27.5 27.5 L35 35" stroke="{INK}" stroke-width="5" stroke-linecap="round"/>
+<path d="M27.5 27.5 L35 35" stroke="{TERRACOTTA}" stroke-width="2.8" stroke-linecap="round"/>
+<circle cx="22" cy="22" r="8.5" fill="url(#lens)" fill-opacity="0.9" stroke="{INK}" stroke-width="2.4"/>
+<path d="M17.5 19 Q19 16.5 22 16" fill="none" stroke="#ffffff" stroke-width="1.6" stroke-linecap="round"/>"""
+
+
+TOOLBAR = {
+    "exit": tb_exit,
+    "first": tb_first,
+    "prev": tb_prev,
+    "Ploigisi": tb_tree,
+    "Network": tb_network,
+    "e-mail": tb_mail,
+    "Sound": tb_sound,
+    "Search": tb_index,
+    "Notes": tb_notes,
+    "drawing": tb_drawing,
+    "SearchResources": tb_search,
+}
+
+
+def toolbar_button(glyph, down):
+    gdefs, gbody = glyph()
+    if not down:
+        defs = lin("plate", [(0, "#fbe7b0"), (0.5, OCHRE_LIGHT), (1, "#d29a3a")])
+        body = f"""
+<rect x="1" y="1.5" width="38" height="38" rx="6" fill="#000000" opacity="0.35"/>
+<rect x="0.5" y="0.5" width="38" height="38" rx="6" fill="url(#plate)" stroke="#5a2a10" stroke-width="1"/>
+<path d="M5 2 H34" stroke="#ffffff" stroke-width="1.2" opacity="0.75" stroke-linecap="round"/>
+<g transform="translate(0 -0.5)">{gbody}</g>"""
+    else:
+        defs = lin("plate", [(0, "#b87a22"), (0.45, "#d9a441"), (1, "#eecb7c")])
+        body = f"""
+<rect x="1.5" y="1.5" width="38" height="38" rx="6" fill="url(#plate)" stroke="#5a2a10" stroke-width="1"/>
+<path d="M3.5 8 V7.5 Q3.5 3.5 7.5 3.5 H33" fill="none" stroke="#5a2a10" stroke-width="1.6" opacity="0.5"/>
+<g transform="translate(1 0.8)">{gbody}</g>"""
+    return svg(40, 40, body, defs + gdefs)
+
+
+for key, g in TOOLBAR.items():
+    pictures["tlb_" + key] = toolbar_button(g, False)
+    pictures["tlb_" + key + "_down"] = toolbar_button(g, True)
+
+# ---------------------------------------------------------------------------------------
+# Start screen buttons, 64 x 64: round medallions. Go is an olive disc with a white arrow,
+# exit a terracotta disc with an open door.
+
+
+def medallion(kind, down):
+    if kind == "GO":
+        c0, c1, edge = "#b9cc6c", "#4f6323", "#2f3c12"
+        glyph = f"""
+<path d="M20 27 H33 V19 L47 32 L33 45 V37 H20 Z" fill="#ffffff" stroke="{edge}" stroke-width="1.6"
+      stroke-linejoin="round"/>"""
+    else:
+        c0, c1, edge = "#e58a5c", "#8e3518", "#4d1b08"
+        glyph = f"""
+<rect x="20" y="17" width="19" height="31" fill="{INK}" stroke="#ffffff" stroke-width="2" stroke-linejoin="round"/>
+<path d="M20 17 L31 20.5 V51 L20 48 Z" fill="#ffffff" stroke="{edge}" stroke-width="1.2" stroke-linejoin="round"/>
+<circle cx="28" cy="34.5" r="1.6" fill="{TERRACOTTA}"/>
+<path d="M35 32.5 H46 M42 27.5 L47 32.5 L42 37.5" fill="none" stroke="#ffffff" stroke-width="3.2"
+      stroke-linecap="round" stroke-linejoin="round"/>"""
+    if not down:
+        defs = rad("disc", [(0, c0), (1, c1)], 0.4, 0.32, 0.75) + lin("ring", [(0, "#fff0b8"), (1, "#b07a16")])
+        body = f"""
+<circle cx="33" cy="33.5" r="29.5" fill="#000000" opacity="0.3"/>
+<circle cx="32" cy="32" r="30" fill="url(#ring)" stroke="{INK}" stroke-width="1"/>
+<circle cx="32" cy="32" r="25" fill="url(#disc)" stroke="{edge}" stroke-width="1"/>
+<path d="M14 24 Q20 10 36 9" fill="none" stroke="#ffffff" stroke-width="2.5" stroke-linecap="round" opacity="0.45"/>
+{glyph}"""
+    else:
+        defs = rad("disc", [(0, c1), (1, c0)], 0.55, 0.6, 0.8) + lin("ring", [(0, "#b07a16"), (1, "#ffe6a0")])
+        body = f"""
+<circle cx="33" cy="33" r="30" fill="url(#ring)" stroke="{INK}" stroke-width="1"/>
+<circle cx="33" cy="33" r="25" fill="url(#disc)" stroke="{edge}" stroke-width="1"/>
+<g transform="translate(1 1)">{glyph}</g>"""
+    return svg(64, 64, body, defs)
+
+
+for k in ["GO", "EXIT"]:
+    pictures[k] = medallion(k, False)
+    pictures[k + "_DOWN"] = medallion(k, True)
+
+# ---------------------------------------------------------------------------------------
+# Navigation tree icons, 16 x 16, kept on whole pixels so they stay sharp at 1x.
+
+pictures["Th"] = svg(16, 16, f"""
+<path d="M1.5 13.5 V3.5 H6 L7.5 5 H14.5 V13.5 Z" fill="{OCHRE}" stroke="{INK}" stroke-width="1" stroke-linejoin="round"/>
+<path d="M1.5 6.5 H14.5 V13.5 H1.5 Z" fill="{OCHRE_LIGHT}" stroke="{INK}" stroke-width="1" stroke-linejoin="round"/>
+<path d="M3 9.5 H13" stroke="{TERRACOTTA}" stroke-width="1"/>""")
+
+pictures["Sc"] = svg(16, 16, f"""
+<rect x="3.5" y="2.5" width="9" height="11" fill="#fbf0d2" stroke="{INK}" stroke-width="1"/>
+<rect x="1.5" y="1.5" width="13" height="3" rx="1.5" fill="{OCHRE}" stroke="{INK}" stroke-width="1"/>
+<rect x="1.5" y="11.5" width="13" height="3" rx="1.5" fill="{OCHRE}" stroke="{INK}" stroke-width="1"/>
+<path d="M5 7 H11 M5 9 H10" stroke="{AEGEAN_DARK}" stroke-width="1"/>""")
+
+pictures["Ac"] = svg(16, 16, f"""
+<circle cx="8" cy="8" r="6.5" fill="{OLIVE}" stroke="#3d4a1a" stroke-width="1"/>
+<path d="M6 4.8 L11.4 8 L6 11.2 Z" fill="#ffffff"/>""")
+
+# ---------------------------------------------------------------------------------------
+# The hand shown over hot words: white glove, dark outline, the index finger up. Its hot
+# spot is the fingertip at (12, 1).
+
+pictures["HAND"] = svg(32, 32, f"""
+<path d="M10.5 3 Q10.5 0.8 12.5 0.8 Q14.5 0.8 14.5 3 V13 Q15 11.6 16.6 11.6 Q18.4 11.6 18.5 13.5 V14.4
+         Q19 13.2 20.6 13.2 Q22.4 13.2 22.5 15.2 V16 Q23 14.9 24.4 14.9 Q26.3 15 26.3 17.2 V22.5
+         Q26.3 26.6 24 29 Q23 30.2 23 31 H12.5 Q12.5 29.8 11 28.2 L6.2 22.6 Q4.8 20.8 6.2 19.4
+         Q7.6 18.2 9.2 19.6 L10.5 20.8 Z"
+      fill="#ffffff" stroke="#000000" stroke-width="1.2" stroke-linejoin="round"/>
+<path d="M14.5 13 V19 M18.5 14.4 V19 M22.5 16 V19.5" stroke="#000000" stroke-width="1"
+      stroke-linecap="round"/>""")
+
+# ---------------------------------------------------------------------------------------
+# The text viewer's parchment, 620 x 354: a sheet of papyrus with its crossed fibres and
+# darker, worn edges. It is stretched to the window, so it carries no hard details.
+
+
+def papiros():
+    w, h = 620, 354
+    defs = (
+        rad("sheet", [(0, "#fbf0d3"), (0.6, "#f3e2b8"), (1, "#d9bd82")], 0.5, 0.5, 0.75)
+        + lin("edgeL", [(0, "#8a6327", 0.55), (1, "#8a6327", 0)], 0, 0, 1, 0)
+        + lin("edgeR", [(0, "#8a6327", 0), (1, "#8a6327", 0.55)], 0, 0, 1, 0)
+        + lin("edgeT", [(0, "#8a6327", 0.45), (1, "#8a6327", 0)])
+        + lin("edgeB", [(0, "#8a6327", 0), (1, "#8a6327", 0.5)])
+    )
+    fibres = []
+    y = 6.0
+    i = 0
+    while y < h:
+        op = 0.05 + 0.04 * ((i * 7) % 5) / 4
+        fibres.append(f'<path d="M0 {y:.1f} H{w}" stroke="#9c7a3c" stroke-width="{1 + (i % 3) * 0.4:.1f}" opacity="{op:.3f}"/>')
+        y += 5 + (i * 13) % 7
+        i += 1
+    x = 4.0
+    i = 0
+    while x < w:
+        op = 0.03 + 0.03 * ((i * 5) % 4) / 3
+        fibres.append(f'<path d="M{x:.1f} 0 V{h}" stroke="#a5834a" stroke-width="{1.2 + (i % 2) * 0.6:.1f}" opacity="{op:.3f}"/>')
+        x += 7 + (i * 11) % 9
+        i += 1
+    # A ragged outline: the sheet does not reach the corners everywhere.
+    pts = []
+    n = 40
+    for k in range(n):
+        t = k / n
+        pts.append((t * w, 2 + 3 * math.sin(k * 1.7) ** 2))
+    for k in range(n):
+        t = k / n
+        pts.append((w - 2 - 3 * math.sin(k * 2.3) ** 2, t * h))
+    for k in range(n):
+        t = k / n
+        pts.append((w - t * w, h - 2 - 3 * math.sin(k * 1.3) ** 2))
+    for k in range(n):
+        t = k / n
+        pts.append((2 + 3 * math.sin(k * 2.9) ** 2, h - t * h))
+    outline = "M" + " L".join(f"{a:.1f} {b:.1f}" for a, b in pts) + " Z"
+    spots = "".join(
+        f'<ellipse cx="{cx}" cy="{cy}" rx="{rx}" ry="{ry}" fill="#b08a4a" opacity="0.06"/>'
+        for cx, cy, rx, ry in [(90, 70, 40, 22), (520, 280, 55, 30), (330, 180, 90, 40), (480, 60, 30, 16), (140, 300, 45, 20)]
+    )
+    body = f"""
+<rect width="{w}" height="{h}" fill="#c8a56a"/>
+<path d="{outline}" fill="url(#sheet)"/>
+{''.join(fibres)}
+{spots}
+<rect x="0" y="0" width="40" height="{h}" fill="url(#edgeL)"/>
+<rect x="{w-40}" y="0" width="40" height="{h}" fill="url(#edgeR)"/>
+<rect x="0" y="0" width="{w}" height="26" fill="url(#edgeT)"/>
+<rect x="0" y="{h-26}" width="{w}" height="26" fill="url(#edgeB)"/>"""
+    return svg(w, h, body, defs)
+
+
+pictures["PAPIROS"] = papiros()
+
+# ---------------------------------------------------------------------------------------
+# The start screen and shell background, 800 x 600: warm parchment with a meander border,
+# a calm strip of Aegean sea at the foot, and a faint column and amphora at the sides. The
+# middle stays light and even, since lists and tiles stand on it.
+
+
+def meander(x0, y0, length, unit, horizontal=True):
+    # One period of the key, on a grid of 10 x 8 units, ends where the next begins.
+    period = [(0, 8), (0, 0), (8, 0), (8, 6), (4, 6), (4, 4), (6, 4), (6, 2), (2, 2), (2, 8), (10, 8)]
+    pts = []
+    k = 0
+    while (k + 1) * 10 * unit <= length + 0.01:
+        for i, (a, b) in enumerate(period):
+            if k > 0 and i == 0:
+                continue
+            u = x0 + (k * 10 + a) * unit if horizontal else x0 + b * unit
+            v = y0 + b * unit if horizontal else y0 + (k * 10 + a) * unit
+            pts.append((u, v))
+        k += 1
+    return "M" + " L".join(f"{u:.2f} {v:.2f}" for u, v in pts)
+
+
+def background():
+    w, h = 800, 600
+    band = 26
+    unit = 2.2
+    defs = (
+        rad("paper", [(0, "#fdf6e0"), (0.7, "#f6e6bd"), (1, "#e8cf95")], 0.5, 0.45, 0.72)
+        + lin("sea", [(0, "#cfe4ef", 0), (0.35, "#a9cde3", 0.55), (1, "#6fa6cc", 0.75)])
+        + lin("bandH", [(0, "#c46a3c"), (1, "#9b4322")])
+    )
+    # Meander strips, centred in the border band, in whole periods.
+    period = 10 * unit
+    body = [f'<rect width="{w}" height="{h}" fill="url(#paper)"/>']
+    # Faint column at the left and amphora at the right, behind everything.
+    col_x, col_w, col_top, col_bottom = 60, 46, 120, 520
+    flutes = "".join(
+        f'<path d="M{col_x + 6 + i * 7} {col_top + 22} V{col_bottom - 14}" stroke="#8a6a3a" stroke-width="2"/>'
+        for i in range(5)
+    )
+    body.append(f"""
+<g opacity="0.10">
+  <rect x="{col_x - 10}" y="{col_top}" width="{col_w + 20}" height="10" fill="#6e5128"/>
+  <path d="M{col_x - 6} {col_top + 10} Q{col_x + col_w / 2} {col_top + 26} {col_x + col_w + 6} {col_top + 10} Z" fill="#6e5128"/>
+  <rect x="{col_x}" y="{col_top + 16}" width="{col_w}" height="{col_bottom - col_top - 24}" fill="#9c7a44"/>
+  {flutes}
+  <rect x="{col_x - 8}" y="{col_bottom - 8}" width="{col_w + 16}" height="10" fill="#6e5128"/>
+</g>
+<g opacity="0.09" transform="translate(668 300)">
+  <path d="M-14 0 H14 V8 H10 Q10 18 22 30 Q40 52 36 86 Q32 118 12 136 L16 150 H-16 L-12 136 Q-32 118 -36 86
+           Q-40 52 -22 30 Q-10 18 -10 8 H-14 Z" fill="#7a3a1a"/>
+  <path d="M-22 30 Q-44 26 -40 56 M22 30 Q44 26 40 56" fill="none" stroke="#7a3a1a" stroke-width="6"/>
+  <path d="M-36 76 H36 V100 H-36 Z" fill="#2a1608"/>
+</g>""")
+    # The sea, a low strip of soft waves above the bottom border.
+    sea_top = h - band - 70
+    waves = []
+    for row, (yy, op, amp) in enumerate([(sea_top + 22, 0.35, 4), (sea_top + 38, 0.45, 5), (sea_top + 54, 0.5, 5)]):
+        d = f"M{band} {yy}"
+        x = band
+        step = 48
+        phase = row * 16
+        x += phase / 2
+        d = f"M{band} {yy}"
+        while x < w - band:
+            d += f" q{step / 4} {-amp} {step / 2} 0 t{step / 2} 0"
+            x += step
+        waves.append(f'<path d="{d}" fill="none" stroke="#ffffff" stroke-width="1.6" opacity="{op}"/>')
+    body.append(f'<rect x="{band}" y="{sea_top}" width="{w - 2 * band}" height="{h - band - sea_top}" fill="url(#sea)"/>')
+    body.append("".join(waves))
+    # The border: terracotta band with an ochre meander, framed by thin dark lines.
+    body.append(f"""
+<path d="M0 0 H{w} V{h} H0 Z M{band} {band} V{h - band} H{w - band} V{band} Z" fill="url(#bandH)" fill-rule="evenodd"/>
+<path d="M3.5 3.5 H{w - 3.5} V{h - 3.5} H3.5 Z" fill="none" stroke="{OCHRE_LIGHT}" stroke-width="1" opacity="0.8"/>
+<path d="M{band - 0.5} {band - 0.5} H{w - band + 0.5} V{h - band + 0.5} H{band - 0.5} Z" fill="none" stroke="#5c240c" stroke-width="1"/>
+<path d="M{band + 3.5} {band + 3.5} H{w - band - 3.5} V{h - band - 3.5} H{band + 3.5} Z" fill="none" stroke="#b5532c" stroke-width="1" opacity="0.35"/>""")
+    inner = 8 * unit
+    off = (band - inner) / 2
+    nh = int((w - 2 * band) // period)
+    lh = nh * period
+    x_start = (w - lh) / 2
+    nv = int((h - 2 * band) // period)
+    lv = nv * period
+    y_start = (h - lv) / 2
+    style = f'fill="none" stroke="{OCHRE_LIGHT}" stroke-width="{unit * 0.95:.2f}" stroke-linecap="square" stroke-linejoin="miter"'
+    body.append(f'<path d="{meander(x_start, off, lh, unit)}" {style}/>')
+    body.append(f'<path d="{meander(x_start, h - band + off, lh, unit)}" {style}/>')
+    body.append(f'<path d="{meander(off, y_start, lv, unit, horizontal=False)}" {style}/>')
+    body.append(f'<path d="{meander(w - band + off, y_start, lv, unit, horizontal=False)}" {style}/>')
+    # Corner squares so the strips meet cleanly.
+    for cx, cy in [(0, 0), (w - band, 0), (0, h - band), (w - band, h - band)]:
+        body.append(f'<rect x="{cx + 5}" y="{cy + 5}" width="{band - 10}" height="{band - 10}" fill="#9b4322" stroke="{OCHRE_LIGHT}" stroke-width="1.6"/>')
+        body.append(f'<circle cx="{cx + band / 2}" cy="{cy + band / 2}" r="3" fill="{OCHRE_LIGHT}"/>')
+    return svg(w, h, "\n".join(body), defs)
+
+
+pictures["BGR_1"] = background()
+
+# ---------------------------------------------------------------------------------------
+
+if __name__ == "__main__":
+    os.makedirs(OUT, exist_ok=True)
+    for name, text in pictures.items():
+        with open(os.path.join(OUT, name + ".svg"), "w", encoding="utf-8") as f:
+            f.write(text)
+    with open(os.path.join(HERE, "programpictures.qrc"), "w", encoding="utf-8") as f:
+        f.write("<!DOCTYPE RCC>\n<RCC version=\"1.0\">\n<qresource prefix=\"/pictures\">\n")
+        for name in sorted(pictures):
+            f.write(f'    <file alias="{name}.svg">svg/{name}.svg</file>\n')
+        f.write("</qresource>\n</RCC>\n")
+    print(len(pictures), "pictures")

@@ -1,0 +1,802 @@
+#include "richtextbox.h"
+
+#include "richtextpages.h"
+#include "richtextruns.h"
+#include "richtextsearch.h"
+#include "rtf.h"
+#include "runtimeerror.h"
+#include "twips.h"
+
+#include <QAbstractTextDocumentLayout>
+#include <QKeyEvent>
+#include <QMimeData>
+#include <QScrollBar>
+#include <QTextBlock>
+#include <QTextDocumentFragment>
+#include <QTextList>
+
+#include <algorithm>
+#include <cmath>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+constexpr int InvalidPropertyValue = 380;
+// A stop every half inch, as the control places new tab stops.
+constexpr int DefaultTabTwips = 720;
+// The text of a new bullet paragraph starts this far behind the bullet.
+constexpr int DefaultBulletHangingTwips = 360;
+// The rich-edit control keeps its text a pixel or two off the border.
+constexpr int DocumentMarginPixels = 2;
+
+double pixelsFromTwips(int twips)
+{
+    return double(twips) / platform::TwipsPerPixelX;
+}
+
+int twipsFromPixels(double pixels)
+{
+    return int(std::lround(pixels * platform::TwipsPerPixelX));
+}
+
+void requireNotNegative(int value)
+{
+    if (value < 0)
+        throw platform::RuntimeError(InvalidPropertyValue, u"Μη έγκυρη τιμή ιδιότητας"_s);
+}
+
+} // namespace
+
+RichTextBox::RichTextBox(QWidget *parent)
+    : QTextEdit(parent)
+    , m_runs(std::make_unique<richtextbox::FormatRuns>())
+{
+    setAcceptRichText(true);
+    setTabChangesFocus(false);
+    document()->setDocumentMargin(DocumentMarginPixels);
+    document()->setDefaultStyleSheet(QString());
+    connect(document(), &QTextDocument::contentsChange, this, &RichTextBox::onContentsChange);
+    connect(document(), &QTextDocument::undoCommandAdded, this, [this] { m_undoneLast = false; });
+    connect(this, &QTextEdit::textChanged, this, &RichTextBox::Change);
+    connect(this, &QTextEdit::cursorPositionChanged, this, &RichTextBox::onSelectionMoved);
+    connect(this, &QTextEdit::selectionChanged, this, &RichTextBox::onSelectionMoved);
+}
+
+RichTextBox::~RichTextBox() = default;
+
+quint32 RichTextBox::colorNumber(const QColor &color)
+{
+    const QColor rgb = color.toRgb();
+    return quint32(rgb.red()) | (quint32(rgb.green()) << 8) | (quint32(rgb.blue()) << 16);
+}
+
+QColor RichTextBox::colorFromNumber(quint32 number)
+{
+    return QColor(int(number & 0xFF), int((number >> 8) & 0xFF), int((number >> 16) & 0xFF));
+}
+
+void RichTextBox::onContentsChange(int, int, int)
+{
+    m_textValid = false;
+    m_foldedValid = false;
+    m_runs->invalidate();
+    m_pages.reset();
+}
+
+void RichTextBox::onSelectionMoved()
+{
+    const QTextCursor cursor = textCursor();
+    const int start = cursor.selectionStart();
+    const int length = cursor.selectionEnd() - start;
+    if (start == m_lastSelStart && length == m_lastSelLength)
+        return;
+    m_lastSelStart = start;
+    m_lastSelLength = length;
+    emit SelChange();
+}
+
+// --- Text and selection ---------------------------------------------------------------
+
+QString RichTextBox::Text() const
+{
+    if (!m_textValid) {
+        m_text = document()->toPlainText();
+        m_textValid = true;
+    }
+    return m_text;
+}
+
+const QString &RichTextBox::foldedText() const
+{
+    if (!m_foldedValid) {
+        m_folded = richtextbox::foldCase(Text());
+        m_foldedValid = true;
+    }
+    return m_folded;
+}
+
+void RichTextBox::setText(const QString &text)
+{
+    // The text takes the box's font and nothing of what stood before.
+    document()->setDefaultFont(font());
+    setPlainText(text);
+    m_undoneLast = false;
+}
+
+int RichTextBox::TextLength() const
+{
+    return std::max(0, document()->characterCount() - 1);
+}
+
+int RichTextBox::SelStart() const
+{
+    return textCursor().selectionStart();
+}
+
+void RichTextBox::setSelStart(int place)
+{
+    requireNotNegative(place);
+    QTextCursor cursor = textCursor();
+    cursor.setPosition(std::min(place, TextLength()));
+    setTextCursor(cursor);
+}
+
+int RichTextBox::SelLength() const
+{
+    const QTextCursor cursor = textCursor();
+    return cursor.selectionEnd() - cursor.selectionStart();
+}
+
+void RichTextBox::setSelLength(int length)
+{
+    requireNotNegative(length);
+    QTextCursor cursor = textCursor();
+    const int start = cursor.selectionStart();
+    cursor.setPosition(start);
+    cursor.setPosition(std::min(start + length, TextLength()), QTextCursor::KeepAnchor);
+    setTextCursor(cursor);
+}
+
+QString RichTextBox::SelText() const
+{
+    const QTextCursor cursor = textCursor();
+    if (!cursor.hasSelection())
+        return QString();
+    // Same characters as Text, one for one.
+    return Text().mid(cursor.selectionStart(), cursor.selectionEnd() - cursor.selectionStart());
+}
+
+void RichTextBox::setSelText(const QString &text)
+{
+    QTextCursor cursor = textCursor();
+    if (cursor.hasSelection()) {
+        // The new text takes the format of the first character it replaces.
+        QTextCursor first(document());
+        first.setPosition(cursor.selectionStart() + 1);
+        const QTextCharFormat format = first.charFormat();
+        cursor.beginEditBlock();
+        cursor.removeSelectedText();
+        cursor.insertText(text, format);
+        cursor.endEditBlock();
+    } else {
+        cursor.insertText(text);
+    }
+    setTextCursor(cursor);
+}
+
+QByteArray RichTextBox::SelRTF() const
+{
+    return richtext::writeSelection(textCursor());
+}
+
+void RichTextBox::setSelRTF(const QByteArray &rtf)
+{
+    if (!richtext::isRtf(rtf)) {
+        setSelText(QString::fromUtf8(rtf));
+        return;
+    }
+    QTextCursor cursor = textCursor();
+    cursor.beginEditBlock();
+    richtext::insertRtf(cursor, rtf);
+    cursor.endEditBlock();
+    setTextCursor(cursor);
+}
+
+void RichTextBox::setSelRTF(const QString &rtf)
+{
+    const QByteArray bytes = rtf.toUtf8();
+    if (richtext::isRtf(bytes))
+        setSelRTF(bytes);
+    else
+        setSelText(rtf);
+}
+
+// --- Character format ------------------------------------------------------------------
+
+template<typename Read>
+auto RichTextBox::charProperty(Read read) const -> std::optional<decltype(read(QTextCharFormat()))>
+{
+    const QTextCursor cursor = textCursor();
+    if (!cursor.hasSelection())
+        return read(cursor.charFormat());
+
+    QVarLengthArray<int, 8> formats;
+    m_runs->formatsIn(*document(), cursor.selectionStart(), cursor.selectionEnd(), formats);
+    if (formats.isEmpty()) // nothing but paragraph ends
+        return read(document()->findBlock(cursor.selectionStart()).charFormat());
+    const QList<QTextFormat> all = document()->allFormats();
+    const auto value = read(all.at(formats.at(0)).toCharFormat());
+    for (qsizetype i = 1; i < formats.size(); ++i) {
+        if (read(all.at(formats.at(i)).toCharFormat()) != value)
+            return std::nullopt;
+    }
+    return value;
+}
+
+void RichTextBox::mergeSelectionFormat(const QTextCharFormat &format)
+{
+    QTextCursor cursor = textCursor();
+    // With an empty selection this sets the format for what is typed next.
+    cursor.mergeCharFormat(format);
+    setTextCursor(cursor);
+}
+
+std::optional<quint32> RichTextBox::SelColor() const
+{
+    return charProperty([](const QTextCharFormat &f) -> quint32 {
+        const QBrush brush = f.foreground();
+        return brush.style() == Qt::NoBrush ? 0u : colorNumber(brush.color());
+    });
+}
+
+void RichTextBox::setSelColor(quint32 color)
+{
+    QTextCharFormat format;
+    format.setForeground(colorFromNumber(color));
+    mergeSelectionFormat(format);
+}
+
+std::optional<bool> RichTextBox::SelBold() const
+{
+    return charProperty([](const QTextCharFormat &f) { return f.fontWeight() >= QFont::DemiBold; });
+}
+
+void RichTextBox::setSelBold(bool on)
+{
+    QTextCharFormat format;
+    format.setFontWeight(on ? QFont::Bold : QFont::Normal);
+    mergeSelectionFormat(format);
+}
+
+std::optional<bool> RichTextBox::SelItalic() const
+{
+    return charProperty([](const QTextCharFormat &f) { return f.fontItalic(); });
+}
+
+void RichTextBox::setSelItalic(bool on)
+{
+    QTextCharFormat format;
+    format.setFontItalic(on);
+    mergeSelectionFormat(format);
+}
+
+std::optional<bool> RichTextBox::SelUnderline() const
+{
+    return charProperty([](const QTextCharFormat &f) { return f.fontUnderline(); });
+}
+
+void RichTextBox::setSelUnderline(bool on)
+{
+    QTextCharFormat format;
+    format.setFontUnderline(on);
+    mergeSelectionFormat(format);
+}
+
+std::optional<bool> RichTextBox::SelStrikeThru() const
+{
+    return charProperty([](const QTextCharFormat &f) { return f.fontStrikeOut(); });
+}
+
+void RichTextBox::setSelStrikeThru(bool on)
+{
+    QTextCharFormat format;
+    format.setFontStrikeOut(on);
+    mergeSelectionFormat(format);
+}
+
+std::optional<QString> RichTextBox::SelFontName() const
+{
+    const QString fallback = document()->defaultFont().family();
+    return charProperty([&fallback](const QTextCharFormat &f) {
+        const QStringList families = f.fontFamilies().toStringList();
+        if (!families.isEmpty() && !families.first().isEmpty())
+            return families.first();
+        return fallback;
+    });
+}
+
+void RichTextBox::setSelFontName(const QString &family)
+{
+    QTextCharFormat format;
+    format.setFontFamilies({family});
+    mergeSelectionFormat(format);
+}
+
+std::optional<double> RichTextBox::SelFontSize() const
+{
+    const QFont fallback = document()->defaultFont();
+    const double fallbackSize = fallback.pointSizeF() > 0 ? fallback.pointSizeF() : 12.0;
+    return charProperty([fallbackSize](const QTextCharFormat &f) {
+        return f.hasProperty(QTextFormat::FontPointSize) && f.fontPointSize() > 0 ? f.fontPointSize()
+                                                                                  : fallbackSize;
+    });
+}
+
+void RichTextBox::setSelFontSize(double points)
+{
+    if (points <= 0)
+        throw platform::RuntimeError(InvalidPropertyValue, u"Μη έγκυρη τιμή ιδιότητας"_s);
+    QTextCharFormat format;
+    format.setFontPointSize(points);
+    mergeSelectionFormat(format);
+}
+
+// --- Paragraph format ------------------------------------------------------------------
+
+namespace {
+
+struct BlockRange
+{
+    QTextBlock first;
+    QTextBlock last;
+};
+
+BlockRange selectedBlocks(const QTextDocument &document, const QTextCursor &cursor)
+{
+    const int start = cursor.selectionStart();
+    const int end = std::max(start, cursor.selectionEnd() - 1);
+    return {document.findBlock(start), document.findBlock(end)};
+}
+
+bool isListParagraph(const QTextBlockFormat &format)
+{
+    return format.objectIndex() >= 0 && format.hasProperty(richtext::ListFirstLineIndentProperty);
+}
+
+// A list paragraph shows its first line at the left indent, the bullet standing in
+// front of it, and keeps the first-line offset aside; other paragraphs carry it as
+// Qt's text indent.
+int firstLineTwips(const QTextBlockFormat &format)
+{
+    if (isListParagraph(format))
+        return format.intProperty(richtext::ListFirstLineIndentProperty);
+    return twipsFromPixels(format.textIndent());
+}
+
+int indentTwips(const QTextBlockFormat &format)
+{
+    return twipsFromPixels(format.leftMargin()) + firstLineTwips(format);
+}
+
+int hangingTwips(const QTextBlockFormat &format)
+{
+    return -firstLineTwips(format);
+}
+
+void setIndents(QTextBlockFormat &format, int indent, int hanging)
+{
+    format.setLeftMargin(pixelsFromTwips(indent + hanging));
+    if (isListParagraph(format)) {
+        format.setTextIndent(0);
+        format.setProperty(richtext::ListFirstLineIndentProperty, -hanging);
+    } else {
+        format.setTextIndent(-pixelsFromTwips(hanging));
+    }
+}
+
+} // namespace
+
+template<typename Read>
+auto RichTextBox::blockProperty(Read read) const -> std::optional<decltype(read(QTextBlock()))>
+{
+    const BlockRange range = selectedBlocks(*document(), textCursor());
+    const auto value = read(range.first);
+    for (QTextBlock block = range.first; block.isValid() && block != range.last;) {
+        block = block.next();
+        if (block.isValid() && read(block) != value)
+            return std::nullopt;
+    }
+    return value;
+}
+
+template<typename Edit> void RichTextBox::changeBlocks(Edit change)
+{
+    const BlockRange range = selectedBlocks(*document(), textCursor());
+    QTextCursor edit(document());
+    edit.beginEditBlock();
+    for (QTextBlock block = range.first; block.isValid();) {
+        QTextBlockFormat format = block.blockFormat();
+        change(format, block);
+        edit.setPosition(block.position());
+        edit.setBlockFormat(format);
+        if (block == range.last)
+            break;
+        block = block.next();
+    }
+    edit.endEditBlock();
+}
+
+std::optional<int> RichTextBox::SelAlignment() const
+{
+    return blockProperty([](const QTextBlock &block) {
+        const Qt::Alignment a = block.blockFormat().alignment() & Qt::AlignHorizontal_Mask;
+        if (a & Qt::AlignHCenter)
+            return int(AlignCenter);
+        if (a & Qt::AlignRight)
+            return int(AlignRight);
+        return int(AlignLeft);
+    });
+}
+
+void RichTextBox::setSelAlignment(int alignment)
+{
+    Qt::Alignment qt;
+    switch (alignment) {
+    case AlignLeft:
+        qt = Qt::AlignLeft;
+        break;
+    case AlignRight:
+        qt = Qt::AlignRight;
+        break;
+    case AlignCenter:
+        qt = Qt::AlignHCenter;
+        break;
+    default:
+        throw platform::RuntimeError(InvalidPropertyValue, u"Μη έγκυρη τιμή ιδιότητας"_s);
+    }
+    changeBlocks([qt](QTextBlockFormat &format, const QTextBlock &) { format.setAlignment(qt); });
+}
+
+std::optional<bool> RichTextBox::SelBullet() const
+{
+    return blockProperty([](const QTextBlock &block) { return block.textList() != nullptr; });
+}
+
+void RichTextBox::setSelBullet(bool on)
+{
+    const BlockRange range = selectedBlocks(*document(), textCursor());
+    QTextCursor edit(document());
+    edit.beginEditBlock();
+    QTextList *list = nullptr;
+    for (QTextBlock block = range.first; block.isValid();) {
+        edit.setPosition(block.position());
+        if (on && !block.textList()) {
+            const QTextBlockFormat before = block.blockFormat();
+            const int indent = indentTwips(before);
+            const int hanging = hangingTwips(before) > 0 ? hangingTwips(before) : DefaultBulletHangingTwips;
+            if (!list) {
+                QTextListFormat listFormat;
+                listFormat.setStyle(QTextListFormat::ListDisc);
+                listFormat.setIndent(0);
+                list = edit.createList(listFormat);
+            } else {
+                list->add(block);
+            }
+            QTextBlockFormat format = edit.blockFormat();
+            format.setProperty(richtext::ListFirstLineIndentProperty, 0);
+            setIndents(format, indent, hanging);
+            edit.setBlockFormat(format);
+        } else if (!on && block.textList()) {
+            const QTextBlockFormat before = block.blockFormat();
+            const int indent = indentTwips(before);
+            const int hanging = hangingTwips(before);
+            block.textList()->remove(block);
+            QTextBlockFormat format = edit.blockFormat();
+            format.setObjectIndex(-1);
+            format.clearProperty(richtext::ListFirstLineIndentProperty);
+            format.setIndent(0);
+            setIndents(format, indent, hanging);
+            edit.setBlockFormat(format);
+        }
+        if (block == range.last)
+            break;
+        block = block.next();
+    }
+    edit.endEditBlock();
+}
+
+std::optional<int> RichTextBox::SelIndent() const
+{
+    return blockProperty([](const QTextBlock &block) { return indentTwips(block.blockFormat()); });
+}
+
+void RichTextBox::setSelIndent(int twips)
+{
+    changeBlocks([twips](QTextBlockFormat &format, const QTextBlock &) {
+        setIndents(format, twips, hangingTwips(format));
+    });
+}
+
+std::optional<int> RichTextBox::SelRightIndent() const
+{
+    return blockProperty(
+        [](const QTextBlock &block) { return twipsFromPixels(block.blockFormat().rightMargin()); });
+}
+
+void RichTextBox::setSelRightIndent(int twips)
+{
+    changeBlocks([twips](QTextBlockFormat &format, const QTextBlock &) {
+        format.setRightMargin(pixelsFromTwips(twips));
+    });
+}
+
+std::optional<int> RichTextBox::SelHangingIndent() const
+{
+    return blockProperty([](const QTextBlock &block) { return hangingTwips(block.blockFormat()); });
+}
+
+void RichTextBox::setSelHangingIndent(int twips)
+{
+    changeBlocks([twips](QTextBlockFormat &format, const QTextBlock &) {
+        setIndents(format, indentTwips(format), twips);
+    });
+}
+
+std::optional<int> RichTextBox::SelTabCount() const
+{
+    return blockProperty(
+        [](const QTextBlock &block) { return int(block.blockFormat().tabPositions().size()); });
+}
+
+void RichTextBox::setSelTabCount(int count)
+{
+    requireNotNegative(count);
+    changeBlocks([count](QTextBlockFormat &format, const QTextBlock &) {
+        QList<QTextOption::Tab> tabs = format.tabPositions();
+        if (tabs.size() > count)
+            tabs.resize(count);
+        while (tabs.size() < count) {
+            const double last = tabs.isEmpty() ? 0.0 : tabs.last().position;
+            tabs.append(QTextOption::Tab(last + pixelsFromTwips(DefaultTabTwips), QTextOption::LeftTab));
+        }
+        format.setTabPositions(tabs);
+    });
+}
+
+std::optional<int> RichTextBox::SelTabs(int index) const
+{
+    const auto value = blockProperty([index](const QTextBlock &block) {
+        const QList<QTextOption::Tab> tabs = block.blockFormat().tabPositions();
+        return index >= 0 && index < tabs.size() ? twipsFromPixels(tabs.at(index).position) : -1;
+    });
+    if (!value || *value < 0)
+        return std::nullopt;
+    return value;
+}
+
+void RichTextBox::setSelTabs(int index, int twips)
+{
+    requireNotNegative(index);
+    requireNotNegative(twips);
+    changeBlocks([index, twips](QTextBlockFormat &format, const QTextBlock &) {
+        QList<QTextOption::Tab> tabs = format.tabPositions();
+        if (index >= tabs.size())
+            return;
+        tabs[index].position = pixelsFromTwips(twips);
+        std::sort(tabs.begin(), tabs.end(),
+            [](const QTextOption::Tab &a, const QTextOption::Tab &b) { return a.position < b.position; });
+        format.setTabPositions(tabs);
+    });
+}
+
+// --- The box ----------------------------------------------------------------------------
+
+bool RichTextBox::Locked() const
+{
+    return isReadOnly();
+}
+
+void RichTextBox::setLocked(bool locked)
+{
+    setReadOnly(locked);
+    // Locked text still shows a caret and can be selected and moved through, so that a
+    // click tells where it fell.
+    if (locked)
+        setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+    applyPointer();
+}
+
+quint32 RichTextBox::BackColor() const
+{
+    return colorNumber(palette().color(QPalette::Base));
+}
+
+void RichTextBox::setBackColor(quint32 color)
+{
+    QPalette p = palette();
+    p.setColor(QPalette::Base, colorFromNumber(color));
+    setPalette(p);
+}
+
+int RichTextBox::RightMargin() const
+{
+    return m_rightMarginTwips;
+}
+
+void RichTextBox::setRightMargin(int twips)
+{
+    requireNotNegative(twips);
+    m_rightMarginTwips = twips;
+    applyWrapping();
+}
+
+void RichTextBox::setTargetDevice(int lineWidthTwips)
+{
+    m_targetWidthTwips = std::max(0, lineWidthTwips);
+    applyWrapping();
+}
+
+void RichTextBox::applyWrapping()
+{
+    const int twips = m_targetWidthTwips > 0 ? m_targetWidthTwips : m_rightMarginTwips;
+    if (twips <= 0) {
+        setLineWrapMode(QTextEdit::WidgetWidth);
+        return;
+    }
+    // The document's margins lie inside the wrapping width; the lines themselves get
+    // the width asked for.
+    const double margin = document()->documentMargin();
+    setLineWrapMode(QTextEdit::FixedPixelWidth);
+    setLineWrapColumnOrWidth(int(std::lround(pixelsFromTwips(twips) + 2 * margin)));
+}
+
+int RichTextBox::MousePointer() const
+{
+    return m_pointer;
+}
+
+void RichTextBox::setMousePointer(int pointer)
+{
+    m_pointer = pointer;
+    applyPointer();
+}
+
+QCursor RichTextBox::MouseIcon() const
+{
+    return m_icon;
+}
+
+void RichTextBox::setMouseIcon(const QCursor &icon)
+{
+    m_icon = icon;
+    applyPointer();
+}
+
+void RichTextBox::applyPointer()
+{
+    static const Qt::CursorShape shapes[] = {
+        Qt::IBeamCursor,
+        Qt::ArrowCursor,
+        Qt::CrossCursor,
+        Qt::IBeamCursor,
+        Qt::ArrowCursor,
+        Qt::SizeAllCursor,
+        Qt::SizeBDiagCursor,
+        Qt::SizeVerCursor,
+        Qt::SizeFDiagCursor,
+        Qt::SizeHorCursor,
+        Qt::UpArrowCursor,
+        Qt::WaitCursor,
+        Qt::ForbiddenCursor,
+        Qt::BusyCursor,
+        Qt::WhatsThisCursor,
+        Qt::SizeAllCursor,
+    };
+    QCursor cursor;
+    if (m_pointer == CustomPointer)
+        cursor = m_icon;
+    else if (m_pointer > 0 && m_pointer < int(std::size(shapes)))
+        cursor = QCursor(shapes[m_pointer]);
+    else
+        cursor = QCursor(isReadOnly() ? Qt::ArrowCursor : Qt::IBeamCursor);
+    if (viewport()->cursor().shape() != cursor.shape() || cursor.shape() == Qt::BitmapCursor)
+        viewport()->setCursor(cursor);
+}
+
+void RichTextBox::Move(int left, int top, int width, int height)
+{
+    const QRect now = geometry();
+    setGeometry(platform::pixelsFromTwipsX(left), platform::pixelsFromTwipsY(top),
+        width < 0 ? now.width() : platform::pixelsFromTwipsX(width),
+        height < 0 ? now.height() : platform::pixelsFromTwipsY(height));
+}
+
+void RichTextBox::Refresh()
+{
+    viewport()->update();
+}
+
+// --- Undo ---------------------------------------------------------------------------------
+
+void RichTextBox::Undo()
+{
+    if (m_undoneLast) {
+        if (document()->isRedoAvailable())
+            redo();
+        m_undoneLast = false;
+    } else if (document()->isUndoAvailable()) {
+        undo();
+        m_undoneLast = true;
+    }
+}
+
+bool RichTextBox::CanUndo() const
+{
+    return m_undoneLast ? document()->isRedoAvailable() : document()->isUndoAvailable();
+}
+
+// --- Events -------------------------------------------------------------------------------
+
+void RichTextBox::emitMouse(
+    void (RichTextBox::*signal)(int, int, double, double), QMouseEvent *event, bool pressed)
+{
+    const Qt::MouseButtons buttons = pressed ? event->buttons() : Qt::MouseButtons(event->button());
+    int button = 0;
+    if (buttons & Qt::LeftButton)
+        button |= 1;
+    if (buttons & Qt::RightButton)
+        button |= 2;
+    if (buttons & Qt::MiddleButton)
+        button |= 4;
+    int shift = 0;
+    if (event->modifiers() & Qt::ShiftModifier)
+        shift |= 1;
+    if (event->modifiers() & Qt::ControlModifier)
+        shift |= 2;
+    if (event->modifiers() & Qt::AltModifier)
+        shift |= 4;
+    const QPointF inBox = viewport()->mapTo(this, event->position());
+    emit(this->*signal)(
+        button, shift, inBox.x() * platform::TwipsPerPixelX, inBox.y() * platform::TwipsPerPixelY);
+}
+
+void RichTextBox::mousePressEvent(QMouseEvent *event)
+{
+    QTextEdit::mousePressEvent(event);
+    emitMouse(&RichTextBox::MouseDown, event, true);
+}
+
+void RichTextBox::mouseMoveEvent(QMouseEvent *event)
+{
+    QTextEdit::mouseMoveEvent(event);
+    emitMouse(&RichTextBox::MouseMove, event, true);
+    // The text edit sets its own cursor over links and selections; ours wins.
+    applyPointer();
+}
+
+void RichTextBox::mouseReleaseEvent(QMouseEvent *event)
+{
+    QTextEdit::mouseReleaseEvent(event);
+    emitMouse(&RichTextBox::MouseUp, event, false);
+}
+
+void RichTextBox::keyPressEvent(QKeyEvent *event)
+{
+    if (event->matches(QKeySequence::Undo) && !isReadOnly()) {
+        Undo();
+        event->accept();
+        return;
+    }
+    QTextEdit::keyPressEvent(event);
+}
+
+void RichTextBox::dropEvent(QDropEvent *event)
+{
+    if (m_oleDropManual) {
+        emit OLEDragDrop(event->mimeData());
+        event->acceptProposedAction();
+        return;
+    }
+    QTextEdit::dropEvent(event);
+}

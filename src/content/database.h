@@ -8,6 +8,10 @@
 
 struct sqlite3;
 
+namespace content::sqlite {
+class Connection;
+}
+
 // The content database, standing in for the Jet engine the content was made for. Every
 // query runs on SQLite: an SQLite content file is opened read-only as it is, a Jet file
 // is imported into an in-memory SQLite database first. Failures are thrown as
@@ -47,16 +51,27 @@ public:
     // Opens a content file of either kind, told apart by its first bytes, not its name.
     static std::unique_ptr<Database> OpenDatabase(const QString &path, const OpenOptions &options = {});
 
+    // Wraps a connection made elsewhere (tests build content in memory this way). The
+    // Greek text rule is installed on it.
+    static std::unique_ptr<Database> fromConnection(
+        std::unique_ptr<sqlite::Connection> connection, const QString &path = QString());
+
     // SQL text, or the name of a table (which opens the whole table, as a table-type
     // recordset that supports Index/Seek). The result is a snapshot: it is read whole
     // when opened and does not change.
-    std::unique_ptr<Recordset> OpenRecordset(const QString &source, int type = dbOpenDefault, int options = 0);
+    std::unique_ptr<Recordset> OpenRecordset(
+        const QString &source, int type = dbOpenDefault, int options = 0);
 
     // Names of the user tables in the file's catalogue order.
     QStringList tableNames() const;
 
     sqlite3 *handle() const;
     QString path() const;
+
+    // Writes the content to an SQLite file that also reads in the sqlite3 shell: the
+    // file is written beside `destination` and renamed over it when whole. Throws
+    // platform::RuntimeError.
+    void saveCopy(const QString &destination) const;
 
 private:
     Database();
@@ -86,6 +101,8 @@ public:
     ~Recordset();
     Q_DISABLE_COPY_MOVE(Recordset)
 
+    // The number of records in the snapshot: exact from the start, so a count read before
+    // MoveLast is already the whole.
     long RecordCount() const;
     bool BOF() const;
     // EOF is a macro of the C library, hence the spelling.
@@ -111,10 +128,12 @@ public:
 
     void Close();
 
+    // The snapshot behind the recordset; opaque outside the content engine.
+    struct Private;
+
 private:
     friend class Database;
     Recordset();
-    struct Private;
     std::unique_ptr<Private> d;
 };
 

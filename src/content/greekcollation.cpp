@@ -1,0 +1,88 @@
+#include "greekcollation.h"
+
+#include <sqlite3.h>
+#include <unicode/ucol.h>
+
+#include <algorithm>
+#include <cstring>
+#include <memory>
+
+namespace content {
+
+namespace {
+
+struct CollatorDeleter
+{
+    void operator()(UCollator *c) const { ucol_close(c); }
+};
+using CollatorPtr = std::unique_ptr<UCollator, CollatorDeleter>;
+
+// Secondary strength: base letters decide, accents break ties, case never counts. ICU
+// treats final sigma as a case variant of sigma, so it falls away at this strength.
+CollatorPtr openGreekCollator()
+{
+    UErrorCode status = U_ZERO_ERROR;
+    CollatorPtr collator(ucol_open("el", &status));
+    if (U_FAILURE(status) || !collator)
+        return nullptr;
+    ucol_setStrength(collator.get(), UCOL_SECONDARY);
+    return collator;
+}
+
+// A collator serves one connection (or one thread), as ICU collators are not to be
+// shared between threads while they compare.
+UCollator *threadCollator()
+{
+    thread_local CollatorPtr collator = openGreekCollator();
+    return collator.get();
+}
+
+int collateUtf8(void *arg, int lengthA, const void *a, int lengthB, const void *b)
+{
+    auto *collator = static_cast<UCollator *>(arg);
+    UErrorCode status = U_ZERO_ERROR;
+    const UCollationResult r = ucol_strcollUTF8(
+        collator, static_cast<const char *>(a), lengthA, static_cast<const char *>(b), lengthB, &status);
+    if (U_FAILURE(status)) {
+        // Malformed UTF-8 cannot be ordered by letters; fall back to bytes so that the
+        // order stays total.
+        const int n = std::min(lengthA, lengthB);
+        const int c = std::memcmp(a, b, size_t(n));
+        return c != 0 ? c : lengthA - lengthB;
+    }
+    return r == UCOL_LESS ? -1 : (r == UCOL_GREATER ? 1 : 0);
+}
+
+void closeCollator(void *arg)
+{
+    ucol_close(static_cast<UCollator *>(arg));
+}
+
+} // namespace
+
+int compareText(QStringView a, QStringView b)
+{
+    UCollator *collator = threadCollator();
+    if (!collator)
+        return a.compare(b, Qt::CaseInsensitive);
+    const UCollationResult r = ucol_strcoll(collator, reinterpret_cast<const UChar *>(a.utf16()),
+        int32_t(a.size()), reinterpret_cast<const UChar *>(b.utf16()), int32_t(b.size()));
+    return r == UCOL_LESS ? -1 : (r == UCOL_GREATER ? 1 : 0);
+}
+
+bool installGreekNocase(sqlite3 *db)
+{
+    CollatorPtr collator = openGreekCollator();
+    if (!collator)
+        return false;
+    UCollator *raw = collator.release();
+    const int rc = sqlite3_create_collation_v2(db, "NOCASE", SQLITE_UTF8, raw, collateUtf8, closeCollator);
+    if (rc != SQLITE_OK) {
+        // SQLite leaves the argument to the caller when it refuses.
+        ucol_close(raw);
+        return false;
+    }
+    return true;
+}
+
+} // namespace content

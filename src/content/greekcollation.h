@@ -1,0 +1,20 @@
+#pragma once
+
+#include <QString>
+
+struct sqlite3;
+
+// Text comparison as the content's database engine did it: by the letters first, with
+// case ignored and final sigma equal to sigma; accents only break ties between words
+// that are otherwise the same. One rule serves `=`, DISTINCT and ORDER BY on text.
+namespace content {
+
+// <0, 0, >0.
+int compareText(QStringView a, QStringView b);
+
+// Installs the rule on a connection under the name NOCASE, replacing SQLite's own
+// ASCII-only NOCASE, so that every text column declared COLLATE NOCASE compares this
+// way. Returns false if SQLite refused.
+bool installGreekNocase(sqlite3 *db);
+
+} // namespace content

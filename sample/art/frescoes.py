@@ -1,0 +1,474 @@
+"""Wall paintings of Akrotiri on Thera, redrawn in the course's own hand.
+
+Each drawing is a fresco panel: lime plaster, painted bands, the figures in
+the flat colours of the originals, and the losses of plaster that every
+visitor of the site remembers.
+"""
+
+import math
+import random
+
+from kit import *  # noqa: F401,F403
+
+PLASTER = "#efe6d2"
+FRESCO_RED = "#b8432c"
+FRESCO_BLUE = "#3f7fa6"
+FRESCO_YELLOW = "#e0b24a"
+FRESCO_BLACK = "#2a2220"
+SKIN_RED = "#b5532f"
+
+
+def _panel(s, seed, bands=True):
+    g = s.radial("plaster", [(0, "#f6eedc"), (1, "#e3d6b9")], r=0.8)
+    s.rect(0, 0, s.w, s.h, fill=g)
+    rnd = random.Random(seed)
+    for _ in range(int(s.w * s.h / 500)):
+        s.circle(rnd.uniform(0, s.w), rnd.uniform(0, s.h), rnd.uniform(0.3, 1.1),
+                 fill="#9c8560", opacity=rnd.uniform(0.05, 0.18))
+    if bands:
+        for y, c in [(0.035, FRESCO_RED), (0.065, FRESCO_YELLOW), (0.095, FRESCO_BLUE)]:
+            s.rect(0, s.h * y - s.h * 0.012, s.w, s.h * 0.024, fill=c, opacity=0.9)
+        for y, c in [(0.905, FRESCO_BLUE), (0.935, FRESCO_YELLOW), (0.965, FRESCO_RED)]:
+            s.rect(0, s.h * y - s.h * 0.012, s.w, s.h * 0.024, fill=c, opacity=0.9)
+
+
+def _losses(s, seed, count=5):
+    """Patches where the plaster has fallen and been filled in a plain tone."""
+    rnd = random.Random(seed)
+    for _ in range(count):
+        # losses keep to the edges, where the plaster broke off, not over the figures
+        cx = rnd.choice([rnd.uniform(-0.05, 0.12), rnd.uniform(0.88, 1.05)]) * s.w
+        cy = rnd.uniform(0, s.h)
+        r = rnd.uniform(0.04, 0.09) * min(s.w, s.h)
+        blob = [(cx + r * (0.7 + 0.5 * rnd.random()) * math.cos(a),
+                 cy + r * (0.7 + 0.5 * rnd.random()) * math.sin(a))
+                for a in [i * math.pi / 5 for i in range(10)]]
+        s.path(smooth(blob), fill="#d9ccb0", stroke="#b9a888", stroke_width=1)
+    for _ in range(4):
+        x, y = rnd.uniform(0, s.w), rnd.uniform(0, s.h)
+        p = [(x, y)]
+        for _ in range(5):
+            x += rnd.uniform(-25, 25)
+            y += rnd.uniform(5, 30)
+            p.append((x, y))
+        s.polyline(p, stroke="#8d7a5c", stroke_width=0.8, opacity=0.55)
+
+
+def _unit(s, box_w, box_h, margin=0.04):
+    k = min(s.w * (1 - 2 * margin) / box_w, s.h * (1 - 2 * margin) / box_h)
+    s.group(transform=f"translate({fmt((s.w - box_w * k) / 2)},{fmt((s.h - box_h * k) / 2)}) scale({k:.4f})")
+
+
+def _boy(s, x, flip, skin=SKIN_RED):
+    """One young boxer; flip mirrors him so the two face each other."""
+    t = f"translate({x},0)" + (" scale(-1,1)" if flip else "")
+    s.group(transform=t)
+    # legs
+    s.path("M-6,118 L-12,150 L-10,178 L-16,184 L-4,184 L-4,150 L0,124 Z", fill=skin)
+    s.path("M4,118 L12,146 L22,176 L16,184 L30,184 L28,176 L18,140 L10,116 Z", fill=skin)
+    # loincloth and belt
+    s.path("M-10,104 L14,102 L16,118 L-8,122 Z", fill=FRESCO_BLUE)
+    s.rect(-11, 100, 26, 4, fill=FRESCO_YELLOW)
+    # torso
+    s.path("M-8,60 C-12,76 -12,92 -10,102 L14,100 C16,88 16,74 12,58 Z", fill=skin)
+    # the shaved head painted blue, with long locks
+    s.rect(-3, 50, 10, 12, fill=skin)
+    s.circle(2, 44, 11, fill=skin)
+    s.path("M-8,40 C-8,28 10,26 13,38 C10,34 -2,33 -8,40 Z", fill="#6d94b3")
+    s.path("M-6,34 C-14,38 -16,50 -12,58 M-2,31 C-10,24 -18,28 -22,36 M4,30 C0,20 -8,18 -14,20",
+           fill="none", stroke=FRESCO_BLACK, stroke_width=2.2, stroke_linecap="round")
+    s.circle(9, 43, 1.3, fill=FRESCO_BLACK)
+    s.path("M12,47 l2,1", stroke=FRESCO_BLACK, stroke_width=1)
+    s.path("M-2,54 L4,58 L8,56", fill=skin)
+    # arms, the front one punching forward, both in a glove
+    s.path("M10,62 C20,62 28,60 36,58 L36,64 C28,68 20,70 10,70 Z", fill=skin)
+    s.path("M-6,64 C-2,78 6,86 16,86 L16,80 C8,78 2,72 2,62 Z", fill=skin)
+    s.ellipse(40, 61, 7, 6, fill=FRESCO_BLACK)
+    s.ellipse(19, 84, 6, 5.5, fill=FRESCO_BLACK)
+    s.end()
+
+
+def boxing_boys(w, h):
+    s = Svg(w, h)
+    _panel(s, 31)
+    _unit(s, 200, 200, margin=0.03)
+    s.rect(0, 186, 200, 3, fill=FRESCO_BLACK, opacity=0.25)
+    _boy(s, 58, False)
+    _boy(s, 142, True, skin="#a9482a")
+    s.end()
+    _losses(s, 32, 4)
+    return s
+
+
+def fisherman(w, h):
+    s = Svg(w, h)
+    _panel(s, 41, bands=False)
+    _unit(s, 120, 200, margin=0.03)
+    skin = SKIN_RED
+    s.path("M56,118 L50,152 L52,186 L46,192 L60,192 L60,152 L64,122 Z", fill=skin)
+    s.path("M66,118 L70,150 L74,186 L70,192 L84,192 L80,150 L74,116 Z", fill=skin)
+    s.path("M46,58 C50,72 54,90 54,122 L76,120 C76,90 76,72 78,58 C70,54 54,54 46,58 Z", fill=skin)
+    s.rect(57, 46, 10, 12, fill=skin)
+    s.circle(62, 40, 11, fill=skin)
+    s.path("M52,38 C52,26 72,24 74,36 C70,32 58,31 52,38 Z", fill="#6d94b3")
+    s.path("M54,32 C48,34 46,42 48,50 M60,29 C58,22 50,22 46,26", fill="none",
+           stroke=FRESCO_BLACK, stroke_width=2, stroke_linecap="round")
+    s.circle(69, 40, 1.3, fill=FRESCO_BLACK)
+    # both arms hold strings of fish
+    s.path("M52,62 C42,72 36,84 34,92 L38,94 C42,86 48,76 56,68 Z", fill=skin)
+    s.path("M70,62 C80,72 86,84 88,92 L84,94 C80,86 74,76 66,68 Z", fill=skin)
+    for hx, flip in [(36, -1), (86, 1)]:
+        s.line(hx, 93, hx, 100, stroke=FRESCO_BLACK, stroke_width=1)
+        for i in range(6):
+            y = 100 + i * 14
+            fx = hx + (3 if i % 2 else -3)
+            s.path(f"M{fx - 4},{y} q4,-3 8,0 l0,12 q-4,4 -8,0 Z", fill=FRESCO_BLUE,
+                   stroke=FRESCO_BLACK, stroke_width=0.8)
+            s.path(f"M{fx - 4},{y + 12} l4,4 l4,-4", fill=FRESCO_YELLOW, stroke=FRESCO_BLACK,
+                   stroke_width=0.6)
+            s.circle(fx + 2, y + 2.5, 0.9, fill=FRESCO_BLACK)
+            s.line(fx - 3, y + 6, fx + 3, y + 6, stroke=FRESCO_YELLOW, stroke_width=1)
+    s.end()
+    _losses(s, 42, 4)
+    return s
+
+
+def _lily(s, x, y, height, lean, seed):
+    rnd = random.Random(seed)
+    top = (x + lean, y - height)
+    s.path(f"M{x},{y} Q{x + lean * 0.2},{y - height * 0.5} {fmt(top[0])},{fmt(top[1])}", fill="none",
+           stroke=FRESCO_BLACK, stroke_width=1.4)
+    tx, ty = top
+    # three red petals curling outward, yellow anthers
+    s.path(f"M{fmt(tx)},{fmt(ty)} C{fmt(tx - 10)},{fmt(ty - 4)} {fmt(tx - 16)},{fmt(ty - 16)} {fmt(tx - 12)},{fmt(ty - 22)} "
+           f"C{fmt(tx - 10)},{fmt(ty - 14)} {fmt(tx - 6)},{fmt(ty - 8)} {fmt(tx)},{fmt(ty - 6)} Z", fill=FRESCO_RED)
+    s.path(f"M{fmt(tx)},{fmt(ty)} C{fmt(tx + 10)},{fmt(ty - 4)} {fmt(tx + 16)},{fmt(ty - 16)} {fmt(tx + 12)},{fmt(ty - 22)} "
+           f"C{fmt(tx + 10)},{fmt(ty - 14)} {fmt(tx + 6)},{fmt(ty - 8)} {fmt(tx)},{fmt(ty - 6)} Z", fill=FRESCO_RED)
+    s.path(f"M{fmt(tx - 3)},{fmt(ty - 4)} C{fmt(tx - 4)},{fmt(ty - 16)} {fmt(tx + 4)},{fmt(ty - 16)} {fmt(tx + 3)},{fmt(ty - 4)} Z",
+           fill="#c9553a")
+    for dx in (-5, 0, 5):
+        s.line(tx, ty - 6, tx + dx, ty - 20, stroke=FRESCO_BLACK, stroke_width=0.6)
+        s.circle(tx + dx, ty - 20, 1.4, fill=FRESCO_YELLOW)
+
+
+def _swallow(s, x, y, angle, size=1.0):
+    s.group(transform=f"translate({fmt(x)},{fmt(y)}) rotate({fmt(angle)}) scale({fmt(size)})")
+    s.path("M0,0 C8,-4 16,-3 22,0 C16,3 8,4 0,0 Z", fill=FRESCO_BLACK)
+    s.path("M6,-1 C2,-14 -6,-20 -16,-22 C-8,-12 -2,-6 2,0 Z", fill=FRESCO_BLACK)
+    s.path("M8,1 C6,12 0,18 -10,22 C-4,12 0,6 4,1 Z", fill="#3c3432")
+    s.path("M0,0 L-10,-5 L-4,0 L-10,5 Z", fill=FRESCO_BLACK)
+    s.path("M17,0.5 C19,1.5 21,1 22,0", fill="none", stroke=FRESCO_RED, stroke_width=2)
+    s.circle(19, -1, 0.8, fill=WHITE)
+    s.end()
+
+
+def swallows_lilies(w, h):
+    """The spring fresco: red lilies on rocks of many colours, swallows courting."""
+    s = Svg(w, h)
+    _panel(s, 51, bands=False)
+    _unit(s, 240, 180, margin=0.0)
+    rocks = [
+        ([(0, 180), (0, 130), (20, 118), (46, 126), (60, 150), (70, 180)], FRESCO_RED),
+        ([(60, 180), (66, 144), (90, 128), (118, 136), (124, 160), (128, 180)], FRESCO_YELLOW),
+        ([(120, 180), (130, 146), (158, 124), (186, 134), (190, 160), (196, 180)], FRESCO_BLUE),
+        ([(186, 180), (196, 138), (220, 120), (240, 126), (240, 180)], FRESCO_RED),
+    ]
+    for i, (r, c) in enumerate(rocks):
+        s.path(smooth(r, closed=True, tension=0.35), fill=c, opacity=0.92)
+        # veins in the rock
+        xs = [p[0] for p in r]
+        for k in range(3):
+            x0 = min(xs) + 10 + k * 14
+            s.path(f"M{x0},178 q6,-14 -2,-28 q-6,-10 4,-18", fill="none", stroke=FRESCO_BLACK,
+                   stroke_width=0.9, opacity=0.55)
+    lily_spots = [(18, 122, 34, -6), (36, 126, 42, 4), (94, 132, 38, -8), (110, 134, 30, 6),
+                  (154, 128, 44, -4), (172, 130, 36, 8), (214, 124, 40, -6), (230, 126, 30, 4)]
+    for i, (x, y, hh, lean) in enumerate(lily_spots):
+        _lily(s, x, y, hh, lean, i)
+    _swallow(s, 64, 46, 20, 1.2)
+    _swallow(s, 150, 36, 160, 1.1)
+    _swallow(s, 198, 70, -20, 0.9)
+    _swallow(s, 116, 74, 200, 1.0)
+    s.end()
+    _losses(s, 52, 3)
+    return s
+
+
+def _long_ship(s, x, y, scale, seed, sail=False):
+    """One of the festive ships: a crescent hull, a cabin at the stern, oars or a sail."""
+    s.group(transform=f"translate({fmt(x)},{fmt(y)}) scale({fmt(scale)})")
+    s.path("M-60,0 C-40,10 40,10 56,-2 L66,-14 L62,-14 L54,-4 C30,2 -30,2 -58,-6 L-64,-10 Z",
+           fill=FRESCO_BLACK)
+    s.path("M-50,-2 C-30,4 30,4 50,-2", fill="none", stroke=FRESCO_YELLOW, stroke_width=1.4)
+    for i in range(-44, 44, 8):
+        s.line(i, -2, i + 2, 2, stroke=FRESCO_RED, stroke_width=1.3)
+    # the stern cabin (ikrion) and the awning over the passengers
+    s.rect(-52, -22, 12, 16, fill=FRESCO_YELLOW, stroke=FRESCO_BLACK, stroke_width=0.8)
+    s.path("M-52,-22 L-40,-22 M-52,-14 L-40,-14", stroke=FRESCO_RED, stroke_width=1)
+    s.path("M-30,-6 L-30,-16 L30,-16 L30,-6", fill="none", stroke=FRESCO_BLACK, stroke_width=1)
+    for i in range(-28, 30, 6):
+        s.circle(i, -19, 2.4, fill="#e8d8b6", stroke=FRESCO_BLACK, stroke_width=0.5)
+    if sail:
+        s.line(0, -6, 0, -52, stroke=FRESCO_BLACK, stroke_width=1.4)
+        s.path("M-24,-50 L24,-50 L22,-20 L-22,-20 Z", fill="#f6efdf", stroke=FRESCO_BLACK,
+               stroke_width=0.8)
+        s.path("M-22,-40 L22,-40 M-22,-30 L22,-30", stroke=FRESCO_RED, stroke_width=0.8)
+    else:
+        for i in range(-36, 40, 7):
+            s.line(i, 0, i - 8, 14, stroke=FRESCO_BLACK, stroke_width=0.8)
+    # the lion at the prow, a garland line to the stern
+    s.path("M58,-14 q4,-6 8,0", fill=FRESCO_YELLOW)
+    s.path("M-60,-8 Q0,-30 60,-14", fill="none", stroke=FRESCO_RED, stroke_width=0.6,
+           stroke_dasharray="2 2")
+    s.end()
+
+
+def ship_fresco(w, h):
+    """The flotilla frieze: ships between two harbour towns, dolphins leaping."""
+    s = Svg(w, h)
+    _panel(s, 61)
+    _unit(s, 300, 160, margin=0.0)
+    s.rect(0, 72, 300, 60, fill="#8fbcd6", opacity=0.7)
+    # towns on both sides: houses stacked on hills
+    for ox, flip in [(0, 1), (300, -1)]:
+        s.path(f"M{ox},40 Q{ox + 30 * flip},40 {ox + 50 * flip},80 L{ox},80 Z", fill="#c9a66b")
+        for i, (hx, hy) in enumerate([(6, 42), (20, 48), (32, 60), (10, 58), (24, 68)]):
+            x0 = ox + hx * flip - (10 if flip < 0 else 0)
+            s.rect(x0, hy - 10, 10, 10, fill=[FRESCO_YELLOW, "#f3e6c8", FRESCO_RED][i % 3],
+                   stroke=FRESCO_BLACK, stroke_width=0.5)
+            s.rect(x0 + 3, hy - 7, 3, 3, fill=FRESCO_BLACK)
+    _long_ship(s, 110, 96, 0.75, 1)
+    _long_ship(s, 200, 116, 0.75, 2, sail=True)
+    _long_ship(s, 150, 136, 0.55, 3)
+    # dolphins
+    for x, y, a in [(70, 112, -20), (250, 92, 200), (176, 82, -10)]:
+        s.group(transform=f"translate({x},{y}) rotate({a})")
+        s.path("M-12,0 C-6,-6 6,-6 12,0 C6,3 -6,3 -12,0 Z M-12,0 l-4,-4 l0,8 Z M0,-4 l3,-4 l2,4",
+               fill=FRESCO_BLUE, stroke=FRESCO_BLACK, stroke_width=0.5)
+        s.end()
+    s.end()
+    _losses(s, 62, 4)
+    return s
+
+
+def fresco_fragment(w, h):
+    """A small piece of painted plaster, for a comment: one swallow and a lily."""
+    s = Svg(w, h)
+    _panel(s, 71, bands=False)
+    _unit(s, 100, 100, margin=0.02)
+    _lily(s, 30, 96, 36, 4, 1)
+    _swallow(s, 62, 36, 15, 1.3)
+    s.end()
+    return s
+
+
+def _antelope(s, x, y, k, flip=False, head_back=False):
+    sx = -k if flip else k
+    s.group(transform=f"translate({fmt(x)},{fmt(y)}) scale({fmt(sx)},{fmt(k)})")
+    ink = FRESCO_BLACK
+    body = ("M-40,0 C-42,-18 -30,-30 -10,-30 L24,-30 C36,-30 42,-22 42,-10 C42,0 38,6 32,8 "
+            "L32,40 L28,40 L26,12 L-26,12 L-28,40 L-32,40 L-34,10 C-38,8 -40,4 -40,0 Z")
+    s.path(body, fill="#f3e9d6", stroke=ink, stroke_width=2.2)
+    s.path("M-20,12 L-22,40 M20,12 L22,40", stroke=ink, stroke_width=2)
+    s.path("M-30,-6 C-10,-2 10,-2 30,-8", fill="none", stroke="#b9835a", stroke_width=5,
+           opacity=0.5)
+    if head_back:
+        neck = "M-34,-20 C-44,-38 -50,-50 -46,-60"
+        head = "M-46,-60 L-60,-52 L-56,-46 L-44,-52"
+        horn = "M-48,-62 C-40,-80 -28,-84 -20,-80"
+    else:
+        neck = "M34,-22 C42,-38 46,-48 44,-58"
+        head = "M44,-58 L62,-50 L58,-44 L42,-50"
+        horn = "M44,-60 C36,-78 24,-84 14,-80"
+    s.path(neck, fill="none", stroke=ink, stroke_width=9, stroke_linecap="round")
+    s.path(neck, fill="none", stroke="#f3e9d6", stroke_width=5, stroke_linecap="round")
+    s.path(head, fill="#f3e9d6", stroke=ink, stroke_width=2.2, stroke_linejoin="round")
+    s.path(horn, fill="none", stroke=ink, stroke_width=3, stroke_linecap="round")
+    s.path(horn, fill="none", stroke=ink, stroke_width=3, stroke_linecap="round",
+           transform="translate(4,2)")
+    s.end()
+
+
+def antelopes(w, h):
+    s = Svg(w, h)
+    _panel(s, 81, bands=False)
+    k = h / 260
+    _antelope(s, w * 0.3, h * 0.62, k, head_back=False)
+    _antelope(s, w * 0.72, h * 0.62, k, flip=False, head_back=True)
+    _losses(s, 82, 4)
+    return s
+
+
+def _monkey(s, x, y, k, angle=0, flip=False):
+    sx = -k if flip else k
+    s.group(transform=f"translate({fmt(x)},{fmt(y)}) rotate({angle}) scale({fmt(sx)},{fmt(k)})")
+    blue = "#5b8fc0"
+    ink = FRESCO_BLACK
+    s.path("M-20,0 C-40,10 -50,30 -40,50 C-34,60 -24,58 -28,48", fill="none", stroke=blue,
+           stroke_width=4, stroke_linecap="round")
+    s.ellipse(0, 0, 22, 12, fill=blue, stroke=ink, stroke_width=1)
+    s.circle(26, -8, 9, fill=blue, stroke=ink, stroke_width=1)
+    s.path("M30,-8 q6,2 8,6", fill="none", stroke=ink, stroke_width=1)
+    s.circle(28, -10, 1.4, fill=ink)
+    for lx, ly, ex, ey in [(14, 6, 24, 22), (10, 8, 4, 26), (-14, 6, -8, 24), (-18, 4, -30, 18)]:
+        s.path(f"M{lx},{ly} L{ex},{ey}", stroke=blue, stroke_width=5, stroke_linecap="round")
+    s.end()
+
+
+def blue_monkeys(w, h):
+    s = Svg(w, h)
+    _panel(s, 91, bands=False)
+    s.rect(0, 0, w, h * 0.18, fill=FRESCO_BLUE, opacity=0.85)
+    rocks = [
+        ([(0, h), (0, h * 0.55), (w * 0.2, h * 0.4), (w * 0.38, h * 0.6), (w * 0.4, h)], FRESCO_RED),
+        ([(w * 0.34, h), (w * 0.42, h * 0.45), (w * 0.62, h * 0.34), (w * 0.72, h * 0.6), (w * 0.7, h)], FRESCO_YELLOW),
+        ([(w * 0.66, h), (w * 0.74, h * 0.5), (w * 0.9, h * 0.42), (w, h * 0.5), (w, h)], FRESCO_RED),
+    ]
+    for r, c in rocks:
+        s.path(smooth(r, tension=0.3), fill=c, opacity=0.92)
+        xs = [p[0] for p in r]
+        for k in range(4):
+            x0 = min(xs) + 20 + k * 30
+            s.path(f"M{fmt(x0)},{fmt(h)} q12,-40 -4,-80 q-10,-20 6,-40", fill="none",
+                   stroke=FRESCO_BLACK, stroke_width=1.2, opacity=0.5)
+    k = h / 300
+    _monkey(s, w * 0.2, h * 0.42, k, angle=-20)
+    _monkey(s, w * 0.55, h * 0.34, k, angle=10, flip=True)
+    _monkey(s, w * 0.84, h * 0.44, k * 0.9, angle=-30)
+    _losses(s, 92, 3)
+    return s
+
+
+def _woman(s, x, y, k, flip=False, reach=False):
+    sx = -k if flip else k
+    s.group(transform=f"translate({fmt(x)},{fmt(y)}) scale({fmt(sx)},{fmt(k)})")
+    skin = "#f3e6d6"
+    ink = FRESCO_BLACK
+    # flounced skirt in bands
+    for i, c in enumerate([FRESCO_BLUE, FRESCO_YELLOW, FRESCO_RED, FRESCO_BLUE, FRESCO_YELLOW]):
+        y0 = 10 + i * 14
+        s.path(f"M{-14 - i * 4},{y0} L{14 + i * 4},{y0} L{18 + i * 4},{y0 + 14} L{-18 - i * 4},{y0 + 14} Z",
+               fill=c, stroke=ink, stroke_width=0.8)
+    s.path("M-8,84 L-10,96 L-2,96 M4,84 L6,96 L14,96", fill="none", stroke=skin, stroke_width=3)
+    # bodice, short sleeves, the arm
+    s.path("M-12,10 L-10,-26 L10,-26 L12,10 Z", fill=FRESCO_RED, stroke=ink, stroke_width=0.8)
+    s.path("M-12,-26 L-20,-16 L-12,-12 Z M12,-26 L20,-16 L12,-12 Z", fill=FRESCO_BLUE, stroke=ink,
+           stroke_width=0.6)
+    arm = "M16,-18 L30,-4 L42,6" if reach else "M16,-18 L26,0 L24,12"
+    s.path(arm, fill="none", stroke=skin, stroke_width=4, stroke_linecap="round")
+    s.path(arm, fill="none", stroke=ink, stroke_width=0.6)
+    # head in profile, hair with a long lock, a hoop earring
+    s.rect(-3, -34, 7, 9, fill=skin)
+    s.circle(1, -42, 9, fill=skin, stroke=ink, stroke_width=0.8)
+    s.path("M-8,-46 C-6,-56 8,-56 10,-46 C4,-50 -2,-50 -8,-46 Z M-8,-46 C-16,-40 -16,-20 -10,-10",
+           fill=ink, stroke=ink, stroke_width=2)
+    s.circle(7, -44, 1.2, fill=ink)
+    s.circle(-1, -36, 3, fill="none", stroke=FRESCO_YELLOW, stroke_width=1.5)
+    s.path("M9,-38 l2,1", stroke=FRESCO_RED, stroke_width=1.5)
+    s.end()
+
+
+def _crocus(s, x, y, k=1.0):
+    s.path(f"M{fmt(x)},{fmt(y)} l0,{fmt(-14 * k)}", stroke="#4a6a2a", stroke_width=1.2)
+    for a in (-25, 0, 25):
+        s.ellipse(x, y - 18 * k, 3 * k, 6 * k, fill="#c47ab8", transform=f"rotate({a} {fmt(x)} {fmt(y - 14 * k)})")
+    s.path(f"M{fmt(x)},{fmt(y - 16 * k)} l-2,-8 M{fmt(x)},{fmt(y - 16 * k)} l2,-8", stroke=FRESCO_RED,
+           stroke_width=1.2)
+
+
+def saffron_gatherers(w, h):
+    s = Svg(w, h)
+    _panel(s, 101)
+    for r in [([(0, h * 0.92), (0, h * 0.7), (w * 0.2, h * 0.62), (w * 0.35, h * 0.8), (w * 0.4, h * 0.92)], FRESCO_YELLOW),
+              ([(w * 0.6, h * 0.92), (w * 0.66, h * 0.66), (w * 0.86, h * 0.6), (w, h * 0.7), (w, h * 0.92)], FRESCO_YELLOW)]:
+        s.path(smooth(r[0], tension=0.3), fill=r[1], opacity=0.9)
+    rnd = random.Random(102)
+    for _ in range(16):
+        _crocus(s, rnd.uniform(0.02, 0.98) * w, rnd.uniform(0.7, 0.88) * h, h / 300)
+    k = h / 230
+    _woman(s, w * 0.3, h * 0.44, k, reach=True)
+    _woman(s, w * 0.72, h * 0.44, k, flip=True)
+    # the basket between them
+    bx, by = w * 0.52, h * 0.72
+    s.path(f"M{fmt(bx - 18)},{fmt(by - 20)} L{fmt(bx + 18)},{fmt(by - 20)} L{fmt(bx + 14)},{fmt(by)} L{fmt(bx - 14)},{fmt(by)} Z",
+           fill="#c9a060", stroke=FRESCO_BLACK, stroke_width=1)
+    for i in range(4):
+        s.line(bx - 16 + i * 2, by - 16 + i * 4, bx + 16 - i * 2, by - 16 + i * 4, stroke="#8a6030",
+               stroke_width=1)
+    _losses(s, 103, 3)
+    return s
+
+
+def painter_at_work(w, h):
+    s = Svg(w, h)
+    s.rect(0, 0, w, h, fill="#d8c7a6")
+    # the fresh plaster panel, half painted
+    s.rect(w * 0.05, h * 0.08, w * 0.62, h * 0.62, fill="#f3ebda", stroke="#b8a78a", stroke_width=2)
+    s.rect(w * 0.05, h * 0.1, w * 0.62, h * 0.03, fill=FRESCO_RED)
+    s.rect(w * 0.05, h * 0.14, w * 0.42, h * 0.02, fill=FRESCO_BLUE)
+    s.path(f"M{fmt(w * 0.1)},{fmt(h * 0.5)} q20,-30 40,0 t40,0 t40,0", fill="none", stroke=FRESCO_BLUE,
+           stroke_width=3)
+    _lily(s, w * 0.16, h * 0.66, 40, 4, 1)
+    # the painter, seen from the side, brush raised
+    x, y = w * 0.74, h * 0.9
+    skin = SKIN_RED
+    s.path(f"M{fmt(x - 14)},{fmt(y)} L{fmt(x - 10)},{fmt(y - 60)} L{fmt(x + 14)},{fmt(y - 60)} L{fmt(x + 16)},{fmt(y)} Z",
+           fill="#efe4cc", stroke=FRESCO_BLACK, stroke_width=1)
+    s.path(f"M{fmt(x - 12)},{fmt(y - 60)} L{fmt(x - 10)},{fmt(y - 110)} L{fmt(x + 12)},{fmt(y - 110)} L{fmt(x + 14)},{fmt(y - 60)} Z",
+           fill=skin)
+    s.circle(x, y - 124, 14, fill=skin)
+    s.path(f"M{fmt(x - 14)},{fmt(y - 128)} C{fmt(x - 12)},{fmt(y - 144)} {fmt(x + 14)},{fmt(y - 144)} {fmt(x + 14)},{fmt(y - 128)} Z",
+           fill=FRESCO_BLACK)
+    s.path(f"M{fmt(x - 8)},{fmt(y - 104)} L{fmt(x - 40)},{fmt(y - 128)} L{fmt(x - 60)},{fmt(y - 150)}", fill="none",
+           stroke=skin, stroke_width=7, stroke_linecap="round")
+    s.line(x - 60, y - 150, x - 76, y - 168, stroke="#7a5a36", stroke_width=3)
+    s.line(x - 76, y - 168, x - 80, y - 172, stroke=FRESCO_RED, stroke_width=4, stroke_linecap="round")
+    s.rect(0, h * 0.9, w, h * 0.1, fill="#b8a27c")
+    # pots of pigment on the floor
+    for i, c in enumerate([FRESCO_RED, FRESCO_BLUE, FRESCO_YELLOW, FRESCO_BLACK]):
+        px = w * (0.12 + i * 0.12)
+        s.path(f"M{fmt(px - 12)},{fmt(h * 0.86)} L{fmt(px + 12)},{fmt(h * 0.86)} L{fmt(px + 9)},{fmt(h * 0.95)} L{fmt(px - 9)},{fmt(h * 0.95)} Z",
+               fill="#b7774e", stroke="#5e3a22", stroke_width=1)
+        s.ellipse(px, h * 0.86, 12, 3.5, fill=c)
+    return s
+
+
+def bull_leaping(w, h):
+    s = Svg(w, h)
+    s.rect(0, 0, w, h, fill="#e9dcc0")
+    # decorated border of bands and lozenges
+    s.rect(w * 0.04, h * 0.06, w * 0.92, h * 0.88, fill=FRESCO_BLUE, stroke=FRESCO_BLACK, stroke_width=2)
+    for x0, y0, ww, hh in [(0, 0, w, h * 0.06), (0, h * 0.94, w, h * 0.06), (0, 0, w * 0.04, h),
+                           (w * 0.96, 0, w * 0.04, h)]:
+        s.rect(x0, y0, ww, hh, fill=FRESCO_YELLOW)
+    for i in range(int(w // 24)):
+        cx = 12 + i * 24
+        for cy in (h * 0.03, h * 0.97):
+            s.poly([(cx - 7, cy), (cx, cy - 7), (cx + 7, cy), (cx, cy + 7)], fill=FRESCO_RED)
+    k = h / 260
+    s.group(transform=f"translate({fmt(w * 0.5)},{fmt(h * 0.62)}) scale({fmt(k)})")
+    # the bull at full gallop, legs stretched
+    bull = ("M-110,-10 C-100,-40 -40,-50 20,-44 C50,-42 70,-46 84,-40 L106,-34 L112,-18 L98,-16 "
+            "C86,-8 70,0 60,6 L92,40 L84,44 L48,14 C10,20 -30,20 -60,12 L-120,40 L-126,34 L-84,0 "
+            "C-96,-2 -106,-4 -110,-10 Z")
+    s.path(bull, fill="#f5efe2", stroke=FRESCO_BLACK, stroke_width=2)
+    for cx, cy, r in [(-60, -20, 10), (-20, -28, 12), (24, -20, 9), (-40, 4, 8)]:
+        s.circle(cx, cy, r, fill=FRESCO_BLACK, opacity=0.85)
+    s.path("M98,-40 C104,-64 120,-72 132,-70 M92,-42 C90,-66 104,-80 116,-82", fill="none",
+           stroke=FRESCO_BLACK, stroke_width=3)
+    s.circle(96, -30, 2, fill=FRESCO_BLACK)
+    s.path("M-110,-10 C-128,-20 -136,-40 -128,-56", fill="none", stroke=FRESCO_BLACK, stroke_width=2)
+    # the leaper over the back, upside down, the one at the horns and the catcher behind
+    s.path("M-20,-60 C-10,-90 20,-100 40,-92", fill="none", stroke=SKIN_RED, stroke_width=8,
+           stroke_linecap="round")
+    s.circle(44, -92, 7, fill=SKIN_RED)
+    s.path("M-20,-60 L-40,-84 M-18,-62 L-30,-96", stroke=SKIN_RED, stroke_width=5, stroke_linecap="round")
+    s.path("M30,-94 L24,-70", stroke=SKIN_RED, stroke_width=4, stroke_linecap="round")
+    s.path("M120,-76 L136,-40 M128,-60 L150,-70", stroke="#f3e6d6", stroke_width=6, stroke_linecap="round")
+    s.circle(116, -84, 7, fill="#f3e6d6")
+    s.path("M136,-40 L130,-10 M136,-40 L148,-12", stroke="#f3e6d6", stroke_width=5, stroke_linecap="round")
+    s.path("M-150,-20 L-150,30 M-150,-20 L-170,-44 M-150,-20 L-130,-44 M-150,30 L-160,54 M-150,30 L-140,54",
+           stroke="#f3e6d6", stroke_width=6, stroke_linecap="round")
+    s.circle(-150, -32, 7, fill="#f3e6d6")
+    s.end()
+    return s

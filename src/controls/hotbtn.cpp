@@ -3,7 +3,6 @@
 #include <errorpolicy.h>
 
 #include <QApplication>
-#include <QBitmap>
 #include <QMouseEvent>
 #include <QPalette>
 
@@ -66,12 +65,26 @@ void HotBtn::applyMask()
     // The mask is cut at the widget's own pixels; the picture is laid at its design size,
     // as the face is, and what it doesn't cover stays visible.
     const QSize logical = m_maskPicture.deviceIndependentSize().toSize();
-    const QImage image
-        = m_maskPicture.toImage().scaled(logical, Qt::IgnoreAspectRatio, Qt::FastTransformation);
-    const QColor key = colorFromValue(m_maskColor);
-    const QBitmap kept = QBitmap::fromImage(image.createMaskFromColor(key.rgb(), Qt::MaskOutColor));
-    const QRegion uncovered = QRegion(rect()).subtracted(QRegion(QRect(QPoint(0, 0), logical)));
-    setMask(QRegion(kept).united(uncovered));
+    const QImage image = m_maskPicture.toImage()
+                             .scaled(logical, Qt::IgnoreAspectRatio, Qt::FastTransformation)
+                             .convertToFormat(QImage::Format_RGB32);
+    const QRgb key = colorFromValue(m_maskColor).rgb();
+    QRegion shape = QRegion(rect()).subtracted(QRegion(QRect(QPoint(0, 0), logical)));
+    // Runs of kept pixels, row by row: masks are small, and this keeps the rule exact.
+    for (int y = 0; y < image.height(); ++y) {
+        const auto *line = reinterpret_cast<const QRgb *>(image.constScanLine(y));
+        int x = 0;
+        while (x < image.width()) {
+            while (x < image.width() && line[x] == key)
+                ++x;
+            const int start = x;
+            while (x < image.width() && line[x] != key)
+                ++x;
+            if (x > start)
+                shape += QRect(start, y, x - start, 1);
+        }
+    }
+    setMask(shape);
 }
 
 void HotBtn::resizeEvent(QResizeEvent *event)

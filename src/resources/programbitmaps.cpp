@@ -185,7 +185,7 @@ public:
     void paint(QPainter *painter, const QRect &rect, QIcon::Mode mode, QIcon::State state) override
     {
         const qreal ratio = painter->device() ? painter->device()->devicePixelRatioF() : 1.0;
-        painter->drawPixmap(rect, scaledPixmap(rect.size(), mode, state, ratio));
+        painter->drawPixmap(rect, scaledPixmap((QSizeF(rect.size()) * ratio).toSize(), mode, state, ratio));
     }
 
     QPixmap pixmap(const QSize &size, QIcon::Mode mode, QIcon::State state) override
@@ -193,9 +193,10 @@ public:
         return scaledPixmap(size, mode, state, 1.0);
     }
 
+    // The size asked for is already in device pixels.
     QPixmap scaledPixmap(const QSize &size, QIcon::Mode mode, QIcon::State, qreal scale) override
     {
-        QPixmap pix = QPixmap::fromImage(render(m_entry, (QSizeF(size) * scale).toSize()));
+        QPixmap pix = QPixmap::fromImage(render(m_entry, size));
         pix.setDevicePixelRatio(scale);
         if (mode == QIcon::Disabled) {
             QImage grey = pix.toImage().convertToFormat(QImage::Format_ARGB32);

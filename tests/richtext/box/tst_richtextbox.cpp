@@ -1,0 +1,943 @@
+#include <richtextbox.h>
+#include <runtimeerror.h>
+
+#include <QApplication>
+#include <QFile>
+#include <QImage>
+#include <QPainter>
+#include <QPrinter>
+#include <QScrollBar>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QTextBlock>
+#include <QTextDocument>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+constexpr quint32 Red = 0x0000FF; // RGB(255, 0, 0)
+constexpr quint32 Blue = 0xFF0000; // RGB(0, 0, 255)
+
+int errorNumberOf(const std::function<void()> &statement)
+{
+    try {
+        statement();
+    } catch (const platform::RuntimeError &e) {
+        return e.number();
+    }
+    return 0;
+}
+
+void select(RichTextBox &box, int start, int length)
+{
+    box.setSelStart(start);
+    box.setSelLength(length);
+}
+
+} // namespace
+
+class tst_RichTextBox : public QObject
+{
+    Q_OBJECT
+
+    std::unique_ptr<QTemporaryDir> m_dir;
+
+    QString tempPath(const QString &name) const { return m_dir->filePath(name); }
+
+private slots:
+    void init() { m_dir = std::make_unique<QTemporaryDir>(); }
+
+    // --- Places ----------------------------------------------------------------------
+
+    void textCountsOnePlacePerCharacterAndParagraphEnd()
+    {
+        RichTextBox box;
+        box.setText(u"Αβγ\tδ\nεζ\n\nη"_s);
+        QCOMPARE(box.Text(), u"Αβγ\tδ\nεζ\n\nη"_s);
+        QCOMPARE(box.TextLength(), int(box.Text().size()));
+        for (int place = 0; place < box.TextLength(); ++place) {
+            select(box, place, 1);
+            QCOMPARE(box.SelStart(), place);
+            QCOMPARE(box.SelText(), box.Text().mid(place, 1));
+        }
+        select(box, 5, 3);
+        QCOMPARE(box.SelText(), u"\nεζ"_s);
+    }
+
+    void bulletsAddNoPlaces()
+    {
+        RichTextBox box;
+        box.setText(u"πρώτη\nδεύτερη\nτρίτη"_s);
+        const QString before = box.Text();
+        select(box, 7, 3); // inside the second paragraph
+        box.setSelBullet(true);
+        QCOMPARE(box.SelBullet(), std::optional<bool>(true));
+        QCOMPARE(box.Text(), before);
+        select(box, 6, 7);
+        QCOMPARE(box.SelText(), u"δεύτερη"_s);
+        select(box, 0, 1);
+        QCOMPARE(box.SelBullet(), std::optional<bool>(false));
+    }
+
+    void aPictureIsOneCharacter()
+    {
+        QImage image(8, 8, QImage::Format_RGB32);
+        image.fill(Qt::green);
+        const QString picture = tempPath(u"εικόνα.png"_s);
+        QVERIFY(image.save(picture));
+
+        RichTextBox box;
+        box.setText(u"αβ\nγδ"_s);
+        box.setSelStart(1);
+        box.InsertPicture(picture);
+        QCOMPARE(box.TextLength(), 6);
+        QCOMPARE(box.Text().at(1), QChar(QChar::ObjectReplacementCharacter));
+        QCOMPARE(box.SelStart(), 2);
+        select(box, 4, 2);
+        QCOMPARE(box.SelText(), u"γδ"_s);
+    }
+
+    void selStartCollapsesAndClipsTheSelection()
+    {
+        RichTextBox box;
+        box.setText(u"αβγδε"_s);
+        select(box, 1, 3);
+        box.setSelStart(2);
+        QCOMPARE(box.SelLength(), 0);
+        box.setSelStart(100);
+        QCOMPARE(box.SelStart(), 5);
+        box.setSelStart(3);
+        box.setSelLength(100);
+        QCOMPARE(box.SelLength(), 2);
+        QCOMPARE(errorNumberOf([&] { box.setSelStart(-1); }), 380);
+        QCOMPARE(errorNumberOf([&] { box.setSelLength(-1); }), 380);
+    }
+
+    void selTextReplacesInTheFormatOfTheFirstCharacter()
+    {
+        RichTextBox box;
+        box.setText(u"ένα δύο τρία"_s);
+        select(box, 4, 3);
+        box.setSelColor(Red);
+        box.setSelBold(true);
+        select(box, 4, 3);
+        box.setSelText(u"ΔΥΟ"_s);
+        QCOMPARE(box.Text(), u"ένα ΔΥΟ τρία"_s);
+        select(box, 4, 3);
+        QCOMPARE(box.SelColor(), std::optional<quint32>(Red));
+        QCOMPARE(box.SelBold(), std::optional<bool>(true));
+    }
+
+    // --- Character format and the Null readings ---------------------------------------
+
+    void selColorReadsZeroForUncolouredText()
+    {
+        RichTextBox box;
+        box.setText(u"κείμενο"_s);
+        select(box, 0, 7);
+        QCOMPARE(box.SelColor(), std::optional<quint32>(0));
+        box.setSelStart(3);
+        QCOMPARE(box.SelColor(), std::optional<quint32>(0));
+    }
+
+    void selColorIsNullOverMixedColours()
+    {
+        RichTextBox box;
+        box.setText(u"κόκκινομπλε"_s);
+        select(box, 0, 7);
+        box.setSelColor(Red);
+        select(box, 7, 4);
+        box.setSelColor(Blue);
+
+        select(box, 0, 7);
+        QCOMPARE(box.SelColor(), std::optional<quint32>(Red));
+        select(box, 7, 4);
+        QCOMPARE(box.SelColor(), std::optional<quint32>(Blue));
+        select(box, 5, 4);
+        QCOMPARE(box.SelColor(), std::nullopt);
+    }
+
+    void emptySelectionReadsTheCharacterBeforeTheCaret()
+    {
+        RichTextBox box;
+        box.setText(u"αβγ\nδε"_s);
+        select(box, 1, 1);
+        box.setSelColor(Red);
+        box.setSelBold(true);
+        select(box, 4, 1);
+        box.setSelColor(Blue);
+
+        box.setSelStart(2); // behind β
+        QCOMPARE(box.SelColor(), std::optional<quint32>(Red));
+        QCOMPARE(box.SelBold(), std::optional<bool>(true));
+        box.setSelStart(1); // behind α
+        QCOMPARE(box.SelColor(), std::optional<quint32>(0));
+        QCOMPARE(box.SelBold(), std::optional<bool>(false));
+        box.setSelStart(3); // behind γ
+        QCOMPARE(box.SelColor(), std::optional<quint32>(0));
+        // At the start of a paragraph there is nothing before the caret in it: the
+        // paragraph's first character answers.
+        box.setSelStart(4);
+        QCOMPARE(box.SelColor(), std::optional<quint32>(Blue));
+    }
+
+    void hotWordProbeReadsTheFirstCharacterOfAnOccurrence()
+    {
+        // The hot-word search puts the caret one past the start of an occurrence and
+        // reads the colour, then selects the phrase and reads it whole.
+        RichTextBox box;
+        box.setText(u"ναός ναός ναός"_s);
+        select(box, 5, 4);
+        box.setSelColor(Red);
+        box.setSelStart(1);
+        QCOMPARE(box.SelColor(), std::optional<quint32>(0));
+        box.setSelStart(6);
+        QCOMPARE(box.SelColor(), std::optional<quint32>(Red));
+        select(box, 5, 4);
+        QCOMPARE(box.SelColor(), std::optional<quint32>(Red));
+        select(box, 4, 4);
+        QCOMPARE(box.SelColor(), std::nullopt);
+    }
+
+    void characterReadingsAreNullOverMixedSelections()
+    {
+        RichTextBox box;
+        box.setText(u"αβγδεζ"_s);
+        select(box, 0, 3);
+        box.setSelBold(true);
+        box.setSelItalic(true);
+        box.setSelUnderline(true);
+        box.setSelStrikeThru(true);
+        box.setSelFontName(u"DejaVu Sans"_s);
+        box.setSelFontSize(20);
+
+        select(box, 0, 3);
+        QCOMPARE(box.SelBold(), std::optional<bool>(true));
+        QCOMPARE(box.SelItalic(), std::optional<bool>(true));
+        QCOMPARE(box.SelUnderline(), std::optional<bool>(true));
+        QCOMPARE(box.SelStrikeThru(), std::optional<bool>(true));
+        QCOMPARE(box.SelFontName(), std::optional<QString>(u"DejaVu Sans"_s));
+        QCOMPARE(box.SelFontSize(), std::optional<double>(20));
+
+        select(box, 3, 3);
+        QCOMPARE(box.SelBold(), std::optional<bool>(false));
+        QCOMPARE(box.SelFontSize(), std::optional<double>(box.font().pointSizeF()));
+
+        select(box, 2, 2);
+        QCOMPARE(box.SelBold(), std::nullopt);
+        QCOMPARE(box.SelItalic(), std::nullopt);
+        QCOMPARE(box.SelUnderline(), std::nullopt);
+        QCOMPARE(box.SelStrikeThru(), std::nullopt);
+        QCOMPARE(box.SelFontName(), std::nullopt);
+        QCOMPARE(box.SelFontSize(), std::nullopt);
+    }
+
+    void formatSetOnAnEmptySelectionIsReadBackAndTyped()
+    {
+        RichTextBox box;
+        box.setText(u"αβ"_s);
+        box.setSelStart(2);
+        box.setSelBold(true);
+        QCOMPARE(box.SelBold(), std::optional<bool>(true));
+        box.setSelText(u"γ"_s);
+        select(box, 2, 1);
+        QCOMPARE(box.SelBold(), std::optional<bool>(true));
+    }
+
+    void paragraphReadingsAreNullOverMixedParagraphs()
+    {
+        RichTextBox box;
+        box.setText(u"ένα\nδύο\nτρία"_s);
+        select(box, 0, 1);
+        box.setSelAlignment(RichTextBox::AlignCenter);
+        box.setSelBullet(true);
+        box.setSelIndent(720);
+        box.setSelRightIndent(300);
+        box.setSelTabCount(1);
+        box.setSelTabs(0, 1000);
+
+        select(box, 0, 2);
+        QCOMPARE(box.SelAlignment(), std::optional<int>(RichTextBox::AlignCenter));
+        QCOMPARE(box.SelBullet(), std::optional<bool>(true));
+        QCOMPARE(box.SelIndent(), std::optional<int>(720));
+        QCOMPARE(box.SelRightIndent(), std::optional<int>(300));
+        QCOMPARE(box.SelTabCount(), std::optional<int>(1));
+        QCOMPARE(box.SelTabs(0), std::optional<int>(1000));
+
+        select(box, 2, 4); // the first and the second paragraph
+        QCOMPARE(box.SelAlignment(), std::nullopt);
+        QCOMPARE(box.SelBullet(), std::nullopt);
+        QCOMPARE(box.SelIndent(), std::nullopt);
+        QCOMPARE(box.SelRightIndent(), std::nullopt);
+        QCOMPARE(box.SelTabCount(), std::nullopt);
+        QCOMPARE(box.SelTabs(0), std::nullopt);
+
+        // A selection that ends at the start of a paragraph does not reach into it.
+        select(box, 0, 4);
+        QCOMPARE(box.SelAlignment(), std::optional<int>(RichTextBox::AlignCenter));
+    }
+
+    void alignmentTakesTheThreeValues()
+    {
+        RichTextBox box;
+        box.setText(u"α\nβ"_s);
+        for (int alignment : {RichTextBox::AlignRight, RichTextBox::AlignCenter, RichTextBox::AlignLeft}) {
+            box.setSelStart(0);
+            box.setSelAlignment(alignment);
+            QCOMPARE(box.SelAlignment(), std::optional<int>(alignment));
+        }
+        QCOMPARE(errorNumberOf([&] { box.setSelAlignment(7); }), 380);
+    }
+
+    void indentsKeepEachOther()
+    {
+        RichTextBox box;
+        box.setText(u"παράγραφος"_s);
+        box.setSelIndent(1200);
+        box.setSelHangingIndent(500);
+        QCOMPARE(box.SelIndent(), std::optional<int>(1200));
+        QCOMPARE(box.SelHangingIndent(), std::optional<int>(500));
+        box.setSelIndent(300);
+        QCOMPARE(box.SelHangingIndent(), std::optional<int>(500));
+        const QTextBlockFormat format = box.document()->firstBlock().blockFormat();
+        QCOMPARE(format.leftMargin(), 800.0 / 15);
+        QCOMPARE(format.textIndent(), -500.0 / 15);
+    }
+
+    void bulletKeepsItsIndents()
+    {
+        RichTextBox box;
+        box.setText(u"κουκίδα"_s);
+        box.setSelBullet(true);
+        box.setSelIndent(600);
+        box.setSelHangingIndent(400);
+        QCOMPARE(box.SelIndent(), std::optional<int>(600));
+        QCOMPARE(box.SelHangingIndent(), std::optional<int>(400));
+        box.setSelBullet(false);
+        QCOMPARE(box.SelBullet(), std::optional<bool>(false));
+        QCOMPARE(box.SelIndent(), std::optional<int>(600));
+        QCOMPARE(box.SelHangingIndent(), std::optional<int>(400));
+    }
+
+    void tabCountAddsAndDropsStops()
+    {
+        RichTextBox box;
+        box.setText(u"α\tβ"_s);
+        QCOMPARE(box.SelTabCount(), std::optional<int>(0));
+        QCOMPARE(box.SelTabs(0), std::nullopt);
+        box.setSelTabCount(3);
+        QCOMPARE(box.SelTabs(2), std::optional<int>(3 * 720));
+        box.setSelTabs(0, 200);
+        box.setSelTabCount(1);
+        QCOMPARE(box.SelTabCount(), std::optional<int>(1));
+        QCOMPARE(box.SelTabs(0), std::optional<int>(200));
+    }
+
+    // --- Find ------------------------------------------------------------------------------
+
+    void find_data()
+    {
+        QTest::addColumn<QString>("needle");
+        QTest::addColumn<int>("options");
+        QTest::addColumn<int>("start");
+        QTest::addColumn<int>("expected");
+
+        // Σωκράτης at 2, ΣΩΚΡΆΤΗΣ at 19, σωκρατικός at 31, Σωκράτη at 42.
+        QTest::newRow("any case, accented capitals") << u"σωκράτης"_s << 0 << 0 << 2;
+        QTest::newRow("any case, from behind the first") << u"σωκράτης"_s << 0 << 3 << 19;
+        QTest::newRow("final sigma matches sigma") << u"ΣΩΚΡΆΤΗΣ"_s << 0 << 0 << 2;
+        QTest::newRow("inside a word") << u"σωκρατ"_s << 0 << 20 << 31;
+        QTest::newRow("whole word skips part of a word") << u"Σωκράτη"_s << 2 << 0 << 42;
+        QTest::newRow("match case") << u"ΣΩΚΡΆΤΗΣ"_s << 4 << 0 << 19;
+        QTest::newRow("match case misses") << u"σωκράτης"_s << 4 << 0 << -1;
+        QTest::newRow("whole word and case") << u"σωκράτη"_s << 6 << 0 << -1;
+        QTest::newRow("whole word and case hit") << u"Σωκράτη"_s << 6 << 0 << 42;
+        QTest::newRow("whole word, any case") << u"σωκρατικός"_s << 2 << 0 << 31;
+        QTest::newRow("absent") << u"Πλάτων"_s << 0 << 0 << -1;
+    }
+
+    void find()
+    {
+        QFETCH(QString, needle);
+        QFETCH(int, options);
+        QFETCH(int, start);
+        QFETCH(int, expected);
+        RichTextBox box;
+        box.setText(u"Ο Σωκράτης μίλησε. ΣΩΚΡΆΤΗΣ, ο σωκρατικός Σωκράτη άκουσε"_s);
+        box.setSelStart(1);
+        QCOMPARE(box.Find(needle, start, box.TextLength(), options), expected);
+        if (expected >= 0) {
+            QCOMPARE(box.SelStart(), expected);
+            QCOMPARE(box.SelLength(), int(needle.size()));
+        } else {
+            QCOMPARE(box.SelStart(), 1);
+            QCOMPARE(box.SelLength(), 0);
+        }
+    }
+
+    void findKeepsWithinTheRange()
+    {
+        RichTextBox box;
+        box.setText(u"αβγ αβγ αβγ"_s);
+        QCOMPARE(box.Find(u"αβγ"_s, 1, 7), 4);
+        QCOMPARE(box.Find(u"αβγ"_s, 1, 6), -1); // the match would run past the end
+        QCOMPARE(box.Find(u"αβγ"_s, 9, -1), -1);
+        QCOMPARE(box.Find(QString(), 0, -1), -1);
+    }
+
+    void findSeesTextChangedSinceTheLastSearch()
+    {
+        RichTextBox box;
+        box.setText(u"αλφα"_s);
+        QCOMPARE(box.Find(u"ΒΗΤΑ"_s), -1);
+        box.setSelStart(4);
+        box.setSelText(u" βήτα"_s);
+        QCOMPARE(box.Find(u"ΒΉΤΑ"_s), 5);
+    }
+
+    // --- Measuring -------------------------------------------------------------------------
+
+    void lineCountFollowsTheWrapping()
+    {
+        RichTextBox box;
+        box.resize(200, 300);
+        box.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&box));
+        box.setText(u"ένα\nδύο"_s);
+        QCOMPARE(box.LineCount(), 2);
+        box.setText(QString());
+        QCOMPARE(box.LineCount(), 1);
+        QString words;
+        for (int i = 0; i < 60; ++i)
+            words += u"λέξη "_s;
+        box.setText(words);
+        const int narrow = box.LineCount();
+        QVERIFY(narrow > 3);
+        box.resize(600, 300);
+        QCOMPARE_LT(box.LineCount(), narrow);
+    }
+
+    void lineCountOfAHiddenBoxUsesItsNewWidth()
+    {
+        // Windows size their boxes before they are first shown.
+        QWidget window;
+        RichTextBox box(&window);
+        QString words;
+        for (int i = 0; i < 40; ++i)
+            words += u"λέξη "_s;
+        box.setText(words);
+        box.resize(120, 50);
+        const int narrow = box.LineCount();
+        box.resize(900, 50);
+        const int wide = box.LineCount();
+        QCOMPARE_LT(wide, narrow);
+        QCOMPARE_LT(wide, 4);
+    }
+
+    void getLineFromCharCountsWrappedLines()
+    {
+        RichTextBox box;
+        box.resize(200, 300);
+        box.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&box));
+        QString words;
+        for (int i = 0; i < 30; ++i)
+            words += u"λέξη "_s;
+        box.setText(u"αρχή\n"_s + words + u"\nτέλος"_s);
+        QCOMPARE(box.GetLineFromChar(0), 0);
+        QCOMPARE(box.GetLineFromChar(5), 1);
+        const int last = box.GetLineFromChar(box.TextLength());
+        QCOMPARE(last, box.LineCount() - 1);
+        int previous = 0;
+        for (int place = 0; place <= box.TextLength(); ++place) {
+            const int line = box.GetLineFromChar(place);
+            QVERIFY(line == previous || line == previous + 1);
+            previous = line;
+        }
+        QVERIFY(last > 3);
+    }
+
+    void charFromPosLandsOnTheCharacterDrawnThere()
+    {
+        RichTextBox box;
+        box.resize(300, 120);
+        box.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&box));
+        QString text;
+        for (int i = 0; i < 12; ++i)
+            text += u"Γραμμή %1 με\tστηλοθέτη και λέξεις που αναδιπλώνονται\n"_s.arg(i);
+        box.setText(text);
+        box.verticalScrollBar()->setValue(box.verticalScrollBar()->maximum() / 2);
+
+        int checked = 0;
+        for (int place = 0; place + 1 < box.TextLength(); ++place) {
+            if (box.Text().at(place) == u'\n')
+                continue;
+            QTextCursor left(box.document());
+            left.setPosition(place);
+            QTextCursor right(box.document());
+            right.setPosition(place + 1);
+            const QRect a = box.cursorRect(left);
+            const QRect b = box.cursorRect(right);
+            if (a.top() != b.top() || b.left() - a.left() < 3)
+                continue; // the character wraps to the next line, or is too thin
+            if (a.bottom() < 0 || a.top() > box.viewport()->height())
+                continue;
+            const QPoint viewportOrigin = box.viewport()->geometry().topLeft();
+            const int y = (a.top() + a.bottom()) / 2;
+            // Both halves of the cell belong to the character.
+            for (int x : {a.left() + 1, b.left() - 1}) {
+                QCOMPARE(box.CharFromPos(QPoint(x, y) + viewportOrigin), place);
+            }
+            ++checked;
+        }
+        QVERIFY(checked > 50);
+    }
+
+    void charFromPosPastTheEndOfALineGivesItsEnd()
+    {
+        RichTextBox box;
+        box.resize(400, 200);
+        box.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&box));
+        box.setText(u"αβγ\nδε"_s);
+        QTextCursor c(box.document());
+        c.setPosition(1);
+        const int y = box.cursorRect(c).center().y() + box.viewport()->y();
+        QCOMPARE(box.CharFromPos(QPoint(380, y)), 3);
+        QCOMPARE(box.CharFromPos(QPoint(10, 190)), 4); // below the text: the last line
+    }
+
+    void posFromCharIsWhereTheCharacterIsDrawn()
+    {
+        RichTextBox box;
+        box.resize(300, 200);
+        box.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&box));
+        box.setText(u"αβγ δεζ\nηθι"_s);
+        for (int place : {0, 2, 5, 8, 10}) {
+            QTextCursor c(box.document());
+            c.setPosition(place);
+            const QRect r = box.cursorRect(c);
+            const QPoint p = box.PosFromChar(place);
+            QVERIFY2(qAbs(p.x() - (r.left() + box.viewport()->x())) <= 1, qPrintable(QString::number(place)));
+            QVERIFY2(qAbs(p.y() - (r.top() + box.viewport()->y())) <= 2, qPrintable(QString::number(place)));
+        }
+    }
+
+    // --- The box -----------------------------------------------------------------------------
+
+    void lockedBoxRefusesTheUserButNotTheProgram()
+    {
+        RichTextBox box;
+        box.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&box));
+        box.setText(u"κλειδωμένο"_s);
+        box.setLocked(true);
+        QVERIFY(box.Locked());
+        box.setSelStart(3);
+        QTest::keyClicks(&box, u"x"_s);
+        QCOMPARE(box.Text(), u"κλειδωμένο"_s);
+        box.setSelText(u"Χ"_s);
+        QCOMPARE(box.Text(), u"κλεΧιδωμένο"_s);
+        QTest::keyClick(&box, Qt::Key_Right);
+        QCOMPARE(box.SelStart(), 5);
+        box.setLocked(false);
+        QVERIFY(!box.Locked());
+    }
+
+    void backColorIsAColourNumber()
+    {
+        RichTextBox box;
+        box.setBackColor(0xC1EEFE); // RGB(254, 238, 193)
+        QCOMPARE(box.BackColor(), quint32(0xC1EEFE));
+        QCOMPARE(box.viewport()->palette().color(QPalette::Base), QColor(254, 238, 193));
+    }
+
+    void colourNumbersAreBlueGreenRed()
+    {
+        QCOMPARE(RichTextBox::colorNumber(QColor(255, 224, 175)), quint32(0xAFE0FF));
+        QCOMPARE(RichTextBox::colorFromNumber(0xAFE0FF), QColor(255, 224, 175));
+        QCOMPARE(RichTextBox::colorNumber(Qt::black), quint32(0));
+    }
+
+    void rightMarginWrapsAtItsDistance()
+    {
+        RichTextBox box;
+        box.resize(600, 300);
+        box.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&box));
+        QString words;
+        for (int i = 0; i < 40; ++i)
+            words += u"λέξη "_s;
+        box.setText(words);
+        const int wide = box.LineCount();
+        box.setRightMargin(1500); // 100 pixels
+        QCOMPARE(box.RightMargin(), 1500);
+        QCOMPARE_GT(box.LineCount(), wide);
+        box.setRightMargin(0);
+        QCOMPARE(box.LineCount(), wide);
+    }
+
+    void mousePointerShowsTheIconWhenCustom()
+    {
+        RichTextBox box;
+        QPixmap hand(16, 16);
+        hand.fill(Qt::red);
+        box.setMouseIcon(QCursor(hand, 1, 1));
+        box.setMousePointer(RichTextBox::CustomPointer);
+        QCOMPARE(box.MousePointer(), 99);
+        QCOMPARE(box.viewport()->cursor().shape(), Qt::BitmapCursor);
+        box.setMousePointer(RichTextBox::HourglassPointer);
+        QCOMPARE(box.viewport()->cursor().shape(), Qt::WaitCursor);
+        box.setMousePointer(RichTextBox::DefaultPointer);
+        QCOMPARE(box.viewport()->cursor().shape(), Qt::IBeamCursor);
+    }
+
+    void moveTakesTwips()
+    {
+        QWidget window;
+        RichTextBox box(&window);
+        box.Move(1074, 450, 7031, 4004);
+        QCOMPARE(box.geometry(), QRect(72, 30, 469, 267));
+        box.Move(150, 300);
+        QCOMPARE(box.geometry(), QRect(10, 20, 469, 267));
+    }
+
+    // --- Signals ----------------------------------------------------------------------------
+
+    void changeComesForEveryEdit()
+    {
+        RichTextBox box;
+        QSignalSpy change(&box, &RichTextBox::Change);
+        box.setText(u"αβγ"_s);
+        QCOMPARE_GE(change.count(), 1);
+        change.clear();
+        select(box, 0, 1);
+        QCOMPARE(change.count(), 0);
+        box.setSelBold(true);
+        QCOMPARE_GE(change.count(), 1);
+        change.clear();
+        box.setSelText(u"Χ"_s);
+        QCOMPARE_GE(change.count(), 1);
+    }
+
+    void selChangeComesWhenTheSelectionMoves()
+    {
+        RichTextBox box;
+        box.setText(u"αβγδ"_s);
+        box.setSelStart(0);
+        QSignalSpy moved(&box, &RichTextBox::SelChange);
+        box.setSelStart(2);
+        QCOMPARE(moved.count(), 1);
+        box.setSelStart(2);
+        QCOMPARE(moved.count(), 1);
+        box.setSelLength(1);
+        QCOMPARE(moved.count(), 2);
+    }
+
+    void mouseUpSeesTheCaretTheClickSet()
+    {
+        RichTextBox box;
+        box.resize(300, 100);
+        box.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&box));
+        box.setText(u"ένα δύο τρία"_s);
+        box.setLocked(true);
+        QTextCursor c(box.document());
+        c.setPosition(5);
+        const QPoint at = box.cursorRect(c).center() + QPoint(1, 0);
+        int selStartAtUp = -1;
+        double xAtUp = -1;
+        connect(&box, &RichTextBox::MouseUp, &box, [&](int button, int, double x, double) {
+            QCOMPARE(button, 1);
+            selStartAtUp = box.SelStart();
+            xAtUp = x;
+        });
+        QTest::mouseClick(box.viewport(), Qt::LeftButton, {}, at);
+        QCOMPARE(selStartAtUp, 5);
+        QCOMPARE(xAtUp, double(box.viewport()->mapTo(&box, at).x() * 15));
+    }
+
+    void undoIsOneLevelAndTogglesBack()
+    {
+        RichTextBox box;
+        box.setText(u"αβ"_s);
+        box.setSelStart(2);
+        box.setSelText(u"γ"_s);
+        box.setSelStart(0);
+        box.setSelText(u"Χ"_s);
+        QCOMPARE(box.Text(), u"Χαβγ"_s);
+        QVERIFY(box.CanUndo());
+        box.Undo();
+        QCOMPARE(box.Text(), u"αβγ"_s);
+        box.Undo();
+        QCOMPARE(box.Text(), u"Χαβγ"_s);
+        box.Undo();
+        QCOMPARE(box.Text(), u"αβγ"_s);
+    }
+
+    void undoKeyUsesTheOneLevel()
+    {
+        RichTextBox box;
+        box.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&box));
+        box.setText(QString());
+        QTest::keyClicks(&box, u"ab"_s);
+        QTest::keyClick(&box, Qt::Key_Return);
+        QTest::keyClicks(&box, u"c"_s);
+        const QString typed = box.Text();
+        QTest::keyClick(&box, Qt::Key_Z, Qt::ControlModifier);
+        QVERIFY(box.Text() != typed);
+        QTest::keyClick(&box, Qt::Key_Z, Qt::ControlModifier);
+        QCOMPARE(box.Text(), typed);
+    }
+
+    // --- Files ------------------------------------------------------------------------------
+
+    void saveFileThenLoadFileKeepsTextAndFormat()
+    {
+        RichTextBox box;
+        box.setText(u"Έντονο πλάγιο κόκκινο\nΚέντρο\nΚουκίδα\tμε στηλοθέτη"_s);
+        select(box, 0, 6);
+        box.setSelBold(true);
+        select(box, 7, 6);
+        box.setSelItalic(true);
+        box.setSelUnderline(true);
+        select(box, 14, 7);
+        box.setSelColor(Red);
+        box.setSelFontSize(18);
+        box.setSelStrikeThru(true);
+        select(box, 23, 1);
+        box.setSelAlignment(RichTextBox::AlignCenter);
+        box.setSelIndent(720);
+        select(box, 30, 1);
+        box.setSelBullet(true);
+        box.setSelIndent(360);
+        box.setSelHangingIndent(360);
+
+        const QString path = tempPath(u"σημειώσεις.rtf"_s);
+        box.SaveFile(path);
+        QFile saved(path);
+        QVERIFY(saved.open(QIODevice::ReadOnly));
+        QVERIFY(saved.readAll().startsWith("{\\rtf"));
+
+        RichTextBox loaded;
+        QSignalSpy change(&loaded, &RichTextBox::Change);
+        loaded.LoadFile(path, RichTextBox::RichTextFile);
+        QCOMPARE_GE(change.count(), 1);
+        QCOMPARE(loaded.Text(), box.Text());
+        QCOMPARE(loaded.SelStart(), 0);
+        select(loaded, 0, 6);
+        QCOMPARE(loaded.SelBold(), std::optional<bool>(true));
+        QCOMPARE(loaded.SelItalic(), std::optional<bool>(false));
+        select(loaded, 7, 6);
+        QCOMPARE(loaded.SelItalic(), std::optional<bool>(true));
+        QCOMPARE(loaded.SelUnderline(), std::optional<bool>(true));
+        select(loaded, 14, 7);
+        QCOMPARE(loaded.SelColor(), std::optional<quint32>(Red));
+        QCOMPARE(loaded.SelFontSize(), std::optional<double>(18));
+        QCOMPARE(loaded.SelStrikeThru(), std::optional<bool>(true));
+        select(loaded, 23, 1);
+        QCOMPARE(loaded.SelAlignment(), std::optional<int>(RichTextBox::AlignCenter));
+        QCOMPARE(loaded.SelIndent(), std::optional<int>(720));
+        QCOMPARE(loaded.SelBullet(), std::optional<bool>(false));
+        select(loaded, 30, 1);
+        QCOMPARE(loaded.SelBullet(), std::optional<bool>(true));
+        QCOMPARE(loaded.SelIndent(), std::optional<int>(360));
+        QCOMPARE(loaded.SelHangingIndent(), std::optional<int>(360));
+    }
+
+    void plainTextSavesAndLoadsAsText()
+    {
+        RichTextBox box;
+        box.setText(u"Γραμμή ένα\nΓραμμή δύο"_s);
+        const QString path = tempPath(u"σημειώσεις.txt"_s);
+        box.SaveFile(path, RichTextBox::TextFile);
+        QFile saved(path);
+        QVERIFY(saved.open(QIODevice::ReadOnly));
+        QCOMPARE(QString::fromUtf8(saved.readAll()), box.Text());
+
+        RichTextBox loaded;
+        loaded.LoadFile(path, RichTextBox::TextFile);
+        QCOMPARE(loaded.Text(), box.Text());
+    }
+
+    void richTextLoadOfAPlainFileReadsItAsText()
+    {
+        const QString path = tempPath(u"ελληνικά.txt"_s);
+        QFile file(path);
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        file.write("\xc1\xe8\xde\xed\xe1"); // "Αθήνα" in the Greek Windows code page
+        file.close();
+        RichTextBox box;
+        box.LoadFile(path);
+        QCOMPARE(box.Text(), u"Αθήνα"_s);
+    }
+
+    void loadFileOfAMissingFileRaisesFileNotFound()
+    {
+        RichTextBox box;
+        box.setText(u"μένει"_s);
+        QCOMPARE(errorNumberOf([&] { box.LoadFile(tempPath(u"λείπει.rtf"_s)); }), 53);
+        QCOMPARE(box.Text(), u"μένει"_s);
+        QCOMPARE(errorNumberOf([&] { box.SaveFile(tempPath(u"δεν/υπάρχει/φάκελος.rtf"_s)); }), 75);
+    }
+
+    void loadFileForgetsTheUndo()
+    {
+        RichTextBox box;
+        box.setText(u"αβ"_s);
+        box.setSelText(u"γ"_s);
+        const QString path = tempPath(u"α.txt"_s);
+        box.SaveFile(path, RichTextBox::TextFile);
+        box.LoadFile(path, RichTextBox::TextFile);
+        QVERIFY(!box.CanUndo());
+    }
+
+    void selRtfReadsAndWritesRichText()
+    {
+        RichTextBox box;
+        box.setText(u"απλό έντονο"_s);
+        select(box, 5, 6);
+        box.setSelBold(true);
+        select(box, 5, 6);
+        const QByteArray rtf = box.SelRTF();
+        QVERIFY(rtf.startsWith("{\\rtf"));
+
+        RichTextBox other;
+        other.setText(u"[]"_s);
+        other.setSelStart(1);
+        other.setSelRTF(rtf);
+        QVERIFY(other.Text().startsWith(u"[έντονο"_s));
+        select(other, 1, 6);
+        QCOMPARE(other.SelBold(), std::optional<bool>(true));
+
+        // Text that is no RTF goes in as it stands.
+        select(other, 1, 6);
+        other.setSelRTF(u"νέο"_s);
+        QVERIFY(other.Text().startsWith(u"[νέο"_s));
+    }
+
+    // --- Printing ---------------------------------------------------------------------------
+
+    void printingPagesThroughALongTextWithIncreasingPlaces()
+    {
+        RichTextBox box;
+        QString text;
+        for (int i = 0; i < 300; ++i)
+            text += u"Παράγραφος %1: ο Θουκυδίδης γράφει για τον πόλεμο.\n"_s.arg(i);
+        box.setText(text);
+
+        QPrinter printer(QPrinter::HighResolution);
+        printer.setOutputFormat(QPrinter::PdfFormat);
+        const QString pdf = tempPath(u"σημειώσεις.pdf"_s);
+        printer.setOutputFileName(pdf);
+        printer.setPageSize(QPageSize(QPageSize::A4));
+        printer.setFullPage(true);
+
+        const double pageWidthTwips = printer.width() * 1440.0 / printer.logicalDpiX();
+        const double pageHeightTwips = printer.height() * 1440.0 / printer.logicalDpiY();
+        box.setTargetDevice(int(pageWidthTwips - 2 * 1440));
+        const QRectF rect(1440, 1440, pageWidthTwips - 2 * 1440, pageHeightTwips - 2 * 1440);
+
+        QPainter painter(&printer);
+        QList<int> starts {0};
+        for (;;) {
+            const int next = box.FormatRange(&painter, rect, starts.last());
+            QCOMPARE_GT(next, starts.last());
+            if (next >= box.TextLength())
+                break;
+            starts.append(next);
+            QVERIFY(printer.newPage());
+            QVERIFY(starts.size() < 100);
+        }
+        painter.end();
+        box.FormatRangeDone();
+        QCOMPARE_GT(starts.size(), 3);
+        // Each page begins at the start of a line.
+        for (int start : starts)
+            QVERIFY(start == 0 || box.Text().at(start - 1) == u'\n' || box.Text().at(start - 1) == u' ');
+        QFile file(pdf);
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        QVERIFY(file.read(5).startsWith("%PDF"));
+        QCOMPARE_GT(file.size(), 2000);
+    }
+
+    void measuringAPageDrawsNothingAndAgreesWithDrawing()
+    {
+        RichTextBox box;
+        QString text;
+        for (int i = 0; i < 100; ++i)
+            text += u"Γραμμή %1\n"_s.arg(i);
+        box.setText(text);
+        QImage page(800, 1100, QImage::Format_RGB32);
+        page.fill(Qt::white);
+        QPainter painter(&page);
+        const QRectF rect(0, 0, 800 * 1440.0 / page.logicalDpiX(), 1100 * 1440.0 / page.logicalDpiY());
+        const int measured = box.FormatRange(&painter, rect, 0, false);
+        QCOMPARE(page.pixel(40, 10), qRgb(255, 255, 255));
+        const int drawn = box.FormatRange(&painter, rect, 0, true);
+        painter.end();
+        QCOMPARE(measured, drawn);
+        bool ink = false;
+        for (int x = 0; x < 200 && !ink; ++x)
+            for (int y = 0; y < 30 && !ink; ++y)
+                ink = page.pixel(x, y) != qRgb(255, 255, 255);
+        QVERIFY(ink);
+    }
+
+    void emptyDocumentPrintsOneBlankPage()
+    {
+        RichTextBox box;
+        QImage page(100, 100, QImage::Format_RGB32);
+        QPainter painter(&page);
+        QCOMPARE(box.FormatRange(&painter, QRectF(0, 0, 1440, 1440), 0), 0);
+        QCOMPARE(box.TextLength(), 0);
+    }
+
+    void targetDeviceWrapsTheScreenAsThePage()
+    {
+        RichTextBox box;
+        box.resize(300, 200);
+        box.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&box));
+        QString words;
+        for (int i = 0; i < 80; ++i)
+            words += u"λέξη "_s;
+        box.setText(words);
+        box.setTargetDevice(6000);
+        QCOMPARE(box.targetDeviceWidth(), 6000);
+        const int lines = box.LineCount();
+        box.resize(700, 200);
+        QCOMPARE(box.LineCount(), lines);
+        const QTextBlock block = box.document()->firstBlock();
+        QVERIFY(block.layout()->lineAt(0).naturalTextWidth() <= 6000 / 15.0);
+        box.setTargetDevice(0);
+        QCOMPARE_LT(box.LineCount(), lines);
+    }
+
+    void selPrintPrintsTheSelection()
+    {
+        RichTextBox box;
+        QString text;
+        for (int i = 0; i < 200; ++i)
+            text += u"Επιλεγμένη γραμμή %1\n"_s.arg(i);
+        box.setText(text);
+        box.setSelStart(0);
+        box.setSelLength(box.TextLength());
+        QPrinter printer(QPrinter::ScreenResolution);
+        printer.setOutputFormat(QPrinter::PdfFormat);
+        const QString pdf = tempPath(u"επιλογή.pdf"_s);
+        printer.setOutputFileName(pdf);
+        box.SelPrint(&printer);
+        QFile file(pdf);
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        QVERIFY(file.read(5).startsWith("%PDF"));
+    }
+};
+
+QTEST_MAIN(tst_RichTextBox)
+#include "tst_richtextbox.moc"

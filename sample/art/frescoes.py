@@ -83,8 +83,9 @@ def _boy(s, x, flip, skin=SKIN_RED):
     # arms, the front one punching forward, both in a glove
     s.path("M10,62 C20,62 28,60 36,58 L36,64 C28,68 20,70 10,70 Z", fill=skin)
     s.path("M-6,64 C-2,78 6,86 16,86 L16,80 C8,78 2,72 2,62 Z", fill=skin)
+    # one glove only, on the punching hand
     s.ellipse(40, 61, 7, 6, fill=FRESCO_BLACK)
-    s.ellipse(19, 84, 6, 5.5, fill=FRESCO_BLACK)
+    s.ellipse(18, 83, 3.5, 3.2, fill=skin)
     s.end()
 
 
@@ -355,16 +356,17 @@ def _woman(s, x, y, k, flip=False, reach=False):
     s.path("M-12,-26 L-20,-16 L-12,-12 Z M12,-26 L20,-16 L12,-12 Z", fill=FRESCO_BLUE, stroke=ink,
            stroke_width=0.6)
     arm = "M16,-18 L30,-4 L42,6" if reach else "M16,-18 L26,0 L24,12"
-    s.path(arm, fill="none", stroke=skin, stroke_width=4, stroke_linecap="round")
-    s.path(arm, fill="none", stroke=ink, stroke_width=0.6)
-    # head in profile, hair with a long lock, a hoop earring
-    s.rect(-3, -34, 7, 9, fill=skin)
-    s.circle(1, -42, 9, fill=skin, stroke=ink, stroke_width=0.8)
-    s.path("M-8,-46 C-6,-56 8,-56 10,-46 C4,-50 -2,-50 -8,-46 Z M-8,-46 C-16,-40 -16,-20 -10,-10",
-           fill=ink, stroke=ink, stroke_width=2)
-    s.circle(7, -44, 1.2, fill=ink)
-    s.circle(-1, -36, 3, fill="none", stroke=FRESCO_YELLOW, stroke_width=1.5)
-    s.path("M9,-38 l2,1", stroke=FRESCO_RED, stroke_width=1.5)
+    s.path(arm, fill="none", stroke=ink, stroke_width=6, stroke_linecap="round")
+    s.path(arm, fill="none", stroke="#ecd3b8", stroke_width=4.4, stroke_linecap="round")
+    # head in profile looking right: nose and lips on the right, hair behind, an earring
+    s.rect(-3, -34, 7, 9, fill="#ecd3b8")
+    s.path("M-8,-42 C-8,-52 6,-54 9,-46 L12,-42 L9,-40 L10,-37 L8,-34 C2,-32 -8,-34 -8,-42 Z",
+           fill="#ecd3b8", stroke=ink, stroke_width=0.8)
+    s.path("M-9,-44 C-8,-56 8,-56 9,-47 C2,-50 -2,-49 -4,-46 C-6,-40 -6,-36 -8,-32 "
+           "C-14,-26 -16,-18 -10,-8 C-18,-16 -18,-32 -9,-44 Z", fill=ink)
+    s.path("M2,-44 q2.5,-1.5 5,0 q-2.5,1.2 -5,0 Z", fill=ink)
+    s.circle(-3, -34, 2.4, fill="none", stroke=FRESCO_YELLOW, stroke_width=1.4)
+    s.path("M8.5,-37.5 l2.5,0", stroke=FRESCO_RED, stroke_width=1.5)
     s.end()
 
 
@@ -386,11 +388,13 @@ def saffron_gatherers(w, h):
     for _ in range(16):
         _crocus(s, rnd.uniform(0.02, 0.98) * w, rnd.uniform(0.7, 0.88) * h, h / 300)
     k = h / 230
+    bx, by = w * 0.52, h * 0.76
     _woman(s, w * 0.3, h * 0.44, k, reach=True)
     _woman(s, w * 0.72, h * 0.44, k, flip=True)
-    # the basket between them
-    bx, by = w * 0.52, h * 0.72
-    s.path(f"M{fmt(bx - 18)},{fmt(by - 20)} L{fmt(bx + 18)},{fmt(by - 20)} L{fmt(bx + 14)},{fmt(by)} L{fmt(bx - 14)},{fmt(by)} Z",
+    # the basket between them, half full of flowers
+    for i in range(5):
+        _crocus(s, bx - 12 + i * 6, by - 14, h / 400)
+    s.path(f"M{fmt(bx - 24)},{fmt(by - 26)} L{fmt(bx + 24)},{fmt(by - 26)} L{fmt(bx + 18)},{fmt(by)} L{fmt(bx - 18)},{fmt(by)} Z",
            fill="#c9a060", stroke=FRESCO_BLACK, stroke_width=1)
     for i in range(4):
         s.line(bx - 16 + i * 2, by - 16 + i * 4, bx + 16 - i * 2, by - 16 + i * 4, stroke="#8a6030",
@@ -446,29 +450,39 @@ def bull_leaping(w, h):
         for cy in (h * 0.03, h * 0.97):
             s.poly([(cx - 7, cy), (cx, cy - 7), (cx + 7, cy), (cx, cy + 7)], fill=FRESCO_RED)
     k = h / 260
-    s.group(transform=f"translate({fmt(w * 0.5)},{fmt(h * 0.62)}) scale({fmt(k)})")
-    # the bull at full gallop, legs stretched
-    bull = ("M-110,-10 C-100,-40 -40,-50 20,-44 C50,-42 70,-46 84,-40 L106,-34 L112,-18 L98,-16 "
-            "C86,-8 70,0 60,6 L92,40 L84,44 L48,14 C10,20 -30,20 -60,12 L-120,40 L-126,34 L-84,0 "
-            "C-96,-2 -106,-4 -110,-10 Z")
-    s.path(bull, fill="#f5efe2", stroke=FRESCO_BLACK, stroke_width=2)
-    for cx, cy, r in [(-60, -20, 10), (-20, -28, 12), (24, -20, 9), (-40, 4, 8)]:
-        s.circle(cx, cy, r, fill=FRESCO_BLACK, opacity=0.85)
-    s.path("M98,-40 C104,-64 120,-72 132,-70 M92,-42 C90,-66 104,-80 116,-82", fill="none",
-           stroke=FRESCO_BLACK, stroke_width=3)
-    s.circle(96, -30, 2, fill=FRESCO_BLACK)
-    s.path("M-110,-10 C-128,-20 -136,-40 -128,-56", fill="none", stroke=FRESCO_BLACK, stroke_width=2)
-    # the leaper over the back, upside down, the one at the horns and the catcher behind
-    s.path("M-20,-60 C-10,-90 20,-100 40,-92", fill="none", stroke=SKIN_RED, stroke_width=8,
-           stroke_linecap="round")
-    s.circle(44, -92, 7, fill=SKIN_RED)
-    s.path("M-20,-60 L-40,-84 M-18,-62 L-30,-96", stroke=SKIN_RED, stroke_width=5, stroke_linecap="round")
-    s.path("M30,-94 L24,-70", stroke=SKIN_RED, stroke_width=4, stroke_linecap="round")
-    s.path("M120,-76 L136,-40 M128,-60 L150,-70", stroke="#f3e6d6", stroke_width=6, stroke_linecap="round")
-    s.circle(116, -84, 7, fill="#f3e6d6")
-    s.path("M136,-40 L130,-10 M136,-40 L148,-12", stroke="#f3e6d6", stroke_width=5, stroke_linecap="round")
-    s.path("M-150,-20 L-150,30 M-150,-20 L-170,-44 M-150,-20 L-130,-44 M-150,30 L-160,54 M-150,30 L-140,54",
-           stroke="#f3e6d6", stroke_width=6, stroke_linecap="round")
-    s.circle(-150, -32, 7, fill="#f3e6d6")
+    s.group(transform=f"translate({fmt(w * 0.5)},{fmt(h * 0.64)}) scale({fmt(k)})")
+    ink = FRESCO_BLACK
+    hide = "#f5efe2"
+    # the bull in the flying gallop: fore and hind legs stretched out level
+    s.path("M-100,-20 L-160,10 L-164,4 L-112,-30 Z M-96,0 L-150,24 L-152,16 L-104,-10 Z",
+           fill=hide, stroke=ink, stroke_width=1.5)
+    s.path("M70,-6 L140,10 L140,18 L64,6 Z M60,6 L126,30 L122,36 L54,16 Z", fill=hide, stroke=ink,
+           stroke_width=1.5)
+    s.path("M-110,-24 C-112,-50 -80,-62 -30,-60 C20,-58 60,-56 80,-44 C92,-36 96,-20 90,-4 "
+           "C80,10 40,18 -20,16 C-70,14 -106,4 -110,-24 Z", fill=hide, stroke=ink, stroke_width=2)
+    # the head low and forward, the horns sweeping up
+    s.path("M80,-44 C100,-44 116,-36 128,-20 C132,-12 126,-6 118,-8 C108,-12 96,-14 88,-12 Z",
+           fill=hide, stroke=ink, stroke_width=2)
+    s.path("M98,-44 C106,-70 124,-80 140,-78 M92,-46 C94,-74 106,-90 120,-94", fill="none",
+           stroke=ink, stroke_width=3, stroke_linecap="round")
+    s.circle(108, -30, 2.5, fill=ink)
+    s.path("M-110,-24 C-130,-30 -140,-50 -134,-66", fill="none", stroke=ink, stroke_width=2)
+    for cx, cy, r in [(-70, -36, 12), (-20, -42, 14), (30, -30, 11), (-50, 0, 9), (50, 0, 8)]:
+        s.circle(cx, cy, r, fill=ink, opacity=0.85)
+    # the leaper in a handstand over the back
+    red = SKIN_RED
+    s.path("M-10,-64 L-4,-96 L12,-130 M-4,-96 L-20,-128", fill="none", stroke=red, stroke_width=6,
+           stroke_linecap="round", stroke_linejoin="round")
+    s.path("M-10,-64 L-18,-62 M-10,-64 L0,-62", stroke=red, stroke_width=5, stroke_linecap="round")
+    s.circle(-12, -56, 6, fill=red)
+    s.path("M-16,-60 C-24,-56 -26,-50 -24,-44", fill="none", stroke=ink, stroke_width=2)
+    # one holds the horns, one waits behind with arms out
+    fair = "#f3e6d6"
+    s.circle(140, -98, 7, fill=fair, stroke=ink, stroke_width=0.8)
+    s.path("M140,-90 L146,-60 M142,-84 L124,-92 M142,-80 L118,-78 M146,-60 L138,-36 M146,-60 L158,-40",
+           fill="none", stroke=fair, stroke_width=6, stroke_linecap="round")
+    s.circle(-170, -60, 7, fill=fair, stroke=ink, stroke_width=0.8)
+    s.path("M-170,-52 L-170,-14 M-170,-44 L-190,-60 M-170,-44 L-150,-60 M-170,-14 L-180,14 M-170,-14 L-160,14",
+           fill="none", stroke=fair, stroke_width=6, stroke_linecap="round")
     s.end()
     return s

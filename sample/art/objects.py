@@ -345,7 +345,7 @@ def figurine(w, h):  # noqa: F811  a dark backdrop, as museum photographs of it 
 def _figurine_body(s, scale=1.0):
     marble = s.linear("marbleg", [(0, "#fdfbf6"), (0.5, MARBLE), (1, "#bfb6a4")], x2=1, y2=0)
     half = [
-        (50, 7), (58, 6), (63, 9), (61, 18), (57, 28),
+        (50, 6), (55, 6), (59, 9), (59.5, 18), (56, 28),
         (55, 34), (55, 40),
         (66, 44), (72, 50), (71, 60),
         (68, 74), (66, 88), (64, 100),
@@ -363,8 +363,6 @@ def _figurine_body(s, scale=1.0):
     s.path("M42,112 L58,112 L50,124 Z", fill="none", stroke=MARBLE_DARK, stroke_width=0.9)
     s.path("M50,124 L50,178", stroke=STONE_DARK, stroke_width=1)
     s.path("M42,146 q4,2 7,0 M51,146 q4,2 7,0", fill="none", stroke=MARBLE_DARK, stroke_width=0.7)
-    s.path("M40,46 C36,70 37,110 42,170", fill="none", stroke="#ffffff", stroke_width=2.5,
-           opacity=0.6, stroke_linecap="round")
 
 
 def harp_player(w, h):
@@ -732,18 +730,18 @@ def phaistos_disc(w, h):
         "M0,0 m-2.6,0 a2.6,2.6 0 1,0 5.2,0 a2.6,2.6 0 1,0 -5.2,0 M-1,-1 h0.1 M1,1 h0.1",  # shield
     ]
     rnd = random.Random(17)
-    for i in range(70):
-        t = (i + 0.5) / 70
+    for i in range(46):
+        t = (i + 0.5) / 46
         a = t * 4.6 * math.pi + 0.6
         r = 44 - t * 34 - 3.2
         x, y = 50 + r * math.cos(a), 50 + r * math.sin(a)
         if r < 6:
             break
-        sc = 0.75 if r > 20 else 0.6
+        sc = 1.15 if r > 20 else 0.85
         s.path(glyphs[rnd.randrange(len(glyphs))], fill="none", stroke=ink, stroke_width=0.55,
                transform=f"translate({fmt(x)},{fmt(y)}) rotate({fmt(math.degrees(a) + 90)}) scale({sc})")
         if i % 3 == 2:
-            a2 = a + 0.09
+            a2 = a + 0.14
             s.line(50 + (r - 3) * math.cos(a2), 50 + (r - 3) * math.sin(a2),
                    50 + (r + 3) * math.cos(a2), 50 + (r + 3) * math.sin(a2), stroke=ink, stroke_width=0.5)
     s.end()
@@ -868,7 +866,9 @@ def melos_coin(w, h):
     s.path("M50,30 C48,24 48,20 52,14", fill="none", stroke=dark, stroke_width=2)
     s.path("M52,18 C60,10 70,12 74,16 C66,22 58,22 52,18 Z", fill="#c8ccd0", stroke=dark,
            stroke_width=1)
-    s.path("M40,60 Q50,68 60,60", fill="none", stroke="#a0a6ad", stroke_width=1)
+    s.path("M38,42 Q42,36 48,35", fill="none", stroke="#f4f5f6", stroke_width=2.5,
+           stroke_linecap="round")
+    s.path("M50,74 l-2,3 l4,0 Z", fill=dark)
     s.text(50, 94, "ΜΑΛΙΟΝ", size=8, family=SERIF, fill=dark, weight="bold")
     s.end()
     return s

@@ -84,10 +84,11 @@ def windmill(s, x, y, size=1.0):
     s.end()
 
 
-def shrubs(s, y0, y1, count, seed=3, color=OLIVE):
+def shrubs(s, y0, y1, count, seed=3, color=OLIVE, x0=0, x1=None):
     rnd = _rnd(seed)
+    x1 = s.w if x1 is None else x1
     for _ in range(count):
-        x, y = rnd.uniform(0, s.w), rnd.uniform(y0, y1)
+        x, y = rnd.uniform(x0, x1), rnd.uniform(y0, y1)
         r = rnd.uniform(3, 8) * (0.6 + 0.8 * (y - y0) / max(1, y1 - y0))
         s.ellipse(x, y, r * 1.4, r, fill=rnd.choice([color, OLIVE_DARK, OLIVE_LIGHT]), opacity=0.9)
 
@@ -157,16 +158,20 @@ def throne_room(w, h):
     # griffins couchant, one each side of the throne
     for cx, flip in [(w * 0.26, 1), (w * 0.74, -1)]:
         s.group(transform=f"translate({fmt(cx)},{fmt(h * 0.47)}) scale({fmt(flip * w / 640)},{fmt(w / 640)})")
-        s.path("M-90,40 C-80,0 -40,-10 10,-4 C30,-2 40,-20 52,-40 C58,-50 70,-52 76,-44 "
-               "L92,-40 L78,-34 C74,-20 66,0 60,20 C56,34 40,42 20,42 Z",
+        # a lion's body lying down, forelegs stretched out, an eagle's head with its crest
+        s.path("M-120,30 C-130,10 -124,-14 -100,-16", fill="none", stroke="#3b2417", stroke_width=3)
+        s.path("M-100,40 C-104,0 -60,-14 10,-8 C30,-6 40,-20 52,-40 C58,-50 70,-52 76,-44 "
+               "L94,-38 L80,-32 C74,-20 66,0 62,20 L110,30 L110,40 Z",
                fill="#f1dcb1", stroke="#3b2417", stroke_width=2)
-        s.path("M52,-40 C40,-70 30,-80 20,-90 C36,-80 54,-70 66,-50", fill="#5f8fb0",
-               stroke="#3b2417", stroke_width=1.5)
-        s.circle(70, -42, 3, fill="#3b2417")
+        s.path("M52,-40 C44,-64 40,-80 30,-96 C44,-88 52,-76 56,-66 C58,-80 56,-92 50,-104 "
+               "C62,-94 66,-78 64,-52", fill="#5f8fb0", stroke="#3b2417", stroke_width=1.5)
+        for sx, sy in [(32, -94), (50, -102)]:
+            s.circle(sx, sy, 4, fill="none", stroke="#3b2417", stroke_width=1.5)
+        s.circle(72, -42, 3, fill="#3b2417")
         for i in range(6):
             s.circle(-50 + i * 16, 14 + (i % 2) * 6, 3, fill="#b5452e", stroke="#3b2417",
                      stroke_width=0.8)
-        s.path("M-90,40 L-110,60 M-60,42 L-62,62 M30,42 L34,62", stroke="#3b2417", stroke_width=2)
+        s.path("M62,30 L110,34 M-80,40 L-84,44", stroke="#3b2417", stroke_width=2)
         s.end()
     # lilies and reeds between
     for x in [w * 0.08, w * 0.42, w * 0.58, w * 0.92]:
@@ -198,19 +203,35 @@ def throne_room(w, h):
 
 
 def _lion(s, x, y, k, seed):
-    """A slim archaic lion seated on its haunches, facing left."""
+    """A slim archaic lion seated upright on its front legs, facing left."""
     s.group(transform=f"translate({fmt(x)},{fmt(y)}) scale({fmt(k)})")
-    marble = s.linear("lionm", [(0, "#f3efe6"), (1, "#bdb4a2")], x2=1, y2=0)
-    s.rect(-30, -6, 70, 8, fill="#b8ae9c", stroke=STONE_DARK, stroke_width=0.8)
-    s.path("M-22,-6 L-20,-60 C-22,-72 -30,-84 -24,-96 C-14,-108 6,-104 8,-88 "
-           "C14,-74 20,-60 30,-46 C40,-34 40,-16 34,-6 Z", fill=marble, stroke=STONE_DARK,
+    marble = s.linear("lionm", [(0, "#f3efe6"), (1, "#b3aa98")], x2=1, y2=0)
+    edge = STONE_DARK
+    s.rect(-40, -6, 86, 10, fill="#b8ae9c", stroke=edge, stroke_width=0.8)
+    # haunch and back, rising steeply to the shoulders
+    s.path("M-10,-6 C-8,-30 10,-46 28,-44 C44,-42 48,-24 44,-6 Z", fill=marble, stroke=edge,
            stroke_width=1)
-    s.path("M-24,-96 L-34,-92 L-30,-84 L-24,-82", fill=marble, stroke=STONE_DARK, stroke_width=1)
-    s.path("M-14,-6 L-12,-58 M-4,-70 C0,-60 2,-40 2,-6", fill="none", stroke=STONE, stroke_width=1)
+    s.path("M-18,-60 C-4,-70 14,-60 28,-44 C30,-30 20,-20 4,-18 L-14,-24 Z", fill=marble,
+           stroke=edge, stroke_width=1)
+    # straight front legs with the paws on the plinth
+    s.path("M-24,-58 L-26,-6 L-14,-6 L-12,-40 L-4,-40 L-6,-6 L6,-6 L4,-50 Z", fill=marble,
+           stroke=edge, stroke_width=1)
+    s.path("M-30,-6 L-24,-10 L-12,-6 Z M-10,-6 L-4,-10 L8,-6 Z", fill="#cfc6b3", stroke=edge,
+           stroke_width=0.8)
+    # chest and the raised head with its mane, muzzle open to the left
+    s.path("M-28,-56 C-30,-70 -26,-84 -18,-92 C-6,-98 6,-90 6,-76 C6,-66 0,-58 -6,-54 Z",
+           fill=marble, stroke=edge, stroke_width=1)
+    s.path("M-22,-90 L-38,-88 L-42,-80 L-34,-78 L-40,-74 L-30,-70 L-22,-74", fill=marble,
+           stroke=edge, stroke_width=1, stroke_linejoin="round")
+    s.path("M-14,-92 C-8,-84 -4,-74 -8,-62 M-2,-90 C4,-80 4,-68 -2,-58", fill="none",
+           stroke=STONE, stroke_width=1.2)
+    s.circle(-26, -86, 1.4, fill=edge)
+    # tail curling along the plinth
+    s.path("M42,-8 C52,-8 56,-16 52,-22", fill="none", stroke=edge, stroke_width=2)
     rnd = _rnd(seed)
-    for _ in range(12):
-        px, py = rnd.uniform(-18, 28), rnd.uniform(-90, -10)
-        s.circle(px, py, rnd.uniform(0.6, 1.6), fill="#9c927f", opacity=0.6)
+    for _ in range(14):
+        px, py = rnd.uniform(-24, 40), rnd.uniform(-88, -10)
+        s.circle(px, py, rnd.uniform(0.6, 1.6), fill="#8c826f", opacity=0.5)
     s.end()
 
 
@@ -314,6 +335,10 @@ def akrotiri_street(w, h):
         y = h * (0.2 + i * 0.05)
         s.path(f"M0,{fmt(y)} Q{fmt(w / 2)},{fmt(y + 8)} {w},{fmt(y - 4)}", fill="none",
                stroke="#bdb8b0", stroke_width=2)
+    # the street runs on into the dark under the roof, between more houses
+    s.rect(w * 0.3, h * 0.3, w * 0.4, h * 0.55, fill="#5f5a53")
+    stone_wall(s, w * 0.42, h * 0.44, w * 0.16, h * 0.38, seed=9, color="#8f877a")
+    s.rect(w * 0.47, h * 0.52, w * 0.06, h * 0.08, fill="#2f2924", stroke="#5e4a32", stroke_width=3)
     # houses left and right, with timber-framed windows
     for side in (0, 1):
         x0 = 0 if side == 0 else w * 0.6
@@ -359,9 +384,10 @@ def _pithos(s, x, base, hgt, seed=0, color="#c68a5c"):
         half = w * (0.5 if t != 0.3 else 0.44)
         s.path(" ".join(f"M{fmt(x - half + i * 6)},{fmt(y)} l3,-4 l3,4" for i in range(int(2 * half / 6))),
                fill="none", stroke="#6e4328", stroke_width=1.2)
-    for dx in (-0.45, -0.15, 0.15, 0.45):
-        s.path(f"M{fmt(x + w * dx - 5)},{fmt(base - hgt * 0.84)} q5,-8 10,0", fill="none",
-               stroke="#6e4328", stroke_width=3)
+    # vertical loop handles round the shoulder; the outer two seen edge-on
+    for dx in (-0.42, -0.14, 0.14, 0.42):
+        s.rect(x + w * dx - hgt * 0.018, base - hgt * 0.88, hgt * 0.036, hgt * 0.07, rx=hgt * 0.015,
+               fill="none", stroke="#6e4328", stroke_width=max(1.2, hgt * 0.008))
 
 
 def pithoi_magazine(w, h):
@@ -721,7 +747,7 @@ def phylakopi(w, h):
         s.rect(x, y, bw, 6, fill="#9c927f")
         stone_wall(s, x, y, 8, bh, seed=i, rows=3)
         stone_wall(s, x, y, bw, 8, seed=i + 30, rows=1)
-    shrubs(s, h * 0.5, h, 20, seed=9, color="#8a8a4a")
+    shrubs(s, h * 0.5, h, 20, seed=9, color="#8a8a4a", x1=w * 0.6)
     return s
 
 
@@ -756,13 +782,27 @@ def caldera_cliffs(w, h):
     # islands of the ring far across, the dark volcano in the lagoon
     island(s, w * 0.3, w * 1.05, h * 0.4, h * 0.08, "#8c6f5c", seed=17, peaks=2)
     island(s, w * 0.55, w * 0.8, h * 0.52, h * 0.06, "#3d3431", seed=18, peaks=2)
-    # the cliff in the foreground: bands of red, black and white rock
-    bands = [("#a0522d", 0), ("#3b302b", 0.12), ("#e6ded0", 0.24), ("#8c4a2a", 0.34),
-             ("#4b3f3a", 0.48), ("#d9cfbf", 0.6)]
-    for col, t in bands:
-        top = h * (0.22 + t)
-        s.path(f"M0,{fmt(top)} L{fmt(w * 0.34 - t * w * 0.1)},{fmt(top + 10)} L{fmt(w * 0.24 - t * w * 0.05)},{fmt(h)} L0,{fmt(h)} Z",
-               fill=col)
+    # the cliff in the foreground: uneven bands of red, black and white rock
+    rnd = _rnd(27)
+    edge = [(w * 0.36, h * 0.22)]
+    for i in range(1, 9):
+        edge.append((w * (0.36 - 0.012 * i) + rnd.uniform(-8, 8), h * (0.22 + 0.1 * i)))
+    cliff = [(0, h * 0.2)] + edge + [(0, h)]
+    s.poly(cliff, fill="#8c4a2a")
+    colours = ["#a0522d", "#3b302b", "#e6ded0", "#8c4a2a", "#4b3f3a", "#d9cfbf", "#6e3a22", "#2f2825"]
+    clip = s.define("cliffclip", '<clipPath id="cliffclip"><polygon points="' + pts(cliff) + '"/></clipPath>')
+    s.group(clip_path=clip)
+    y = h * 0.2
+    for i, col in enumerate(colours):
+        th = h * rnd.uniform(0.06, 0.13)
+        pts_ = [(0, y)]
+        for k in range(6):
+            pts_.append((w * 0.4 * k / 5, y + rnd.uniform(-5, 5) + k * 3))
+        pts_ += [(w * 0.4, y + th + 15), (0, y + th)]
+        s.poly(pts_, fill=col)
+        y += th * 0.85
+    s.end()
+    s.polyline(edge, stroke="#2a1f1a", stroke_width=1.5)
     # village on the rim
     for i in range(10):
         house(s, w * (0.0 + i * 0.03), h * (0.22 - (i % 3) * 0.015), 14, 12, door=i % 2 == 0)

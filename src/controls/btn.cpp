@@ -15,7 +15,6 @@ Btn::Btn(QWidget *parent)
     // Reachable with Tab, but a click doesn't take the focus away from the text or the
     // drawing the pupil is working on.
     setFocusPolicy(Qt::TabFocus);
-    setAttribute(Qt::WA_Hover, false);
 }
 
 Btn::~Btn() = default;

@@ -9,7 +9,8 @@
 HotBtn::HotBtn(QWidget *parent)
     : Btn(parent)
 {
-    // Hover needs moves without a button held.
+    // Hover needs moves without a button held. A press needs nothing more: the pressed
+    // button holds the pointer until the release, so the pressed face stays wherever it goes.
     setMouseTracking(true);
 }
 
@@ -94,12 +95,6 @@ void HotBtn::resizeEvent(QResizeEvent *event)
         applyMask();
 }
 
-void HotBtn::mousePressEvent(QMouseEvent *event)
-{
-    // The press holds the pointer by itself, so the pressed face stays wherever it goes.
-    Btn::mousePressEvent(event);
-}
-
 void HotBtn::mouseMoveEvent(QMouseEvent *event)
 {
     platform::guarded([&] {
@@ -121,11 +116,6 @@ void HotBtn::mouseMoveEvent(QMouseEvent *event)
             showFace(Face::Hover);
         emit MouseMove(held, shiftOf(event->modifiers()), x, y);
     });
-}
-
-void HotBtn::mouseReleaseEvent(QMouseEvent *event)
-{
-    Btn::mouseReleaseEvent(event);
 }
 
 void HotBtn::leaveEvent(QEvent *event)

@@ -33,9 +33,7 @@ public:
     static QColor colorFromValue(quint32 value);
 
 protected:
-    void mousePressEvent(QMouseEvent *event) override;
     void mouseMoveEvent(QMouseEvent *event) override;
-    void mouseReleaseEvent(QMouseEvent *event) override;
     void leaveEvent(QEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
     QPixmap hoverFace() const override { return m_hoverFace; }

@@ -13,6 +13,7 @@ transforms; no filters, masks, clip paths or text.
 
 import math
 import os
+import random
 
 HERE = os.path.dirname(os.path.abspath(__file__))
 OUT = os.path.join(HERE, "svg")
@@ -210,7 +211,8 @@ GLYPHS = {
 
 # ---------------------------------------------------------------------------------------
 # Tiles, 50 x 47: a plaque with the glyph of the source kind. Closed is plain; open glows
-# warm gold, as if lit, while its window is up; visited is faded and carries a tick.
+# warm gold, as if lit, while its window is up; visited is faded and carries a tick. The
+# tile writes its number over the top left corner, so the glyph keeps clear of it.
 
 
 def tile(family, state):
@@ -222,7 +224,7 @@ def tile(family, state):
 <rect x="2.5" y="2.5" width="45" height="42" rx="4.5" fill="url(#plate)" stroke="{TERRACOTTA_DARK}"
       stroke-width="1"/>
 <path d="M5 4.5 H45" stroke="#ffffff" stroke-width="1" opacity="0.6" stroke-linecap="round"/>"""
-        glyph = f'<g transform="translate(9.5 8) scale(0.97)">{gbody}</g>'
+        glyph = f'<g transform="translate(13 9.5) scale(1.03)">{gbody}</g>'
         extra = ""
     elif state == 1:
         defs = rad("glow", [(0, "#fffbe6"), (0.55, "#ffe58a"), (1, GOLD)], 0.5, 0.45, 0.62) + lin(
@@ -234,14 +236,14 @@ def tile(family, state):
 <g stroke="#ffffff" stroke-width="1.1" stroke-linecap="round" opacity="0.9">
   <path d="M25 3.8 V6.2 M6 23.5 H8.2 M41.8 23.5 H44 M9.5 8.5 L11 10 M40.5 8.5 L39 10"/>
 </g>"""
-        glyph = f'<g transform="translate(8.5 7) scale(1.03)">{gbody}</g>'
+        glyph = f'<g transform="translate(12.2 8.7) scale(1.08)">{gbody}</g>'
         extra = ""
     else:
         defs = lin("plate", [(0, "#e9e1cc"), (1, "#cdbf9f")])
         back = f"""
 <rect x="0.5" y="0.5" width="49" height="46" rx="6" fill="#a58a76"/>
 <rect x="2.5" y="2.5" width="45" height="42" rx="4.5" fill="url(#plate)" stroke="#7d6654" stroke-width="1"/>"""
-        glyph = f'<g transform="translate(9.5 8) scale(0.97)" opacity="0.55">{gbody}</g>'
+        glyph = f'<g transform="translate(13 9.5) scale(1.03)" opacity="0.55">{gbody}</g>'
         extra = f"""
 <circle cx="40" cy="37.5" r="6.5" fill="{OLIVE}" stroke="#ffffff" stroke-width="1.3"/>
 <path d="M36.8 37.6 L39.2 40 L43.4 35" fill="none" stroke="#ffffff" stroke-width="1.9" stroke-linecap="round"
@@ -303,19 +305,20 @@ def tb_tree():
 
 
 def tb_network():
-    screen = lambda x, y: f"""
-<rect x="{x}" y="{y}" width="14" height="11" rx="1.2" fill="{AEGEAN_LIGHT}" stroke="{INK}" stroke-width="1.4"/>
-<circle cx="{x+7}" cy="{y+4.2}" r="2" fill="{TERRACOTTA}"/>
-<path d="M{x+3} {y+10.4} Q{x+7} {y+5.4} {x+11} {y+10.4} Z" fill="{TERRACOTTA}"/>
-<path d="M{x+5} {y+13.5} H{x+9} M{x+7} {y+11} V{y+13.5}" stroke="{INK}" stroke-width="1.4"/>"""
+    def screen(x, y):
+        return f"""
+<rect x="{x}" y="{y}" width="15" height="12" rx="1.2" fill="{AEGEAN_LIGHT}" stroke="{INK}" stroke-width="1.4"/>
+<circle cx="{x+7.5}" cy="{y+4.6}" r="2.3" fill="{TERRACOTTA}"/>
+<path d="M{x+3} {y+11.3} Q{x+7.5} {y+5.6} {x+12} {y+11.3} Z" fill="{TERRACOTTA}"/>
+<path d="M{x+4.5} {y+14.5} H{x+10.5} M{x+7.5} {y+12} V{y+14.5}" stroke="{INK}" stroke-width="1.6"/>"""
+
     return "", f"""
-{screen(3, 6)}
-{screen(23, 20)}
-<path d="M18 13 Q24 12 27 17" fill="none" stroke="{OLIVE}" stroke-width="2" stroke-linecap="round"/>
-<path d="M22 28 Q16 29 13 23" fill="none" stroke="{OLIVE}" stroke-width="2" stroke-linecap="round"/>
-<path d="M24.5 16 L27.4 17.6 L28 14.4" fill="none" stroke="{OLIVE}" stroke-width="2" stroke-linecap="round"
+{screen(2.5, 5)}
+{screen(22.5, 19)}
+<path d="M15 24 L24 13" stroke="{OLIVE}" stroke-width="2.4" stroke-linecap="round"/>
+<path d="M19.8 12.2 L24.6 12.4 L24.4 17.2" fill="none" stroke="{OLIVE}" stroke-width="2.4" stroke-linecap="round"
       stroke-linejoin="round"/>
-<path d="M15.5 24 L12.6 22.4 L12 25.6" fill="none" stroke="{OLIVE}" stroke-width="2" stroke-linecap="round"
+<path d="M19.2 24.8 L14.4 24.6 L14.6 19.8" fill="none" stroke="{OLIVE}" stroke-width="2.4" stroke-linecap="round"
       stroke-linejoin="round"/>"""
 
 
@@ -324,8 +327,6 @@ def tb_mail():
 <rect x="5" y="10" width="30" height="21" rx="1.5" fill="#ffffff" stroke="{INK}" stroke-width="1.6"/>
 <path d="M5.8 11 L20 22 L34.2 11" fill="none" stroke="{INK}" stroke-width="1.6" stroke-linejoin="round"/>
 <path d="M5.8 30 L16 20.5 M34.2 30 L24 20.5" stroke="{INK}" stroke-width="1.2"/>
-<rect x="27" y="13" width="5" height="5.5" fill="{TERRACOTTA}" opacity="0.0"/>
-<path d="M5.8 11 L20 22 L34.2 11" fill="none" stroke="{AEGEAN}" stroke-width="0.8" opacity="0.0"/>
 <circle cx="20" cy="22" r="2.6" fill="{TERRACOTTA}" stroke="{INK}" stroke-width="1"/>"""
 
 
@@ -513,21 +514,27 @@ def papiros():
         + lin("edgeT", [(0, "#8a6327", 0.45), (1, "#8a6327", 0)])
         + lin("edgeB", [(0, "#8a6327", 0), (1, "#8a6327", 0.5)])
     )
+    rnd = random.Random(7)
     fibres = []
-    y = 6.0
-    i = 0
+    # Horizontal strands of the upper layer: long, slightly wavy, of uneven tone.
+    y = 3.0
     while y < h:
-        op = 0.05 + 0.04 * ((i * 7) % 5) / 4
-        fibres.append(f'<path d="M0 {y:.1f} H{w}" stroke="#9c7a3c" stroke-width="{1 + (i % 3) * 0.4:.1f}" opacity="{op:.3f}"/>')
-        y += 5 + (i * 13) % 7
-        i += 1
-    x = 4.0
-    i = 0
+        x = rnd.uniform(-60, 0)
+        while x < w:
+            length = rnd.uniform(80, 260)
+            bend = rnd.uniform(-1.5, 1.5)
+            op = rnd.uniform(0.04, 0.11)
+            sw = rnd.uniform(0.6, 1.8)
+            fibres.append(f'<path d="M{x:.1f} {y:.1f} q{length / 2:.1f} {bend:.1f} {length:.1f} 0" fill="none" '
+                          f'stroke="#94703a" stroke-width="{sw:.1f}" opacity="{op:.3f}"/>')
+            x += length + rnd.uniform(4, 30)
+        y += rnd.uniform(2.5, 6.5)
+    # Vertical strands of the lower layer show through faintly.
+    x = 5.0
     while x < w:
-        op = 0.03 + 0.03 * ((i * 5) % 4) / 3
-        fibres.append(f'<path d="M{x:.1f} 0 V{h}" stroke="#a5834a" stroke-width="{1.2 + (i % 2) * 0.6:.1f}" opacity="{op:.3f}"/>')
-        x += 7 + (i * 11) % 9
-        i += 1
+        op = rnd.uniform(0.02, 0.05)
+        fibres.append(f'<path d="M{x:.1f} 0 V{h}" stroke="#a5834a" stroke-width="{rnd.uniform(1.5, 4):.1f}" opacity="{op:.3f}"/>')
+        x += rnd.uniform(6, 16)
     # A ragged outline: the sheet does not reach the corners everywhere.
     pts = []
     n = 40
@@ -545,8 +552,8 @@ def papiros():
         pts.append((2 + 3 * math.sin(k * 2.9) ** 2, h - t * h))
     outline = "M" + " L".join(f"{a:.1f} {b:.1f}" for a, b in pts) + " Z"
     spots = "".join(
-        f'<ellipse cx="{cx}" cy="{cy}" rx="{rx}" ry="{ry}" fill="#b08a4a" opacity="0.06"/>'
-        for cx, cy, rx, ry in [(90, 70, 40, 22), (520, 280, 55, 30), (330, 180, 90, 40), (480, 60, 30, 16), (140, 300, 45, 20)]
+        f'<ellipse cx="{cx}" cy="{cy}" rx="{rx}" ry="{ry}" fill="url(#spot)"/>'
+        for cx, cy, rx, ry in [(90, 70, 50, 30), (520, 280, 70, 40), (300, 200, 110, 55), (480, 60, 40, 22), (150, 300, 60, 28)]
     )
     body = f"""
 <rect width="{w}" height="{h}" fill="#c8a56a"/>
@@ -610,11 +617,14 @@ def background():
   {flutes}
   <rect x="{col_x - 8}" y="{col_bottom - 8}" width="{col_w + 16}" height="10" fill="#6e5128"/>
 </g>
-<g opacity="0.09" transform="translate(668 300)">
-  <path d="M-14 0 H14 V8 H10 Q10 18 22 30 Q40 52 36 86 Q32 118 12 136 L16 150 H-16 L-12 136 Q-32 118 -36 86
-           Q-40 52 -22 30 Q-10 18 -10 8 H-14 Z" fill="#7a3a1a"/>
-  <path d="M-22 30 Q-44 26 -40 56 M22 30 Q44 26 40 56" fill="none" stroke="#7a3a1a" stroke-width="6"/>
-  <path d="M-36 76 H36 V100 H-36 Z" fill="#2a1608"/>
+<g opacity="0.10" transform="translate(676 318)">
+  <path d="M-11 0 H11 V5 H8 Q7 14 16 22 Q36 38 35 70 Q34 104 14 124 Q9 129 10 134 H15 V140 H-15 V134 H-10
+           Q-9 129 -14 124 Q-34 104 -35 70 Q-36 38 -16 22 Q-7 14 -8 5 H-11 Z" fill="#7a3a1a"/>
+  <path d="M-9 9 Q-30 6 -33 24 Q-34 36 -26 44 M9 9 Q30 6 33 24 Q34 36 26 44" fill="none" stroke="#7a3a1a"
+        stroke-width="5" stroke-linecap="round"/>
+  <path d="M-33 58 H33 V92 H-33 Z" fill="#2a1608"/>
+  <path d="M-33 62 H33 M-33 88 H33" stroke="#f5e7c4" stroke-width="2"/>
+  <path d="M-18 86 L-12 68 L-6 86 M4 86 L10 68 L16 86" fill="none" stroke="#f5e7c4" stroke-width="2.5"/>
 </g>""")
     # The sea, a low strip of soft waves above the bottom border.
     sea_top = h - band - 70
@@ -631,6 +641,11 @@ def background():
             x += step
         waves.append(f'<path d="{d}" fill="none" stroke="#ffffff" stroke-width="1.6" opacity="{op}"/>')
     body.append(f'<rect x="{band}" y="{sea_top}" width="{w - 2 * band}" height="{h - band - sea_top}" fill="url(#sea)"/>')
+    # Low islands on the horizon, barely there.
+    hz = sea_top + 16
+    body.append(f'<path d="M120 {hz} Q150 {hz - 14} 175 {hz - 10} Q200 {hz - 18} 235 {hz} Z" fill="#6f97b3" opacity="0.30"/>')
+    body.append(f'<path d="M470 {hz} Q500 {hz - 9} 530 {hz - 6} Q560 {hz - 12} 610 {hz} Z" fill="#6f97b3" opacity="0.25"/>')
+    body.append(f'<path d="M400 {hz - 4} l10 -14 v14 z M398 {hz - 2} h16 l-3 3 h-11 z" fill="#8aa9bf" opacity="0.35"/>')
     body.append("".join(waves))
     # The border: terracotta band with an ochre meander, framed by thin dark lines.
     body.append(f"""

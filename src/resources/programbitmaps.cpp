@@ -10,9 +10,7 @@
 #include <QScreen>
 #include <QSvgRenderer>
 
-#include <array>
 #include <cmath>
-#include <memory>
 #include <mutex>
 
 // The compiled resource file has to be pulled in by hand from a static library, and the

@@ -145,22 +145,29 @@ def glyph_statue(p):
 
 def glyph_stele(p):
     defs = lin(p + "stone", [(0, "#ede6d6"), (0.5, "#d8cfbc"), (1, "#b5aa92")], 0, 0, 1, 0)
+    # Three lines of large carved letters, so that they still read as letters when small.
     letters = ""
-    for row, y in enumerate([10, 13.5, 17, 20.5]):
-        xs = [9.5, 13, 16.5, 20] if row % 2 == 0 else [11, 14.5, 18]
-        for i, x in enumerate(xs):
-            kind = (row + i) % 3
-            if kind == 0:  # a small delta
-                letters += f'<path d="M{x} {y+2} L{x+1.2} {y} L{x+2.4} {y+2} Z" fill="none"/>'
-            elif kind == 1:  # a sigma-like zigzag
-                letters += f'<path d="M{x+2.2} {y} H{x} L{x+1.2} {y+1} L{x} {y+2} H{x+2.2}" fill="none"/>'
-            else:  # an omicron
-                letters += f'<circle cx="{x+1.1}" cy="{y+1}" r="1" fill="none"/>'
+    rows = [(9.5, "ΔΟΣ"), (15, "ΙΕΡ"), (20.5, "ΟΣΔ")]
+    for y, word in rows:
+        for i, ch in enumerate(word):
+            x = 9 + i * 5.2
+            if ch == "Δ":
+                letters += f'<path d="M{x} {y + 3.6} L{x + 1.8} {y} L{x + 3.6} {y + 3.6} Z"/>'
+            elif ch == "Ο":
+                letters += f'<circle cx="{x + 1.8}" cy="{y + 1.8}" r="1.7"/>'
+            elif ch == "Σ":
+                letters += f'<path d="M{x + 3.4} {y} H{x} L{x + 1.8} {y + 1.8} L{x} {y + 3.6} H{x + 3.4}"/>'
+            elif ch == "Ι":
+                letters += f'<path d="M{x + 1.8} {y} V{y + 3.6}"/>'
+            elif ch == "Ε":
+                letters += f'<path d="M{x + 3.2} {y} H{x + 0.4} V{y + 3.6} H{x + 3.2} M{x + 0.4} {y + 1.8} H{x + 2.6}"/>'
+            elif ch == "Ρ":
+                letters += f'<path d="M{x + 0.6} {y + 3.6} V{y} H{x + 2.2} Q{x + 3.6} {y + 1} {x + 2.2} {y + 2} H{x + 0.6}"/>'
     body = f"""
 <path d="M6 29 V9 Q6 3 16 3 Q26 3 26 9 V29 Z" fill="url(#{p}stone)" stroke="{INK}" stroke-width="1"
       stroke-linejoin="round"/>
 <path d="M8 8.5 Q9 5 16 5 Q23 5 24 8.5" fill="none" stroke="{INK}" stroke-width="0.7" opacity="0.5"/>
-<g stroke="{TERRACOTTA_DARK}" stroke-width="0.8" stroke-linejoin="round">{letters}</g>
+<g fill="none" stroke="{TERRACOTTA_DARK}" stroke-width="1.1" stroke-linejoin="round">{letters}</g>
 <path d="M4 29 H28" stroke="{INK}" stroke-width="1.4" stroke-linecap="round"/>
 <path d="M21 24 L23.5 26.5 M19.5 27 L22 25.5" stroke="{INK}" stroke-width="0.6" opacity="0.45"/>"""
     return defs, body
@@ -481,7 +488,7 @@ pictures["Sc"] = svg(16, 16, f"""
 <rect x="3.5" y="2.5" width="9" height="11" fill="#fbf0d2" stroke="{INK}" stroke-width="1"/>
 <rect x="1.5" y="1.5" width="13" height="3" rx="1.5" fill="{OCHRE}" stroke="{INK}" stroke-width="1"/>
 <rect x="1.5" y="11.5" width="13" height="3" rx="1.5" fill="{OCHRE}" stroke="{INK}" stroke-width="1"/>
-<path d="M5 7 H11 M5 9 H10" stroke="{AEGEAN_DARK}" stroke-width="1"/>""")
+<path d="M5 6.5 H11 M5 9.5 H10" stroke="{INK}" stroke-width="1" opacity="0.8"/>""")
 
 pictures["Ac"] = svg(16, 16, f"""
 <circle cx="8" cy="8" r="6.5" fill="{OLIVE}" stroke="#3d4a1a" stroke-width="1"/>

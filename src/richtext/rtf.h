@@ -5,6 +5,7 @@
 
 #include <vector>
 
+class QTextCursor;
 class QTextDocument;
 class QTextDocumentFragment;
 
@@ -27,12 +28,18 @@ struct TextRun
     bool strike = false;
     QString font;
     double size = 12.0; // points
+    // Highlight behind the text, 0x00BBGGRR, when hasBackground.
+    quint32 background = 0;
+    bool hasBackground = false;
+
+    // Equal formatting, whatever the place.
+    bool sameFormat(const TextRun &other) const;
 };
 
 struct PlainText
 {
-    QString text;               // paragraphs end with "\n"
-    std::vector<TextRun> runs;  // consecutive, covering text
+    QString text; // paragraphs end with "\n"
+    std::vector<TextRun> runs; // consecutive, covering text
 };
 
 // True when the bytes look like RTF ("{\rtf").
@@ -43,8 +50,33 @@ PlainText readPlainText(const QByteArray &rtf);
 void readDocument(const QByteArray &rtf, QTextDocument *document);
 // Inserts RTF at the cursor of an existing document (for SelRTF).
 QTextDocumentFragment readFragment(const QByteArray &rtf);
+// Inserts RTF at the cursor, replacing its selection; pictures become resources of the
+// cursor's document, which a bare fragment cannot carry.
+void insertRtf(QTextCursor &cursor, const QByteArray &rtf);
+
+// The index of the run that holds the character at place, or -1 past the end. Runs are
+// sorted, so this is a binary search.
+int runIndexAt(const PlainText &plain, int place);
+
+// One run as a line of JSON, as the content tool prints it: start, length, color
+// (0xBBGGRR as a number, or "auto"), bold, italic, underline, font, size.
+QByteArray runToJson(const TextRun &run);
 
 QByteArray writeDocument(const QTextDocument &document);
 QByteArray writeFragment(const QTextDocumentFragment &fragment);
+// The selection of the cursor, with its pictures taken from the cursor's document.
+QByteArray writeSelection(const QTextCursor &cursor);
+
+// A list paragraph keeps its first-line indent (twips, RTF's \fi) in this block property
+// and shows its first line at the left indent, so that the bullet stands before the text
+// as the rich-edit control draws it. Equal to QTextFormat::UserProperty + 0x5254.
+inline constexpr int ListFirstLineIndentProperty = 0x100000 + 0x5254;
+
+// The first number of a numbered list (RTF's \pnstart), kept in the list format since
+// this Qt has no such member. Equal to QTextFormat::UserProperty + 0x5253.
+inline constexpr int ListStartProperty = 0x100000 + 0x5253;
+
+// Pictures read from RTF are document resources under names that start with this.
+inline constexpr char16_t PictureResourcePrefix[] = u"rtf-picture:";
 
 } // namespace richtext

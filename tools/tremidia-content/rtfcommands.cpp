@@ -1,15 +1,66 @@
 #include "commands.h"
 
+#include <rtf.h>
+
+#include <QFile>
+
+#include <cstdio>
+
 namespace commands {
 
-int rtfText(const QStringList &)
+namespace {
+
+// Reads the RTF file of the only argument, or says why not.
+bool loadRtf(const QStringList &args, const char *command, QByteArray &data, int &status)
 {
-    return fail(QStringLiteral("not available yet"));
+    if (args.size() != 1) {
+        status = fail(QStringLiteral("usage: %1 FILE.rtf").arg(QString::fromLatin1(command)));
+        return false;
+    }
+    QFile file(args.first());
+    if (!file.open(QIODevice::ReadOnly)) {
+        status = fail(QStringLiteral("cannot read %1: %2").arg(args.first(), file.errorString()));
+        return false;
+    }
+    data = file.readAll();
+    if (!richtext::isRtf(data)) {
+        status = fail(QStringLiteral("%1 is not an RTF file").arg(args.first()));
+        return false;
+    }
+    return true;
 }
 
-int rtfRuns(const QStringList &)
+void writeOut(const QByteArray &bytes)
 {
-    return fail(QStringLiteral("not available yet"));
+    std::fwrite(bytes.constData(), 1, static_cast<std::size_t>(bytes.size()), stdout);
+}
+
+} // namespace
+
+int rtfText(const QStringList &args)
+{
+    QByteArray data;
+    int status = 0;
+    if (!loadRtf(args, "rtf-text", data, status))
+        return status;
+    writeOut(richtext::readPlainText(data).text.toUtf8());
+    std::fflush(stdout);
+    return 0;
+}
+
+int rtfRuns(const QStringList &args)
+{
+    QByteArray data;
+    int status = 0;
+    if (!loadRtf(args, "rtf-runs", data, status))
+        return status;
+    const richtext::PlainText plain = richtext::readPlainText(data);
+    QByteArray out;
+    for (const richtext::TextRun &run : plain.runs)
+        out += richtext::runToJson(run) + '\n';
+    writeOut(out);
+    std::fflush(stdout);
+    return 0;
 }
 
 } // namespace commands

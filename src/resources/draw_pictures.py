@@ -436,6 +436,34 @@ for key, g in TOOLBAR.items():
     pictures["tlb_" + key] = toolbar_button(g, False)
     pictures["tlb_" + key + "_down"] = toolbar_button(g, True)
 
+# The index window's buttons for a term's picture, sound and video, in the toolbar's style.
+
+
+def ix_picture():
+    d, b = glyph_photo("p")
+    return d, f'<g transform="translate(3.5 3.5) scale(1.03)">{b}</g>'
+
+
+def ix_video():
+    holes = "".join(
+        f'<rect x="{x}" y="{y}" width="2.6" height="2.2" rx="0.4" fill="#fffdf4"/>'
+        for x in [8.2, 13.2, 18.2, 23.2, 28.2]
+        for y in [9.4, 28.4]
+    )
+    return "", f"""
+<rect x="5" y="7.5" width="30" height="25" rx="2" fill="{INK}" stroke="{INK}" stroke-width="1.2"/>
+{holes}
+<rect x="7.5" y="13" width="25" height="14" fill="{AEGEAN_LIGHT}"/>
+<path d="M16.5 15 L25.5 20 L16.5 25 Z" fill="{TERRACOTTA}" stroke="{INK}" stroke-width="1.1"
+      stroke-linejoin="round"/>"""
+
+
+INDEX = {"PICTURE": ix_picture, "SOUND": tb_sound, "VIDEO": ix_video}
+
+for key, g in INDEX.items():
+    pictures[key] = toolbar_button(g, False)
+    pictures[key + "_DOWN"] = toolbar_button(g, True)
+
 # ---------------------------------------------------------------------------------------
 # Start screen buttons, 64 x 64: round medallions. Go is an olive disc with a white arrow,
 # exit a terracotta disc with an open door.

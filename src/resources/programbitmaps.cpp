@@ -72,6 +72,13 @@ const Entry kEntries[] = {
     {u"tlb_SearchResources", ToolbarSize, ToolbarSize},
     {u"tlb_SearchResources_down", ToolbarSize, ToolbarSize},
 
+    {u"PICTURE", ToolbarSize, ToolbarSize},
+    {u"PICTURE_DOWN", ToolbarSize, ToolbarSize},
+    {u"SOUND", ToolbarSize, ToolbarSize},
+    {u"SOUND_DOWN", ToolbarSize, ToolbarSize},
+    {u"VIDEO", ToolbarSize, ToolbarSize},
+    {u"VIDEO_DOWN", ToolbarSize, ToolbarSize},
+
     {u"AGEIA", TileWidth, TileHeight},
     {u"AGEIA1", TileWidth, TileHeight},
     {u"AGEIA2", TileWidth, TileHeight},

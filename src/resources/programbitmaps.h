@@ -8,9 +8,12 @@
 #include <QString>
 #include <QStringList>
 
-// The bitmaps the program carries by name: the start screen's background, the faces of
-// the picture buttons, the tiles of the sources, the parchment, the hand cursor and the
-// small icons of the lists. They are drawn as vector pictures and rendered at the screen's
+// The bitmaps the program carries by name: the start screen's background "BGR_1", the
+// faces of the picture buttons ("GO", "EXIT", the index window's "PICTURE", "SOUND",
+// "VIDEO", the toolbar's "tlb_" + key, each with its pressed face ending in "_DOWN" or
+// "_down"), the tiles of the sources, the parchment "PAPIROS", the hand cursor "HAND" and
+// the small icons of the tree ("Th", "Sc", "Ac") and of the search list ("epigrafi",
+// "keimeno", "agio", "xartis"). They are drawn as vector pictures and rendered at the screen's
 // device pixel ratio, so a picture has one size in logical pixels and stays sharp on
 // HiDPI screens.
 namespace resources {

@@ -86,6 +86,8 @@ private slots:
         for (const char *name : {"GO", "GO_DOWN", "EXIT", "EXIT_DOWN"})
             QVERIFY(resources::exists(QLatin1String(name)));
         QVERIFY(resources::exists(QStringLiteral("PAPIROS")));
+        for (const char *name : {"PICTURE", "PICTURE_DOWN", "SOUND", "SOUND_DOWN", "VIDEO", "VIDEO_DOWN"})
+            QCOMPARE(resources::designSize(QLatin1String(name)), QSize(40, 40));
     }
 
     void toolbarFacesAreAllOneSize()

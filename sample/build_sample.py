@@ -17,6 +17,8 @@ import shutil
 import sqlite3
 import sys
 
+# The helpers are imported from the source tree, which stays free of byte-code caches.
+sys.dont_write_bytecode = True
 sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), "tools"))
 import markup_to_rtf  # noqa: E402
 import rtfscan  # noqa: E402

@@ -11,6 +11,7 @@ int main(int argc, char *argv[])
     QApplication::setApplicationDisplayName(QStringLiteral("Τρεμίδια"));
     platform::installGreekTranslations(app);
 
+    // After a failed start the error box has been shown; the program ends there.
     if (!Main())
         return 1;
     return app.exec();

@@ -104,6 +104,29 @@ class Checker:
                     "%s/%s is not up to date with its markup: run sample/tools/markup_to_rtf.py"
                     % (folder, os.path.basename(target)))
 
+    def manifest(self, path, connection):
+        """The illustrator draws from the manifest: it must name exactly the media files
+        that the database names."""
+        listed = set()
+        with open(path, encoding="utf-8") as f:
+            for line in f.read().splitlines()[1:]:
+                fields = line.split("\t")
+                if len(fields) >= 2:
+                    listed.add((fields[0], fields[1]))
+        named = set()
+        for (name,) in connection.execute("SELECT PicturePath FROM Resources WHERE PicturePath <> ''"):
+            named.add(("Pictures", name))
+        for (name,) in connection.execute("SELECT Picture FROM Comments WHERE Picture <> ''"):
+            named.add(("photos", name))
+        for picture, sound, video in connection.execute("SELECT Picture, Sound, Video FROM Euretirio"):
+            for folder, name in (("Photos", picture), ("Sounds", sound), ("Videos", video)):
+                if name:
+                    named.add((folder, name))
+        for folder, name in sorted(named - listed):
+            self.errors.append("%s/%s is named in the database but not in media.tsv" % (folder, name))
+        for folder, name in sorted(listed - named):
+            self.errors.append("%s/%s is in media.tsv but named nowhere in the database" % (folder, name))
+
     def run(self, connection):
         rows = connection.execute("SELECT ResourceID, ResTypeID, TextPath, PicturePath FROM Resources")
         for resource, kind, text, picture in rows:
@@ -174,6 +197,7 @@ def main(argv):
     connection = sqlite3.connect(database)
     try:
         checker.run(connection)
+        checker.manifest(os.path.join(args.source, "media.tsv"), connection)
     finally:
         connection.close()
     for message in checker.missing_media:

@@ -134,7 +134,10 @@ RecordsetSource resolveRecordsetSource(sqlite::Connection &, const QStringList &
     static const QRegularExpression bareName(
         QStringLiteral(R"(^[\w ]+$)"), QRegularExpression::UseUnicodePropertiesOption);
     static const QRegularExpression statement(
-        QStringLiteral(R"(^\s*(SELECT|TRANSFORM|PARAMETERS|WITH|\()\b)"),
+        QStringLiteral(
+            "^\\s*(\\(|(SELECT|TRANSFORM|PARAMETERS|WITH|VALUES|INSERT|UPDATE|DELETE|REPLACE|CREATE|DROP|"
+            "ALTER|PRAGMA|VACUUM|ATTACH|DETACH|REINDEX|ANALYZE|BEGIN|COMMIT|ROLLBACK|SAVEPOINT|RELEASE|"
+            "EXPLAIN)\\b)"),
         QRegularExpression::CaseInsensitiveOption);
     if (name.isEmpty() || (bareName.match(name).hasMatch() && !statement.match(name).hasMatch()))
         throw errors::noSuchTable(name);

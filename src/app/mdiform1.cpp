@@ -1,0 +1,381 @@
+#include "mdiform1.h"
+
+#include "actionsdocument.h"
+#include "frmnewfirst.h"
+#include "frmploigisi.h"
+
+#include <conference.h>
+#include <database.h>
+#include <errorpolicy.h>
+#include <frmsmallbutton.h>
+#include <modglobal.h>
+#include <modmail.h>
+#include <msgbox.h>
+#include <programbitmaps.h>
+#include <tlb.h>
+#include <twips.h>
+
+#include <QApplication>
+#include <QCloseEvent>
+#include <QHash>
+#include <QMdiArea>
+#include <QMdiSubWindow>
+#include <QMenuBar>
+#include <QScreen>
+#include <QVBoxLayout>
+
+namespace {
+
+QHash<int, MDIForm1::ChildProvider> &childProviders()
+{
+    static QHash<int, MDIForm1::ChildProvider> providers;
+    return providers;
+}
+
+std::function<QWidget *()> &startScreenFactory()
+{
+    static std::function<QWidget *()> factory = [] { return static_cast<QWidget *>(new frmNewFirst); };
+    return factory;
+}
+
+QWidget *childWindow(MDIForm1::ChildWindow which, bool create)
+{
+    const auto it = childProviders().constFind(int(which));
+    if (it == childProviders().constEnd() || !*it)
+        return nullptr;
+    return (*it)(create);
+}
+
+} // namespace
+
+MDIForm1::MDIForm1(QWidget *parent)
+    : QMainWindow(parent)
+    , area(new QMdiArea)
+    , TlbMain(new Tlb)
+{
+    setObjectName(QStringLiteral("MDIForm1"));
+    setAttribute(Qt::WA_DeleteOnClose);
+    setWindowTitle(QStringLiteral("ΤΡΕΜΙΔΙΑ"));
+    // The shell has one size: no maximise box and no resizing frame.
+    setWindowFlags(Qt::Window | Qt::CustomizeWindowHint | Qt::WindowTitleHint | Qt::WindowSystemMenuHint
+        | Qt::WindowMinimizeButtonHint | Qt::WindowCloseButtonHint);
+    setFixedSize(800, 600);
+
+    area->setObjectName(QStringLiteral("area"));
+    area->setHorizontalScrollBarPolicy(Qt::ScrollBarAsNeeded);
+    area->setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);
+    TlbMain->setObjectName(QStringLiteral("TlbMain"));
+
+    auto *client = new QWidget;
+    auto *layout = new QVBoxLayout(client);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(0);
+    layout->addWidget(TlbMain);
+    layout->addWidget(area, 1);
+    setCentralWidget(client);
+
+    buildMenu();
+    connect(TlbMain, &Tlb::ButtonClick, this,
+        [this](const QString &key) { platform::guarded([&] { TlbMain_ButtonClick(key); }); });
+
+    ShellWindow::setCurrent(this);
+}
+
+MDIForm1::~MDIForm1()
+{
+    ShellWindow::clearCurrent(this);
+}
+
+void MDIForm1::registerDefaultInstance()
+{
+    ShellWindow::setFactory([]() -> ShellWindow * { return new MDIForm1; });
+}
+
+void MDIForm1::setChildWindowProvider(ChildWindow which, ChildProvider provider)
+{
+    childProviders().insert(int(which), std::move(provider));
+}
+
+void MDIForm1::setStartScreenFactory(std::function<QWidget *()> factory)
+{
+    startScreenFactory()
+        = factory ? std::move(factory) : [] { return static_cast<QWidget *>(new frmNewFirst); };
+}
+
+void MDIForm1::buildMenu()
+{
+    QMenuBar *bar = menuBar();
+
+    mnuFile = bar->addMenu(QStringLiteral("Πλοήγηση"));
+    mnuPrev = mnuFile->addAction(QStringLiteral("Επιστροφή"));
+    mnuFile->addSeparator();
+    mnuExit = mnuFile->addAction(QStringLiteral("&Έξοδος"));
+    connect(mnuPrev, &QAction::triggered, this, [this] {
+        platform::guarded([this] {
+            showStartScreen();
+            close();
+        });
+    });
+    connect(mnuExit, &QAction::triggered, this, [this] { close(); });
+
+    mnumousia = bar->addMenu(QStringLiteral("Μουσεία"));
+    mnuMoys1 = mnumousia->addAction(QStringLiteral("Εικονικό μουσείο"));
+    mnuMous2 = mnumousia->addAction(QStringLiteral("Συλλογές ευρημάτων στο διαδίκτυο"));
+
+    mnuChoices = bar->addMenu(QStringLiteral("Επιλογές"));
+    mnufacilities = mnuChoices->addAction(QStringLiteral("Αναζήτηση στη βάση δεδομένων"));
+    connect(mnufacilities, &QAction::triggered, this,
+        [this] { platform::guarded([this] { showChild(ChildWindow::SearchResources, false); }); });
+
+    mnuView = bar->addMenu(QStringLiteral("Προβολή"));
+    mnuStudNotes = mnuView->addAction(QStringLiteral("Σημειωματάριο"));
+    mnuCatalogue = mnuView->addAction(QStringLiteral("Ευρετήριο"));
+    mnuDraw = mnuView->addAction(QStringLiteral("Χώρος σχεδίασης"));
+    mnuNotes = mnuView->addAction(QStringLiteral("Εργασίες"));
+    for (QAction *toggle : {mnuStudNotes, mnuCatalogue, mnuDraw})
+        toggle->setCheckable(true);
+    connect(mnuStudNotes, &QAction::triggered, this,
+        [this] { platform::guarded([this] { toggleWindow(mnuStudNotes, ChildWindow::Notes, false); }); });
+    connect(mnuCatalogue, &QAction::triggered, this,
+        [this] { platform::guarded([this] { toggleWindow(mnuCatalogue, ChildWindow::Index, true); }); });
+    connect(mnuDraw, &QAction::triggered, this,
+        [this] { platform::guarded([this] { toggleWindow(mnuDraw, ChildWindow::Drawing, true); }); });
+    connect(mnuNotes, &QAction::triggered, this,
+        [this] { platform::guarded([this] { OpenActionsDocument(); }); });
+
+    mnuWndAlign = bar->addMenu(QStringLiteral("Παράθυρα"));
+    mnuCascade = mnuWndAlign->addAction(QStringLiteral("&Επικάλυψη"));
+    mnuTileHorizontal = mnuWndAlign->addAction(QStringLiteral("&Ορίζοντια Παράθεση"));
+    mnuTileVertical = mnuWndAlign->addAction(QStringLiteral("&Κάθετη Παράθεση"));
+    mnuArrangeIcons = mnuWndAlign->addAction(QStringLiteral("&Τακτοποίηση Παραθύρων"));
+    // The tiling items pass each other's arrangement: the horizontal item lays the
+    // windows side by side, the vertical one above each other.
+    connect(mnuCascade, &QAction::triggered, this, [this] { Arrange(0); });
+    connect(mnuTileHorizontal, &QAction::triggered, this, [this] { Arrange(2); });
+    connect(mnuTileVertical, &QAction::triggered, this, [this] { Arrange(1); });
+    connect(mnuArrangeIcons, &QAction::triggered, this, [this] { Arrange(3); });
+    WindowListSeparator = mnuWndAlign->addSeparator();
+    WindowListSeparator->setVisible(false);
+    // Entry 0 is the designed "List", never shown; the text windows take entry 1 as
+    // their place in the list, so it stands ready, hidden, from the start.
+    for (int i = 0; i <= 1; ++i) {
+        QAction *entry = mnuWndAlign->addAction(QStringLiteral("List"));
+        entry->setCheckable(true);
+        entry->setVisible(false);
+        m_mnuList.append(entry);
+    }
+
+    mnuHelp = bar->addAction(QStringLiteral("Βοήθεια"));
+}
+
+int MDIForm1::mnuListUBound() const
+{
+    return int(m_mnuList.size()) - 1;
+}
+
+QAction *MDIForm1::mnuList(int index)
+{
+    if (index < 0 || index >= m_mnuList.size())
+        throw platform::RuntimeError(
+            platform::errors::SubscriptOutOfRange, QStringLiteral("Δείκτης εκτός περιοχής"));
+    return m_mnuList.at(index);
+}
+
+void MDIForm1::setToggleChecked(Toggle toggle, bool checked)
+{
+    switch (toggle) {
+    case Toggle::StudNotes:
+        mnuStudNotes->setChecked(checked);
+        break;
+    case Toggle::Catalogue:
+        mnuCatalogue->setChecked(checked);
+        break;
+    case Toggle::Draw:
+        mnuDraw->setChecked(checked);
+        break;
+    }
+}
+
+void MDIForm1::toggleWindow(QAction *toggle, ChildWindow which, bool centred)
+{
+    // The mark belongs to the window, which sets it on load and clears it on unload;
+    // a click only reads it.
+    const bool wasChecked = !toggle->isChecked();
+    toggle->setChecked(wasChecked);
+    if (!wasChecked) {
+        showChild(which, centred);
+        return;
+    }
+    if (QWidget *w = childWindow(which, false)) {
+        if (auto *sub = qobject_cast<QMdiSubWindow *>(w->parentWidget()))
+            sub->close();
+        else
+            w->close();
+    }
+}
+
+void MDIForm1::showChild(ChildWindow which, bool centred)
+{
+    QWidget *w = childWindow(which, true);
+    if (!w)
+        return;
+    if (centred) {
+        modGlobal::CenterAndShow(w);
+        return;
+    }
+    auto *sub = qobject_cast<QMdiSubWindow *>(w->parentWidget());
+    if (w->isWindow() && !sub)
+        sub = area->addSubWindow(w);
+    if (sub) {
+        sub->show();
+        area->setActiveSubWindow(sub);
+    }
+    w->show();
+}
+
+void MDIForm1::TlbMain_ButtonClick(const QString &key)
+{
+    if (key == u"first" || key == u"prev") {
+        showStartScreen();
+        close();
+    } else if (key == u"exit") {
+        close();
+        modGlobal::End();
+    } else if (key == u"Search") {
+        if (QWidget *index = childWindow(ChildWindow::Index, true))
+            modGlobal::CenterAndShow(index);
+    } else if (key == u"Notes") {
+        showChild(ChildWindow::Notes, false);
+    } else if (key == u"drawing") {
+        showChild(ChildWindow::Drawing, false);
+    } else if (key == u"e-mail") {
+        if (!modMail::StartMailClient())
+            platform::MsgBox(QStringLiteral("Δεν μπορώ να βρώ κάποιο πρόγραμμα αποστολής e-mail")
+                    + QStringLiteral("\r\n") + QStringLiteral("εγκατεστημένο στον υπολογιστή σας"),
+                platform::vbCritical, platform::ProgramTitle.toString());
+    } else if (key == u"Network") {
+        outside::StartConference();
+    } else if (key == u"Ploigisi") {
+        frmPloigisi::defaultInstance(this)->show();
+    } else if (key == u"SearchResources") {
+        showChild(ChildWindow::SearchResources, false);
+    }
+    // "Sound" and any other key do nothing.
+}
+
+void MDIForm1::showEvent(QShowEvent *event)
+{
+    QMainWindow::showEvent(event);
+    if (!m_loaded) {
+        m_loaded = true;
+        platform::guarded([this] { Form_Load(); });
+    }
+}
+
+void MDIForm1::Form_Load()
+{
+    area->setBackground(QBrush(resources::LoadResPicture(QStringLiteral("BGR_1"))));
+
+    // Left and top come from the size the window has before the move; the shell's own
+    // size is 800 by 600 from the start, so it comes out centred.
+    if (QScreen *screen = this->screen() ? this->screen() : QGuiApplication::primaryScreen()) {
+        const int screenWidth = platform::twipsFromPixelsX(screen->geometry().width());
+        const int screenHeight = platform::twipsFromPixelsY(screen->geometry().height());
+        const int left = (screenWidth - platform::twipsFromPixelsX(frameGeometry().width())) / 2;
+        const int top = (screenHeight - platform::twipsFromPixelsY(frameGeometry().height())) / 2;
+        move(screen->geometry().left() + platform::pixelsFromTwipsX(left),
+            screen->geometry().top() + platform::pixelsFromTwipsY(top));
+    }
+    setFixedSize(platform::pixelsFromTwipsX(platform::TwipsPerPixelX * 800.0),
+        platform::pixelsFromTwipsY(platform::TwipsPerPixelY * 600.0));
+
+    LoadResources();
+}
+
+void MDIForm1::closeEvent(QCloseEvent *event)
+{
+    if (!m_unloaded) {
+        m_unloaded = true;
+        Form_Unload();
+    }
+    QMainWindow::closeEvent(event);
+}
+
+void MDIForm1::Form_Unload()
+{
+    platform::guarded([this] { UnloadResources(); });
+    // From here a request for the shell makes a new one.
+    ShellWindow::clearCurrent(this);
+    platform::guarded([this] { showStartScreen(); });
+}
+
+void MDIForm1::showStartScreen()
+{
+    // The start screen is one window: going back by the menu asks for it twice, and the
+    // second request finds the first one up.
+    static QPointer<QWidget> shown;
+    if (shown && shown->isVisible())
+        return;
+    shown = startScreenFactory()();
+    if (shown)
+        shown->show();
+}
+
+void MDIForm1::OpenActionsDocument()
+{
+    try {
+        auto rs = modGlobal::gDatabase->OpenRecordset(
+            QStringLiteral("SELECT ActionsDocument From Activities WHERE ActivityID=")
+            + QString::number(m_activityID));
+        if (rs->BOF() && rs->Eof())
+            return;
+        rs->MoveFirst();
+        const QString document = rs->Fields(QStringLiteral("ActionsDocument")).text();
+        rs->Close();
+        if (document.isEmpty())
+            return;
+        actions::openCopyInWordProcessor(modGlobal::gDataFolder, QStringLiteral("\\Actions\\"), document);
+    } catch (const platform::RuntimeError &e) {
+        platform::MsgBox(e.description(), platform::vbCritical, platform::ProgramTitle.toString());
+    }
+}
+
+QString MDIForm1::RomanNumeral(int number)
+{
+    static const QStringList numerals = {
+        QStringLiteral("I"),
+        QStringLiteral("II"),
+        QStringLiteral("III"),
+        QStringLiteral("IV"),
+        QStringLiteral("V"),
+        QStringLiteral("VI"),
+        QStringLiteral("VII"),
+        QStringLiteral("VIII"),
+        QStringLiteral("IX"),
+        QStringLiteral("X"),
+        QStringLiteral("XI"),
+        QStringLiteral("XII"),
+        QStringLiteral("XIII"),
+        QStringLiteral("XIV"),
+        QStringLiteral("XV"),
+        QStringLiteral("XVI"),
+        QStringLiteral("XVII"),
+        QStringLiteral("XVIII"),
+        QStringLiteral("XIX"),
+        QStringLiteral("XX"),
+        QStringLiteral("XXI"),
+        QStringLiteral("XXII"),
+        QStringLiteral("XXIII"),
+        QStringLiteral("XXIV"),
+        QStringLiteral("XXV"),
+        QStringLiteral("XXVI"),
+        QStringLiteral("XXVII"),
+        QStringLiteral("XXVIII"),
+        QStringLiteral("XXIX"),
+        QStringLiteral("XXX"),
+    };
+    if (number < 1 || number > numerals.size())
+        throw platform::RuntimeError(
+            platform::errors::SubscriptOutOfRange, QStringLiteral("Δείκτης εκτός περιοχής"));
+    return numerals.at(number - 1);
+}

@@ -1,0 +1,10 @@
+#pragma once
+
+// The mail client of the user, as the desktop has it registered for mailto links.
+namespace modMail {
+
+// Starts the registered mailto handler with no message. True when it was started;
+// false when the desktop has no handler or the handler's program would not start.
+bool StartMailClient();
+
+} // namespace modMail

@@ -1,0 +1,82 @@
+#pragma once
+
+#include "sourceviewer.h"
+
+#include <QPointer>
+#include <QWidget>
+
+#include <array>
+
+class QLabel;
+class QMdiSubWindow;
+
+// A tile of the main shell: one resource of the activity, shown as a picture of its
+// kind with its number. It owns the viewer of the resource, opens it on a click, shows
+// whether the source is unopened, open or was read, and keeps behind the open windows.
+class frmSmallButton final : public QWidget
+{
+    Q_OBJECT
+
+public:
+    explicit frmSmallButton(QWidget *parent = nullptr);
+    ~frmSmallButton() override;
+    Q_DISABLE_COPY_MOVE(frmSmallButton)
+
+    // Controls.
+    QLabel *const Image1; // the picture of the kind and state
+    QLabel *const Label1; // the tile's number, over the picture
+
+    // Setting the id dresses the tile for that resource.
+    qint32 ResourceID() const { return m_resourceID; }
+    void setResourceID(qint32 resourceID);
+
+    // The tile's Load: the unopened picture, no viewer open.
+    void Load();
+    // Closes the tile (and the viewer it has open), wherever it is shown.
+    void Unload();
+
+    // Where the tile stands, for the shell and for tests.
+    SourceViewer::Kind kind() const { return m_kind; }
+    SourceViewer *SourceForm() const { return m_sourceForm; }
+    bool SourceOpen() const { return m_sourceOpen != 0; }
+    QString currentBitmap() const { return m_currentBitmap; }
+    QString MapPicturePath() const { return m_mapPicturePath; }
+    QString MapCaption() const { return m_mapCaption; }
+
+    // The click on the picture or the number, as the user gives it.
+    void Image1_Click();
+
+    // The design client size of the form, before the shell sizes it to its picture.
+    static constexpr int DesignWidthTwips = 1560;
+    static constexpr int DesignHeightTwips = 1005;
+
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
+    void closeEvent(QCloseEvent *event) override;
+    void showEvent(QShowEvent *event) override;
+
+private:
+    enum TileState { Closed = 0, Open = 1, Visited = 2 };
+
+    void ShowResource();
+    bool SourceExists();
+    void setPicture(TileState state);
+    void SourceForm_OnUnload();
+    void ZOrderToBack();
+    void Form_Activate();
+    void adoptViewer(SourceViewer *viewer);
+    void disposeViewer();
+    QMdiSubWindow *subWindow() const;
+
+    qint32 m_resourceID = 0;
+    SourceViewer::Kind m_kind = SourceViewer::Kind::None;
+    QString m_mapPicturePath;
+    QString m_mapCaption;
+    QPointer<SourceViewer> m_sourceForm;
+    qint16 m_sourceOpen = 0;
+    std::array<QString, 3> m_tileBitmaps; // closed, open, visited; empty for a kind with none
+    QString m_currentBitmap;
+    QPointer<QMdiSubWindow> m_watchedSub;
+    bool m_passingActivation = false;
+};

@@ -1,0 +1,87 @@
+#include "sourceviewer.h"
+
+#include <QCloseEvent>
+#include <QHash>
+#include <QMdiSubWindow>
+
+namespace {
+
+QHash<int, SourceViewer::Factory> &factories()
+{
+    static QHash<int, SourceViewer::Factory> table;
+    static bool standardRegistered = false;
+    if (!standardRegistered) {
+        standardRegistered = true;
+        registerStandardViewers();
+    }
+    return table;
+}
+
+} // namespace
+
+SourceViewer::SourceViewer(QWidget *parent)
+    : QWidget(parent)
+{
+}
+
+SourceViewer::~SourceViewer() = default;
+
+void SourceViewer::setMapPicture(const QString &)
+{
+}
+
+void SourceViewer::setMapCaption(const QString &caption)
+{
+    setWindowTitle(caption);
+}
+
+void SourceViewer::Unload()
+{
+    if (auto *sub = qobject_cast<QMdiSubWindow *>(parentWidget()))
+        sub->close();
+    else
+        close();
+}
+
+void SourceViewer::closeEvent(QCloseEvent *event)
+{
+    QWidget::closeEvent(event);
+    if (event->isAccepted())
+        emit OnUnload();
+}
+
+SourceViewer::Kind SourceViewer::kindOfResType(qint32 resTypeID)
+{
+    switch (resTypeID) {
+    case 1:
+    case 6:
+        return Kind::Photo;
+    case 2:
+        return Kind::Text;
+    case 5:
+        return Kind::Map;
+    default:
+        return Kind::None;
+    }
+}
+
+SourceViewer *SourceViewer::create(Kind kind)
+{
+    if (kind == Kind::None)
+        return nullptr;
+    const auto it = factories().constFind(int(kind));
+    if (it == factories().constEnd() || !*it)
+        return nullptr;
+    return (*it)();
+}
+
+void SourceViewer::setFactory(Kind kind, Factory factory)
+{
+    factories().insert(int(kind), std::move(factory));
+}
+
+bool SourceViewer::hasFactory(Kind kind)
+{
+    const auto it = factories().constFind(int(kind));
+    return it != factories().constEnd() && bool(*it);
+}

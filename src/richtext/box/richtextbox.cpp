@@ -86,14 +86,81 @@ void RichTextBox::onContentsChange(int, int, int)
 
 void RichTextBox::onSelectionMoved()
 {
-    const QTextCursor cursor = textCursor();
-    const int start = cursor.selectionStart();
-    const int length = cursor.selectionEnd() - start;
+    if (m_pending)
+        return; // the pending selection has been told already
+    const QTextCursor cursor = QTextEdit::textCursor();
+    noteSelection(cursor.selectionStart(), cursor.selectionEnd() - cursor.selectionStart());
+}
+
+void RichTextBox::noteSelection(int start, int length)
+{
     if (start == m_lastSelStart && length == m_lastSelLength)
         return;
     m_lastSelStart = start;
     m_lastSelLength = length;
     emit SelChange();
+}
+
+// A selection set through SelStart and SelLength is kept aside and handed to the text
+// edit at the next event. The hot-word search moves the selection thousands of times
+// without anyone looking, and the text edit would scroll and repaint for each of them.
+void RichTextBox::setPendingSelection(int anchor, int position)
+{
+    m_pending = true;
+    m_pendingAnchor = anchor;
+    m_pendingPosition = position;
+    if (!m_flushQueued) {
+        m_flushQueued = true;
+        QMetaObject::invokeMethod(
+            this,
+            [this] {
+                m_flushQueued = false;
+                flushSelection();
+            },
+            Qt::QueuedConnection);
+    }
+    noteSelection(std::min(anchor, position), std::abs(position - anchor));
+}
+
+void RichTextBox::flushSelection()
+{
+    if (!m_pending)
+        return;
+    m_pending = false;
+    const int length = TextLength();
+    QTextCursor cursor = QTextEdit::textCursor();
+    cursor.setPosition(std::min(m_pendingAnchor, length));
+    cursor.setPosition(std::min(m_pendingPosition, length), QTextCursor::KeepAnchor);
+    setTextCursor(cursor);
+}
+
+QTextCursor RichTextBox::currentCursor() const
+{
+    if (!m_pending)
+        return QTextEdit::textCursor();
+    const int length = TextLength();
+    QTextCursor cursor(document());
+    cursor.setPosition(std::min(m_pendingAnchor, length));
+    cursor.setPosition(std::min(m_pendingPosition, length), QTextCursor::KeepAnchor);
+    return cursor;
+}
+
+QTextCursor RichTextBox::textCursor() const
+{
+    const_cast<RichTextBox *>(this)->flushSelection();
+    return QTextEdit::textCursor();
+}
+
+bool RichTextBox::event(QEvent *event)
+{
+    flushSelection();
+    return QTextEdit::event(event);
+}
+
+bool RichTextBox::viewportEvent(QEvent *event)
+{
+    flushSelection();
+    return QTextEdit::viewportEvent(event);
 }
 
 // --- Text and selection ---------------------------------------------------------------
@@ -119,6 +186,7 @@ const QString &RichTextBox::foldedText() const
 void RichTextBox::setText(const QString &text)
 {
     // The text takes the box's font and nothing of what stood before.
+    m_pending = false;
     document()->setDefaultFont(font());
     setPlainText(text);
     m_undoneLast = false;
@@ -131,36 +199,34 @@ int RichTextBox::TextLength() const
 
 int RichTextBox::SelStart() const
 {
-    return textCursor().selectionStart();
+    if (m_pending)
+        return std::min({m_pendingAnchor, m_pendingPosition, TextLength()});
+    return QTextEdit::textCursor().selectionStart();
 }
 
 void RichTextBox::setSelStart(int place)
 {
     requireNotNegative(place);
-    QTextCursor cursor = textCursor();
-    cursor.setPosition(std::min(place, TextLength()));
-    setTextCursor(cursor);
+    const int start = std::min(place, TextLength());
+    setPendingSelection(start, start);
 }
 
 int RichTextBox::SelLength() const
 {
-    const QTextCursor cursor = textCursor();
+    const QTextCursor cursor = currentCursor();
     return cursor.selectionEnd() - cursor.selectionStart();
 }
 
 void RichTextBox::setSelLength(int length)
 {
     requireNotNegative(length);
-    QTextCursor cursor = textCursor();
-    const int start = cursor.selectionStart();
-    cursor.setPosition(start);
-    cursor.setPosition(std::min(start + length, TextLength()), QTextCursor::KeepAnchor);
-    setTextCursor(cursor);
+    const int start = SelStart();
+    setPendingSelection(start, std::min(start + length, TextLength()));
 }
 
 QString RichTextBox::SelText() const
 {
-    const QTextCursor cursor = textCursor();
+    const QTextCursor cursor = currentCursor();
     if (!cursor.hasSelection())
         return QString();
     // Same characters as Text, one for one.
@@ -187,7 +253,7 @@ void RichTextBox::setSelText(const QString &text)
 
 QByteArray RichTextBox::SelRTF() const
 {
-    return richtext::writeSelection(textCursor());
+    return richtext::writeSelection(currentCursor());
 }
 
 void RichTextBox::setSelRTF(const QByteArray &rtf)
@@ -217,14 +283,33 @@ void RichTextBox::setSelRTF(const QString &rtf)
 template<typename Read>
 auto RichTextBox::charProperty(Read read) const -> std::optional<decltype(read(QTextCharFormat()))>
 {
-    const QTextCursor cursor = textCursor();
-    if (!cursor.hasSelection())
-        return read(cursor.charFormat());
-
+    int from = 0;
+    int to = 0;
+    if (m_pending) {
+        const int length = TextLength();
+        from = std::min({m_pendingAnchor, m_pendingPosition, length});
+        to = std::min(std::max(m_pendingAnchor, m_pendingPosition), length);
+    } else {
+        const QTextCursor cursor = QTextEdit::textCursor();
+        // The edit's own cursor also knows the format set for typing at the caret.
+        if (!cursor.hasSelection())
+            return read(cursor.charFormat());
+        from = cursor.selectionStart();
+        to = cursor.selectionEnd();
+    }
     QVarLengthArray<int, 8> formats;
-    m_runs->formatsIn(*document(), cursor.selectionStart(), cursor.selectionEnd(), formats);
+    if (from == to) {
+        // The character before the caret; at the start of a paragraph, the one after.
+        const QTextBlock block = document()->findBlock(from);
+        const int place = from == block.position() && block.length() > 1 ? from : from - 1;
+        if (place < 0)
+            return read(block.charFormat());
+        m_runs->formatsIn(*document(), place, place + 1, formats);
+    } else {
+        m_runs->formatsIn(*document(), from, to, formats);
+    }
     if (formats.isEmpty()) // nothing but paragraph ends
-        return read(document()->findBlock(cursor.selectionStart()).charFormat());
+        return read(document()->findBlock(from).charFormat());
     const QList<QTextFormat> all = document()->allFormats();
     const auto value = read(all.at(formats.at(0)).toCharFormat());
     for (qsizetype i = 1; i < formats.size(); ++i) {
@@ -400,7 +485,7 @@ void setIndents(QTextBlockFormat &format, int indent, int hanging)
 template<typename Read>
 auto RichTextBox::blockProperty(Read read) const -> std::optional<decltype(read(QTextBlock()))>
 {
-    const BlockRange range = selectedBlocks(*document(), textCursor());
+    const BlockRange range = selectedBlocks(*document(), currentCursor());
     const auto value = read(range.first);
     for (QTextBlock block = range.first; block.isValid() && block != range.last;) {
         block = block.next();
@@ -412,7 +497,7 @@ auto RichTextBox::blockProperty(Read read) const -> std::optional<decltype(read(
 
 template<typename Edit> void RichTextBox::changeBlocks(Edit change)
 {
-    const BlockRange range = selectedBlocks(*document(), textCursor());
+    const BlockRange range = selectedBlocks(*document(), currentCursor());
     QTextCursor edit(document());
     edit.beginEditBlock();
     for (QTextBlock block = range.first; block.isValid();) {
@@ -465,7 +550,7 @@ std::optional<bool> RichTextBox::SelBullet() const
 
 void RichTextBox::setSelBullet(bool on)
 {
-    const BlockRange range = selectedBlocks(*document(), textCursor());
+    const BlockRange range = selectedBlocks(*document(), currentCursor());
     QTextCursor edit(document());
     edit.beginEditBlock();
     QTextList *list = nullptr;
@@ -721,6 +806,7 @@ void RichTextBox::Refresh()
 
 void RichTextBox::Undo()
 {
+    flushSelection();
     if (m_undoneLast) {
         if (document()->isRedoAvailable())
             redo();

@@ -164,6 +164,9 @@ public:
     // The top-left corner of the place's character, in pixels relative to the box.
     QPoint PosFromChar(int place) const;
 
+    // QTextEdit's cursor, with a selection set through SelStart and SelLength brought in.
+    QTextCursor textCursor() const;
+
     // One level of undo: the last change is undone, and a second Undo redoes it.
     void Undo();
     bool CanUndo() const;
@@ -201,6 +204,8 @@ public:
     void setOleDropManual(bool manual) { m_oleDropManual = manual; }
 
 protected:
+    bool event(QEvent *event) override;
+    bool viewportEvent(QEvent *event) override;
     void mousePressEvent(QMouseEvent *event) override;
     void mouseMoveEvent(QMouseEvent *event) override;
     void mouseReleaseEvent(QMouseEvent *event) override;
@@ -211,6 +216,10 @@ private:
     const QString &foldedText() const;
     void onContentsChange(int position, int removed, int added);
     void onSelectionMoved();
+    void noteSelection(int start, int length);
+    void setPendingSelection(int anchor, int position);
+    void flushSelection();
+    QTextCursor currentCursor() const;
     void applyWrapping();
     void applyPointer();
     void ensureLayoutWidth() const;
@@ -228,6 +237,10 @@ private:
     mutable bool m_foldedValid = false;
     std::unique_ptr<richtextbox::FormatRuns> m_runs;
     std::unique_ptr<richtextbox::PageLayout> m_pages;
+    bool m_pending = false;
+    bool m_flushQueued = false;
+    int m_pendingAnchor = 0;
+    int m_pendingPosition = 0;
     int m_lastSelStart = 0;
     int m_lastSelLength = 0;
     bool m_undoneLast = false;

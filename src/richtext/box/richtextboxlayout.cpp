@@ -65,6 +65,7 @@ void RichTextBox::LoadFile(const QString &path, int type)
         throw platform::RuntimeError(InvalidPropertyValue, u"Μη έγκυρη τιμή ιδιότητας"_s);
     const QByteArray data = readWholeFile(path);
 
+    m_pending = false;
     document()->setDefaultFont(font());
     if (type == RichTextFile && richtext::isRtf(data)) {
         document()->clear();
@@ -117,12 +118,8 @@ int RichTextBox::Find(const QString &text, int start, int end, int options)
     const QString all = Text();
     const bool matchCase = options & FindMatchCase;
     const int hit = richtextbox::findText(all, matchCase ? all : foldedText(), text, start, end, options);
-    if (hit >= 0) {
-        QTextCursor cursor = textCursor();
-        cursor.setPosition(hit);
-        cursor.setPosition(hit + int(text.size()), QTextCursor::KeepAnchor);
-        setTextCursor(cursor);
-    }
+    if (hit >= 0)
+        setPendingSelection(hit, hit + int(text.size()));
     return hit;
 }
 
@@ -245,7 +242,7 @@ void RichTextBox::SelPrint(QPagedPaintDevice *device) const
         return;
     QTextDocument selection;
     selection.setDefaultFont(document()->defaultFont());
-    QTextCursor(&selection).insertFragment(textCursor().selection());
+    QTextCursor(&selection).insertFragment(currentCursor().selection());
 
     QPainter painter(device);
     if (!painter.isActive())

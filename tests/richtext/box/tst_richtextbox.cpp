@@ -115,6 +115,21 @@ private slots:
         QCOMPARE(errorNumberOf([&] { box.setSelLength(-1); }), 380);
     }
 
+    void aSelectionSetByTheProgramReachesTheEditAtTheNextEvent()
+    {
+        RichTextBox box;
+        box.setText(u"αβγδεζ"_s);
+        box.setSelStart(2);
+        box.setSelLength(3);
+        QCOMPARE(box.textCursor().selectionStart(), 2);
+        QCOMPARE(box.textCursor().selectionEnd(), 5);
+        box.setSelStart(1);
+        QCoreApplication::processEvents();
+        const QTextEdit &edit = box;
+        QCOMPARE(edit.textCursor().position(), 1);
+        QVERIFY(!edit.textCursor().hasSelection());
+    }
+
     void selTextReplacesInTheFormatOfTheFirstCharacter()
     {
         RichTextBox box;

@@ -37,9 +37,11 @@ while IFS=$'\t' read -r folder file _rest; do
     mkdir -p "$(dirname "$dest")"
     case "${ext,,}" in
         png)
-            rsvg-convert -o "$tmp/out.png" "$src"
-            # strip dates and names so that a new rendering of the same drawing is the same file
-            convert "$tmp/out.png" -strip -define png:exclude-chunks=date,time "$dest"
+            # opaque RGB: a map becomes the painter's canvas, which has no use for alpha;
+            # dates are left out so that a new rendering of the same drawing is the same file
+            rsvg-convert -b white -o "$tmp/out.png" "$src"
+            convert "$tmp/out.png" -alpha off -strip -define png:exclude-chunks=date,time \
+                "PNG24:$dest"
             ;;
         jpg|jpeg)
             rsvg-convert -b white -o "$tmp/out.png" "$src"

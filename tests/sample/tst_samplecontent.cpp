@@ -12,6 +12,7 @@
 #include <QDirIterator>
 #include <QFile>
 #include <QFileInfo>
+#include <QImageReader>
 #include <QRegularExpression>
 #include <QSet>
 #include <QTest>
@@ -116,6 +117,7 @@ private slots:
     void resourceTableSeeksByPrimaryKey();
     void everyTextHasCommentsAndIndexTerms();
     void everyFileNamedByTheContentExists();
+    void mediaFilesAreWhatTheirNamesSay();
     void textsAreWrittenAsTheRichEditControlWritesThem();
     void hotWordPhrasesStandPaintedInTheirColour();
     void onePhraseStandsBlackBeforeItsPaintedPlace();
@@ -492,6 +494,42 @@ void tst_SampleContent::everyFileNamedByTheContentExists()
         }
     }
     QVERIFY2(missing.isEmpty(), qPrintable(missing.join(u", "_s)));
+}
+
+void tst_SampleContent::mediaFilesAreWhatTheirNamesSay()
+{
+    struct Named
+    {
+        QString sql;
+        QString literal;
+    };
+    const std::vector<Named> pictures = {
+        {u"SELECT PicturePath FROM Resources WHERE ResTypeID IN (1, 5, 6)"_s, u"\\Pictures\\"_s},
+        {u"SELECT Picture FROM Comments WHERE Picture <> ''"_s, u"\\photos\\"_s},
+        {u"SELECT Picture FROM Euretirio WHERE Picture <> ''"_s, u"\\Photos\\"_s},
+    };
+    for (const Named &n : pictures) {
+        for (const QString &name : column(n.sql)) {
+            QImageReader reader(platform::contentPath(dataFolder(), n.literal, name));
+            const QByteArray format = reader.format();
+            const QByteArray expected
+                = name.endsWith(u".png"_s) ? QByteArrayLiteral("png") : QByteArrayLiteral("jpeg");
+            QVERIFY2(format == expected, qPrintable(name + u' ' + QString::fromLatin1(format)));
+            const QSize size = reader.size();
+            QVERIFY2(size.width() >= 100 && size.height() >= 100, qPrintable(name));
+            QVERIFY2(size.width() <= 2000 && size.height() <= 2000, qPrintable(name));
+        }
+    }
+    const auto head = [&](const QString &literal, const QString &name) {
+        QFile file(platform::contentPath(dataFolder(), literal, name));
+        return file.open(QIODevice::ReadOnly) ? file.read(12) : QByteArray();
+    };
+    for (const QString &name : column(u"SELECT Sound FROM Euretirio WHERE Sound <> ''"_s)) {
+        const QByteArray bytes = head(u"\\Sounds\\"_s, name);
+        QVERIFY2(bytes.startsWith("RIFF") && bytes.mid(8, 4) == "WAVE", qPrintable(name));
+    }
+    for (const QString &name : column(u"SELECT Video FROM Euretirio WHERE Video <> ''"_s))
+        QVERIFY2(head(u"\\Videos\\"_s, name).startsWith("\x1a\x45\xdf\xa3"), qPrintable(name));
 }
 
 void tst_SampleContent::textsAreWrittenAsTheRichEditControlWritesThem()

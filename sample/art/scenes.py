@@ -814,8 +814,11 @@ def caldera_cliffs(w, h):
 def trireme(w, h, with_sea=True):
     s = Svg(w, h)
     if with_sea:
-        sky_and_sea(s, h * 0.62, seed=26)
-    draw_trireme(s, w * 0.5, h * 0.66, w / 420, oar_phase=0.0)
+        sky_and_sea(s, h * 0.5, seed=26)
+        island(s, w * 0.6, w * 1.05, h * 0.5, h * 0.08, "#a9a77a", seed=3)
+    draw_trireme(s, w * 0.48, h * 0.8, w / 500, oar_phase=0.0)
+    s.path(f"M{fmt(w * 0.06)},{fmt(h * 0.8 + 3)} L{fmt(w * 0.92)},{fmt(h * 0.8 + 3)}", stroke="#ffffff",
+           stroke_width=1.5, opacity=0.5)
     return s
 
 
@@ -823,12 +826,13 @@ def draw_trireme(s, x, y, k, oar_phase=0.0):
     """The warship in side view, facing right; oar_phase turns the oars (0 to 1)."""
     s.group(transform=f"translate({fmt(x)},{fmt(y)}) scale({fmt(k)})")
     # three banks of oars, drawn first so the hull covers their inner ends
-    for bank, (oy, length) in enumerate([(-14, 50), (-6, 42), (2, 34)]):
+    for bank, (oy, length, colour) in enumerate([(-14, 52, "#5a3a20"), (-6, 44, "#7a5230"),
+                                                 (2, 36, "#9a6a3e")]):
         swing = math.sin(2 * math.pi * (oar_phase + bank * 0.08)) * 10
-        for i in range(24):
-            ox = -150 + i * 12 + bank * 3
-            s.line(ox, oy, ox - 10 + swing, oy + length - abs(swing) * 0.3, stroke="#6e4a2a",
-                   stroke_width=1.6)
+        for i in range(16):
+            ox = -146 + i * 19 + bank * 6
+            s.line(ox, oy, ox - 12 + swing, oy + length - abs(swing) * 0.3, stroke=colour,
+                   stroke_width=2, stroke_linecap="round")
     hull = ("M-180,-20 C-190,-40 -200,-60 -186,-74 C-182,-60 -176,-44 -166,-34 L150,-34 "
             "L176,-24 L206,-8 L210,0 L170,0 C120,8 -120,8 -160,-2 Z")
     s.path(hull, fill="#5a3b24", stroke="#2f1e12", stroke_width=1.5)

@@ -46,7 +46,7 @@ def _profile(t_collapse):
     """The island's outline, from a whole cone (0) to a broken ring (1)."""
     cone = [(20, 176), (60, 150), (100, 112), (135, 82), (160, 70), (185, 82), (220, 112),
             (260, 150), (300, 176)]
-    ring = [(20, 176), (60, 150), (90, 122), (112, 140), (160, 206), (208, 140), (230, 122),
+    ring = [(20, 176), (60, 150), (90, 122), (112, 140), (160, 196), (208, 140), (230, 122),
             (260, 150), (300, 176)]
     return [(c[0] + (r[0] - c[0]) * t_collapse, c[1] + (r[1] - c[1]) * t_collapse)
             for c, r in zip(cone, ring)]
@@ -87,14 +87,16 @@ def caldera_frame(i):
         s.path(smooth(layer, closed=False), fill="none", stroke=col, stroke_width=3, opacity=0.7)
     # the empty magma chamber below, drawn in a cut-away
     chamber = 1 - span(t, 5.5, 7.0)
-    s.ellipse(160, 192, 46 * (0.4 + 0.6 * chamber), 12 * (0.4 + 0.6 * chamber),
-              fill="#e0542a" if chamber > 0.1 else "#3a2a22", opacity=0.9)
+    if collapse < 0.5:
+        s.ellipse(160, 192, 46 * (0.4 + 0.6 * chamber), 12 * (0.4 + 0.6 * chamber),
+                  fill="#e0542a" if chamber > 0.1 else "#3a2a22",
+                  opacity=fmt(0.9 * (1 - 2 * collapse)))
     # the sea pours into the hollow
     flood = span(t, 8.0, 9.5)
     if collapse > 0.6:
-        level = 210 - (210 - SEA_Y) * flood
+        level = 198 - (198 - SEA_Y) * flood
         clip = s.define("hollow", f'<clipPath id="hollow"><path d="{smooth(prof, closed=False)} L300,0 L20,0 Z"/></clipPath>')
-        s.rect(90, level, 140, 210 - level + 4, fill="#2f6f99", clip_path=clip)
+        s.rect(90, level, 140, 200 - level + 4, fill="#2f6f99", clip_path=clip)
         if 0 < flood < 1:
             for side in (112, 208):
                 s.path(f"M{side},{SEA_Y} q{(160 - side) * 0.3},{fmt(20 * flood)} {(160 - side) * 0.6},{fmt(30 * flood)}",

@@ -1,0 +1,287 @@
+// What RichTextBox::SaveFile writes must open in a word processor as the pupil sees it
+// in the notepad. LibreOffice Writer converts the saved file to flat ODF, and the text
+// and the formats are read back from there.
+
+#include <richtextbox.h>
+
+#include <QFile>
+#include <QHash>
+#include <QProcess>
+#include <QStandardPaths>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QXmlStreamReader>
+
+#include <cmath>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+using Properties = QHash<QString, QString>;
+
+struct Run
+{
+    QString text;
+    Properties properties;
+};
+
+struct Paragraph
+{
+    QString text;
+    Properties properties;
+    QList<Run> runs;
+    bool inList = false;
+};
+
+struct Style
+{
+    QString parent;
+    Properties properties;
+};
+
+// Reads the styles and the paragraphs of a flat ODF text document.
+class FlatOdf
+{
+public:
+    explicit FlatOdf(const QByteArray &xml)
+    {
+        QXmlStreamReader reader(xml);
+        int listDepth = 0;
+        QList<QString> spanStyles;
+        QString styleName;
+        bool inBody = false;
+        while (!reader.atEnd()) {
+            reader.readNext();
+            const QString name = reader.qualifiedName().toString();
+            if (reader.isStartElement()) {
+                const QXmlStreamAttributes attributes = reader.attributes();
+                if (name == u"style:style" || name == u"style:default-style") {
+                    styleName = name == u"style:default-style"
+                        ? u"#default-"_s + attributes.value(u"style:family"_s).toString()
+                        : attributes.value(u"style:name"_s).toString();
+                    Style &style = m_styles[styleName];
+                    style.parent = attributes.value(u"style:parent-style-name"_s).toString();
+                    if (style.parent.isEmpty() && name == u"style:style")
+                        style.parent = u"#default-"_s + attributes.value(u"style:family"_s).toString();
+                } else if (name == u"style:text-properties" || name == u"style:paragraph-properties") {
+                    if (!styleName.isEmpty()) {
+                        for (const QXmlStreamAttribute &a : attributes)
+                            m_styles[styleName].properties.insert(
+                                a.qualifiedName().toString(), a.value().toString());
+                    }
+                } else if (name == u"office:text") {
+                    inBody = true;
+                } else if (inBody && name == u"text:list") {
+                    ++listDepth;
+                } else if (inBody && (name == u"text:p" || name == u"text:h")) {
+                    Paragraph paragraph;
+                    paragraph.properties = resolved(attributes.value(u"text:style-name"_s).toString());
+                    paragraph.inList = listDepth > 0;
+                    m_paragraphs.append(paragraph);
+                    spanStyles = {attributes.value(u"text:style-name"_s).toString()};
+                } else if (inBody && name == u"text:span") {
+                    spanStyles.append(attributes.value(u"text:style-name"_s).toString());
+                } else if (inBody && name == u"text:s") {
+                    const int count = attributes.value(u"text:c"_s).toInt();
+                    addText(QString(std::max(1, count), u' '), spanStyles);
+                } else if (inBody && name == u"text:tab") {
+                    addText(u"\t"_s, spanStyles);
+                }
+            } else if (reader.isEndElement()) {
+                if (name == u"style:style" || name == u"style:default-style")
+                    styleName.clear();
+                else if (name == u"text:span" && !spanStyles.isEmpty())
+                    spanStyles.removeLast();
+                else if (name == u"text:p" || name == u"text:h")
+                    spanStyles.clear();
+                else if (name == u"text:list")
+                    --listDepth;
+                else if (name == u"office:text")
+                    inBody = false;
+            } else if (reader.isCharacters() && inBody && !m_paragraphs.isEmpty() && !spanStyles.isEmpty()) {
+                addText(reader.text().toString(), spanStyles);
+            }
+        }
+    }
+
+    const QList<Paragraph> &paragraphs() const { return m_paragraphs; }
+
+    // The run that holds the text, with the properties in force there.
+    Properties runOf(const QString &text) const
+    {
+        for (const Paragraph &p : m_paragraphs) {
+            for (const Run &run : p.runs) {
+                if (run.text.contains(text))
+                    return run.properties;
+            }
+        }
+        return {{u"missing"_s, text}};
+    }
+
+    const Paragraph *paragraphOf(const QString &text) const
+    {
+        for (const Paragraph &p : m_paragraphs) {
+            if (p.text.contains(text))
+                return &p;
+        }
+        return nullptr;
+    }
+
+private:
+    Properties resolved(const QString &styleName, int depth = 0) const
+    {
+        if (styleName.isEmpty() || depth > 20 || !m_styles.contains(styleName))
+            return {};
+        const Style &style = m_styles[styleName];
+        Properties properties = resolved(style.parent, depth + 1);
+        properties.insert(style.properties);
+        return properties;
+    }
+
+    void addText(const QString &text, const QList<QString> &styles)
+    {
+        Paragraph &paragraph = m_paragraphs.last();
+        paragraph.text += text;
+        Properties properties;
+        for (const QString &style : styles)
+            properties.insert(resolved(style));
+        paragraph.runs.append({text, properties});
+    }
+
+    QHash<QString, Style> m_styles;
+    QList<Paragraph> m_paragraphs;
+};
+
+// A length of ODF ("2.54cm", "1in", "18pt") in twips.
+int twips(const QString &length)
+{
+    static const QList<std::pair<QString, double>> units
+        = {{u"cm"_s, 1440 / 2.54}, {u"mm"_s, 144 / 2.54}, {u"in"_s, 1440}, {u"pt"_s, 20}};
+    for (const auto &[unit, factor] : units) {
+        if (length.endsWith(unit))
+            return int(std::lround(length.chopped(unit.size()).toDouble() * factor));
+    }
+    return length.isEmpty() ? 0 : -1;
+}
+
+} // namespace
+
+class tst_RichTextBoxLibreOffice : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void savedFileOpensInWriterWithItsTextAndFormats()
+    {
+        const QString soffice = QStandardPaths::findExecutable(u"soffice"_s);
+        if (soffice.isEmpty())
+            QSKIP("LibreOffice (soffice) is not installed");
+
+        RichTextBox box;
+        box.setFont(QFont(u"Liberation Serif"_s, 12));
+        box.setText(u"Έντονο πλάγιο υπογραμμισμένο διαγραμμένο\n"
+                    "Κόκκινο και μπλε\n"
+                    "Μεγάλα γράμματα\n"
+                    "Στο κέντρο\n"
+                    "Στα δεξιά\n"
+                    "Παράγραφος με εσοχές που είναι αρκετά μακριά ώστε να πιάνει δύο γραμμές στη σελίδα του "
+                    "επεξεργαστή κειμένου, για να φαίνεται και η προεξοχή\n"
+                    "Πρώτη κουκίδα\n"
+                    "Δεύτερη κουκίδα\n"
+                    "Τέλος με\tστηλοθέτη"_s);
+        const QString text = box.Text();
+        auto select = [&](const QString &what) {
+            const int at = int(text.indexOf(what));
+            QVERIFY(at >= 0);
+            box.setSelStart(at);
+            box.setSelLength(int(what.size()));
+        };
+        select(u"Έντονο"_s);
+        box.setSelBold(true);
+        select(u"πλάγιο"_s);
+        box.setSelItalic(true);
+        select(u"υπογραμμισμένο"_s);
+        box.setSelUnderline(true);
+        select(u"διαγραμμένο"_s);
+        box.setSelStrikeThru(true);
+        select(u"Κόκκινο"_s);
+        box.setSelColor(0x0000FF); // RGB(255, 0, 0)
+        select(u"μπλε"_s);
+        box.setSelColor(0xC00000); // RGB(0, 0, 192)
+        select(u"Μεγάλα γράμματα"_s);
+        box.setSelFontName(u"DejaVu Sans"_s);
+        box.setSelFontSize(18);
+        select(u"Στο κέντρο"_s);
+        box.setSelAlignment(RichTextBox::AlignCenter);
+        select(u"Στα δεξιά"_s);
+        box.setSelAlignment(RichTextBox::AlignRight);
+        select(u"Παράγραφος με εσοχές"_s);
+        box.setSelIndent(1440);
+        box.setSelHangingIndent(360);
+        box.setSelRightIndent(720);
+        select(u"Πρώτη κουκίδα\nΔεύτερη"_s);
+        box.setSelBullet(true);
+        box.setSelIndent(360);
+        box.setSelHangingIndent(360);
+
+        QTemporaryDir dir;
+        const QString rtf = dir.filePath(u"notes.rtf"_s);
+        box.SaveFile(rtf);
+
+        QTemporaryDir profile;
+        QProcess process;
+        process.setProcessChannelMode(QProcess::MergedChannels);
+        process.start(soffice,
+            {u"-env:UserInstallation="_s + QUrl::fromLocalFile(profile.path()).toString(), u"--headless"_s,
+                u"--norestore"_s, u"--convert-to"_s, u"fodt"_s, u"--outdir"_s, dir.path(), rtf});
+        QVERIFY(process.waitForFinished(180000));
+        const QString fodt = dir.filePath(u"notes.fodt"_s);
+        QFile converted(fodt);
+        QVERIFY2(converted.open(QIODevice::ReadOnly), process.readAll().constData());
+        const FlatOdf odf(converted.readAll());
+
+        QStringList paragraphs;
+        for (const Paragraph &p : odf.paragraphs())
+            paragraphs.append(p.text);
+        QCOMPARE(paragraphs.join(u'\n'), text);
+
+        QCOMPARE(odf.runOf(u"Έντονο"_s).value(u"fo:font-weight"_s), u"bold"_s);
+        QCOMPARE(odf.runOf(u"πλάγιο"_s).value(u"fo:font-style"_s), u"italic"_s);
+        QVERIFY(odf.runOf(u"πλάγιο"_s).value(u"fo:font-weight"_s, u"normal"_s) != u"bold"_s);
+        QCOMPARE(odf.runOf(u"υπογραμμισμένο"_s).value(u"style:text-underline-style"_s), u"solid"_s);
+        QCOMPARE(odf.runOf(u"διαγραμμένο"_s).value(u"style:text-line-through-style"_s), u"solid"_s);
+        QCOMPARE(odf.runOf(u"Κόκκινο"_s).value(u"fo:color"_s), u"#ff0000"_s);
+        QCOMPARE(odf.runOf(u"μπλε"_s).value(u"fo:color"_s), u"#0000c0"_s);
+        QCOMPARE(odf.runOf(u"Μεγάλα"_s).value(u"fo:font-size"_s), u"18pt"_s);
+        QVERIFY(odf.runOf(u"Μεγάλα"_s).value(u"style:font-name"_s).startsWith(u"DejaVu Sans"_s));
+        QVERIFY(odf.runOf(u"Έντονο"_s).value(u"style:font-name"_s).startsWith(u"Liberation Serif"_s));
+        QCOMPARE(odf.runOf(u"Έντονο"_s).value(u"fo:font-size"_s), u"12pt"_s);
+
+        const Paragraph *centre = odf.paragraphOf(u"Στο κέντρο"_s);
+        QVERIFY(centre);
+        QCOMPARE(centre->properties.value(u"fo:text-align"_s), u"center"_s);
+        const Paragraph *right = odf.paragraphOf(u"Στα δεξιά"_s);
+        QVERIFY(right);
+        QVERIFY(right->properties.value(u"fo:text-align"_s) == u"end"_s
+            || right->properties.value(u"fo:text-align"_s) == u"right"_s);
+
+        // The first line at SelIndent, the others at SelIndent + SelHangingIndent.
+        const Paragraph *indented = odf.paragraphOf(u"Παράγραφος με εσοχές"_s);
+        QVERIFY(indented);
+        QCOMPARE(twips(indented->properties.value(u"fo:margin-left"_s)), 1800);
+        QCOMPARE(twips(indented->properties.value(u"fo:text-indent"_s)), -360);
+        QCOMPARE(twips(indented->properties.value(u"fo:margin-right"_s)), 720);
+
+        const Paragraph *first = odf.paragraphOf(u"Πρώτη κουκίδα"_s);
+        const Paragraph *second = odf.paragraphOf(u"Δεύτερη κουκίδα"_s);
+        QVERIFY(first && second);
+        QVERIFY(first->inList);
+        QVERIFY(second->inList);
+        QVERIFY(!odf.paragraphOf(u"Τέλος"_s)->inList);
+        QVERIFY(!indented->inList);
+    }
+};
+
+QTEST_MAIN(tst_RichTextBoxLibreOffice)
+#include "tst_richtextbox_libreoffice.moc"

@@ -228,27 +228,38 @@ def ship_fresco(w, h):
     """The flotilla frieze: ships between two harbour towns, dolphins leaping."""
     s = Svg(w, h)
     _panel(s, 61)
-    _unit(s, 300, 160, margin=0.0)
-    s.rect(0, 72, 300, 60, fill="#8fbcd6", opacity=0.7)
-    # towns on both sides: houses stacked on hills
+    _unit(s, 300, 150, margin=0.0)
+    s.rect(0, 64, 300, 72, fill="#8fbcd6", opacity=0.75)
+    for x in range(0, 300, 14):
+        for y in (80, 100, 120):
+            s.path(f"M{x},{y + (x // 14) % 2 * 4} q3,-2 6,0", fill="none", stroke="#4f86ad",
+                   stroke_width=0.6)
+    # towns at both ends: houses stacked on a hill, people watching from the roofs
+    rnd = random.Random(63)
     for ox, flip in [(0, 1), (300, -1)]:
-        s.path(f"M{ox},40 Q{ox + 30 * flip},40 {ox + 50 * flip},80 L{ox},80 Z", fill="#c9a66b")
-        for i, (hx, hy) in enumerate([(6, 42), (20, 48), (32, 60), (10, 58), (24, 68)]):
-            x0 = ox + hx * flip - (10 if flip < 0 else 0)
-            s.rect(x0, hy - 10, 10, 10, fill=[FRESCO_YELLOW, "#f3e6c8", FRESCO_RED][i % 3],
+        s.path(f"M{ox},24 Q{ox + 34 * flip},24 {ox + 62 * flip},86 L{ox},86 Z", fill="#c9a66b")
+        spots = [(4, 34), (16, 40), (28, 50), (40, 62), (6, 50), (18, 58), (30, 70), (8, 66),
+                 (20, 76), (44, 80)]
+        for i, (hx, hy) in enumerate(spots):
+            x0 = ox + hx * flip - (12 if flip < 0 else 0)
+            s.rect(x0, hy - 11, 12, 11, fill=[FRESCO_YELLOW, "#f3e6c8", FRESCO_RED][i % 3],
                    stroke=FRESCO_BLACK, stroke_width=0.5)
-            s.rect(x0 + 3, hy - 7, 3, 3, fill=FRESCO_BLACK)
-    _long_ship(s, 110, 96, 0.75, 1)
-    _long_ship(s, 200, 116, 0.75, 2, sail=True)
-    _long_ship(s, 150, 136, 0.55, 3)
-    # dolphins
-    for x, y, a in [(70, 112, -20), (250, 92, 200), (176, 82, -10)]:
+            s.rect(x0 + 3, hy - 8, 3, 3, fill=FRESCO_BLACK)
+            if rnd.random() < 0.6:
+                for k in range(rnd.randint(1, 2)):
+                    px = x0 + 3 + k * 5
+                    s.circle(px, hy - 14, 1.6, fill=SKIN_RED)
+                    s.line(px, hy - 12.5, px, hy - 11, stroke=SKIN_RED, stroke_width=1.6)
+    _long_ship(s, 112, 92, 0.9, 1)
+    _long_ship(s, 196, 112, 0.9, 2, sail=True)
+    _long_ship(s, 140, 132, 0.7, 3)
+    for x, y, a in [(66, 114, -20), (258, 98, 200), (172, 78, -10), (238, 132, 190)]:
         s.group(transform=f"translate({x},{y}) rotate({a})")
         s.path("M-12,0 C-6,-6 6,-6 12,0 C6,3 -6,3 -12,0 Z M-12,0 l-4,-4 l0,8 Z M0,-4 l3,-4 l2,4",
                fill=FRESCO_BLUE, stroke=FRESCO_BLACK, stroke_width=0.5)
         s.end()
     s.end()
-    _losses(s, 62, 4)
+    _losses(s, 64, 2)
     return s
 
 

@@ -289,37 +289,64 @@ def portara(w, h):
 
 
 def kastri(w, h):
+    """A fortified hilltop seen from the air: packed houses, a wall with horseshoe towers."""
     s = Svg(w, h)
-    sky_and_sea(s, h * 0.22, seed=9)
-    # the steep hill, seen from above and from the side
-    hill = [(-20, h), (-20, h * 0.7), (w * 0.15, h * 0.45), (w * 0.35, h * 0.3), (w * 0.6, h * 0.28),
-            (w * 0.82, h * 0.4), (w + 20, h * 0.62), (w + 20, h)]
-    s.path(smooth(hill, closed=False) + " Z", fill="#b59e72")
-    s.path(smooth([(w * 0.05, h), (w * 0.2, h * 0.65), (w * 0.5, h * 0.55), (w * 0.85, h * 0.7),
-                   (w, h)], closed=False) + " Z", fill="#9c8660")
-    shrubs(s, h * 0.35, h, 50, seed=5, color="#7d7d44")
-    # the walls: a curved line with horseshoe bastions round the top of the hill
-    cx, cy = w * 0.5, h * 0.42
-    wall = []
-    for i in range(25):
-        a = math.pi * (1.05 + 0.9 * i / 24)
-        wall.append((cx + w * 0.3 * math.cos(a), cy - h * 0.14 * math.sin(a) + h * 0.02))
-    s.path(smooth(wall, closed=False), fill="none", stroke="#5f5444", stroke_width=9,
-           stroke_linecap="round")
-    s.path(smooth(wall, closed=False), fill="none", stroke="#d8ccb4", stroke_width=5,
-           stroke_linecap="round")
-    for i in (3, 8, 13, 18, 22):
-        x, y = wall[i]
-        s.path(f"M{fmt(x - 12)},{fmt(y)} a12,12 0 1,0 24,0", fill="#d8ccb4", stroke="#5f5444",
+    sea = s.linear("kastrisea", [(0, "#2f6f99"), (1, "#5f9dc2")], x2=0.3, y2=1)
+    s.rect(0, 0, w, h, fill=sea)
+    rnd = _rnd(41)
+    for _ in range(70):
+        x, y = rnd.uniform(0, w), rnd.uniform(0, h)
+        s.path(f"M{fmt(x)},{fmt(y)} q5,-2 10,0", fill="none", stroke="#ffffff", stroke_width=1,
+               opacity=0.35)
+    # the headland: cliffs to the sea on three sides, the slope running down to the south
+    cliff = [(w * 0.02, h), (w * 0.06, h * 0.62), (w * 0.2, h * 0.34), (w * 0.42, h * 0.16),
+             (w * 0.64, h * 0.14), (w * 0.84, h * 0.28), (w * 0.96, h * 0.56), (w * 0.98, h)]
+    s.path(smooth(cliff, closed=False) + " Z", fill="#6e5a44")
+    top = [(p[0] + (w * 0.5 - p[0]) * 0.05, p[1] + 10) for p in cliff]
+    land = s.linear("kastriland", [(0, "#c9b48a"), (1, "#a8925f")])
+    s.path(smooth(top, closed=False) + " Z", fill=land)
+    s.path(smooth([(x, y) for x, y in cliff[1:-1]], closed=False), fill="none", stroke="#e8f3f8",
+           stroke_width=3, opacity=0.7)
+    # the summit plateau, a lighter earth, and contour lines below it
+    cx, cy = w * 0.5, h * 0.4
+    s.ellipse(cx, cy, w * 0.3, h * 0.19, fill="#d9c89e")
+    shrubs(s, h * 0.62, h, 45, seed=5, color="#7d7d44", x0=w * 0.06, x1=w * 0.94)
+    # houses: small rooms sharing walls, packed tight
+    wall_col = "#5f5444"
+    y = cy - h * 0.15
+    while y < cy + h * 0.1:
+        rh = rnd.uniform(0.045, 0.07) * h
+        x = cx - w * 0.26 + rnd.uniform(-8, 8)
+        while x < cx + w * 0.26:
+            bw = rnd.uniform(22, 46)
+            mx, my = x + bw / 2, y + rh / 2
+            if ((mx - cx) / (w * 0.26)) ** 2 + ((my - cy) / (h * 0.15)) ** 2 < 1:
+                ang = rnd.uniform(-7, 7)
+                s.rect(x, y, bw, rh, fill="#e6dac0", stroke=wall_col, stroke_width=3,
+                       transform=f"rotate({fmt(ang)} {fmt(mx)} {fmt(my)})")
+                if rnd.random() < 0.5:
+                    s.line(mx, y, mx, y + rh, stroke=wall_col, stroke_width=2,
+                           transform=f"rotate({fmt(ang)} {fmt(mx)} {fmt(my)})")
+            x += bw + rnd.uniform(2, 12)
+        y += rh + rnd.uniform(4, 10)
+    # the wall on the landward side, with horseshoe towers standing out from it
+    arc = []
+    for i in range(31):
+        a = math.pi * (0.08 + 0.84 * i / 30)
+        arc.append((cx + w * 0.3 * math.cos(a), cy + h * 0.19 * math.sin(a)))
+    d = smooth(arc, closed=False)
+    s.path(d, fill="none", stroke=wall_col, stroke_width=10, stroke_linecap="round")
+    s.path(d, fill="none", stroke="#cdbf9f", stroke_width=5, stroke_linecap="round")
+    for i in (4, 10, 15, 20, 26):
+        x, y = arc[i]
+        a = math.atan2((y - cy) / (h * 0.19), (x - cx) / (w * 0.3))
+        s.group(transform=f"translate({fmt(x)},{fmt(y)}) rotate({fmt(math.degrees(a) - 90)})")
+        s.path("M-11,0 L-11,10 A11,11 0 0,0 11,10 L11,0 Z", fill="#cdbf9f", stroke=wall_col,
                stroke_width=3)
-    # house foundations packed inside
-    rnd = _rnd(4)
-    for _ in range(34):
-        x = cx + rnd.uniform(-0.25, 0.25) * w
-        y = cy + rnd.uniform(-0.1, 0.08) * h
-        bw, bh = rnd.uniform(18, 34), rnd.uniform(10, 18)
-        s.rect(x - bw / 2, y - bh / 2, bw, bh, fill="#cbbd9e", stroke="#5f5444", stroke_width=2.2,
-               transform=f"rotate({fmt(rnd.uniform(-12, 12))} {fmt(x)} {fmt(y)})")
+        s.end()
+    # the gate, a gap in the wall
+    gx, gy = arc[12]
+    s.circle(gx, gy, 5, fill="#d9c89e")
     return s
 
 

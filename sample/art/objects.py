@@ -357,9 +357,16 @@ def _figurine_body(s, scale=1.0):
     s.path(smooth(mirror(half, 50)), fill=marble, stroke="#8f8676", stroke_width=0.8)
     s.path("M50,11 L52.5,23 L50,24 Z", fill=MARBLE_DARK, opacity=0.6)
     s.line(50, 11, 50, 24, stroke=STONE_DARK, stroke_width=0.5)
-    s.path("M38,74 C48,70 58,71 66,76", fill="none", stroke=STONE_DARK, stroke_width=1.1)
-    s.path("M34,82 C44,80 56,81 64,84", fill="none", stroke=STONE_DARK, stroke_width=1.1)
-    s.path("M42,62 q4,3 7,0 M51,62 q4,3 7,0", fill="none", stroke=MARBLE_DARK, stroke_width=0.8)
+    # upper arms marked off from the chest, then the forearms folded across the stomach,
+    # the right one below the left, sloping a little
+    s.path("M37,48 C34,58 34,68 36,74 M63,48 C66,58 66,68 64,76", fill="none",
+           stroke=MARBLE_DARK, stroke_width=0.9)
+    s.path("M35,74 L66,77 L65.5,83 L34.5,80 Z", fill="#ece6da", stroke=STONE_DARK,
+           stroke_width=0.8)
+    s.path("M34.5,81 L65.5,84 L64.5,90 L35.5,87 Z", fill="#e4ddcf", stroke=STONE_DARK,
+           stroke_width=0.8)
+    s.ellipse(44, 64, 3, 2.2, fill=MARBLE_DARK, opacity=0.35)
+    s.ellipse(56, 64, 3, 2.2, fill=MARBLE_DARK, opacity=0.35)
     s.path("M42,112 L58,112 L50,124 Z", fill="none", stroke=MARBLE_DARK, stroke_width=0.9)
     s.path("M50,124 L50,178", stroke=STONE_DARK, stroke_width=1)
     s.path("M42,146 q4,2 7,0 M51,146 q4,2 7,0", fill="none", stroke=MARBLE_DARK, stroke_width=0.7)
@@ -448,7 +455,9 @@ def three_figurines(w, h):
                    (18, 150), (24, 124), (16, 100), (22, 70)]), fill=m, stroke="#8f8676",
            stroke_width=0.9)
     s.rect(36, 26, 8, 40, rx=3, fill=m, stroke="#8f8676", stroke_width=0.9)
-    s.path("M30,104 q10,6 20,0", fill="none", stroke="#a39a88", stroke_width=1)
+    s.path("M34,132 L46,132 L40,142 Z", fill="none", stroke="#a39a88", stroke_width=1)
+    s.path("M26,96 C32,100 48,100 54,96", fill="none", stroke="#a39a88", stroke_width=0.8,
+           opacity=0.6)
     # folded-arm in the middle, the tallest
     s.group(transform="translate(70,6) scale(1)")
     _figurine_body(s)

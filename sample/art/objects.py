@@ -738,21 +738,28 @@ def phaistos_disc(w, h):
         "M0,3 L0,-1 M-2,-1 a2,2 0 1,1 4,0 a2,2 0 1,1 -4,0",                      # flower
         "M0,0 m-2.6,0 a2.6,2.6 0 1,0 5.2,0 a2.6,2.6 0 1,0 -5.2,0 M-1,-1 h0.1 M1,1 h0.1",  # shield
     ]
+    # signs stand in the band between the turns, divided into groups by short bars
+    band = 34 / 2.3
     rnd = random.Random(17)
-    for i in range(46):
-        t = (i + 0.5) / 46
-        a = t * 4.6 * math.pi + 0.6
-        r = 44 - t * 34 - 3.2
-        x, y = 50 + r * math.cos(a), 50 + r * math.sin(a)
-        if r < 6:
+    a = 0.25
+    count = 0
+    while True:
+        t = a / (4.6 * math.pi)
+        r = 44 - t * 34 - band / 2
+        if r < 7 or t > 1:
             break
-        sc = 1.15 if r > 20 else 0.85
+        x, y = 50 + r * math.cos(a), 50 + r * math.sin(a)
+        sc = min(1.25, 0.55 + r / 40)
         s.path(glyphs[rnd.randrange(len(glyphs))], fill="none", stroke=ink, stroke_width=0.55,
-               transform=f"translate({fmt(x)},{fmt(y)}) rotate({fmt(math.degrees(a) + 90)}) scale({sc})")
-        if i % 3 == 2:
-            a2 = a + 0.14
-            s.line(50 + (r - 3) * math.cos(a2), 50 + (r - 3) * math.sin(a2),
-                   50 + (r + 3) * math.cos(a2), 50 + (r + 3) * math.sin(a2), stroke=ink, stroke_width=0.5)
+               transform=f"translate({fmt(x)},{fmt(y)}) rotate({fmt(math.degrees(a) + 90)}) scale({fmt(sc)})")
+        step = 6.2 / max(r, 1)
+        count += 1
+        if count % 3 == 0:
+            a2 = a + step / 2
+            s.line(50 + (r - band / 2) * math.cos(a2), 50 + (r - band / 2) * math.sin(a2),
+                   50 + (r + band / 2) * math.cos(a2), 50 + (r + band / 2) * math.sin(a2),
+                   stroke=ink, stroke_width=0.5)
+        a += step
     s.end()
     return s
 

@@ -160,8 +160,8 @@ def throne_room(w, h):
         s.group(transform=f"translate({fmt(cx)},{fmt(h * 0.47)}) scale({fmt(flip * w / 640)},{fmt(w / 640)})")
         # a lion's body lying down, forelegs stretched out, an eagle's head with its crest
         s.path("M-120,30 C-130,10 -124,-14 -100,-16", fill="none", stroke="#3b2417", stroke_width=3)
-        s.path("M-100,40 C-104,0 -60,-14 10,-8 C30,-6 40,-20 52,-40 C58,-50 70,-52 76,-44 "
-               "L94,-38 L80,-32 C74,-20 66,0 62,20 L110,30 L110,40 Z",
+        s.path("M-100,40 C-104,0 -60,-14 10,-8 C30,-6 40,-20 52,-40 C58,-50 70,-52 78,-46 "
+               "L92,-42 Q100,-38 94,-30 L90,-34 L80,-33 C74,-20 66,0 62,20 L110,30 L110,40 Z",
                fill="#f1dcb1", stroke="#3b2417", stroke_width=2)
         s.path("M52,-40 C44,-64 40,-80 30,-96 C44,-88 52,-76 56,-66 C58,-80 56,-92 50,-104 "
                "C62,-94 66,-78 64,-52", fill="#5f8fb0", stroke="#3b2417", stroke_width=1.5)
@@ -171,6 +171,8 @@ def throne_room(w, h):
         for i in range(6):
             s.circle(-50 + i * 16, 14 + (i % 2) * 6, 3, fill="#b5452e", stroke="#3b2417",
                      stroke_width=0.8)
+        # the spiral on the shoulder, the mark of these beasts
+        spiral(s, 30, 8, 9, turns=1.8, color="#3b2417", width=1.4)
         s.path("M62,30 L110,34 M-80,40 L-84,44", stroke="#3b2417", stroke_width=2)
         s.end()
     # lilies and reeds between

@@ -599,7 +599,12 @@ def evans(w, h):
     s.line(cx + 52, h * 0.55, cx + 62, h * 0.97, stroke="#5a3a22", stroke_width=4, stroke_linecap="round")
     s.path(f"M{fmt(cx + 52)},{fmt(h * 0.55)} q-4,-10 6,-12", fill="none", stroke="#5a3a22", stroke_width=4)
     s.circle(cx + 50, h * 0.58, 7, fill="#e9cfae", stroke=ink, stroke_width=1)
-    frame(s, color="#7a5a3a", width=6)
+    # the whole in brown ink, as an old photograph would be
+    s.define("evanssepia", '<filter id="evanssepia"><feColorMatrix type="matrix" values="'
+             '0.39 0.77 0.19 0 0.03  0.35 0.69 0.17 0 0.01  0.27 0.53 0.13 0 0  0 0 0 1 0"/></filter>')
+    s.body.insert(0, '<g filter="url(#evanssepia)">')
+    s.body.append("</g>")
+    frame(s, color="#6a4a2a", width=6)
     return s
 
 
@@ -695,6 +700,14 @@ def akrotiri_roof(w, h):
         s.line(x, h * 0.42 - x * 0.06 * h / w, x, h * 0.46 - x * 0.06 * h / w - 14, stroke="#6e5a3e",
                stroke_width=1.5)
     s.line(0, h * 0.42 - 14, w, h * 0.36 - 14, stroke="#6e5a3e", stroke_width=2)
+    # visitors on the walkway give the scale
+    for i, (x, c) in enumerate([(0.3, TERRACOTTA), (0.36, AEGEAN), (0.7, OCHRE_DARK)]):
+        px = w * x
+        py = h * 0.42 - px * 0.06 * h / w
+        s.rect(px - 3, py - 16, 6, 12, fill=c, rx=2)
+        s.circle(px, py - 19, 3, fill="#e9c4a0")
+        s.line(px - 2, py - 4, px - 2, py, stroke="#3a3a3a", stroke_width=2)
+        s.line(px + 2, py - 4, px + 2, py, stroke="#3a3a3a", stroke_width=2)
     return s
 
 

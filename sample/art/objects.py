@@ -173,6 +173,9 @@ def _kouros_body(s, rough=False):
         for x in (-10.5, 9):
             s.line(x, y, x + 1.5, y, stroke=STONE, stroke_width=0.5)
     s.path("M-8.6,10 Q0,5 8.6,10", fill="none", stroke=STONE_DARK, stroke_width=1.2)
+    # the neck in front of the hair, so the braids fall behind it onto the shoulders
+    s.path("M-6,26 L-6.5,42 L6.5,42 L6,26 Z", fill=fill)
+    s.path("M-6,28 L-6.5,41 M6,28 L6.5,41", fill="none", stroke=STONE, stroke_width=0.7)
     s.path("M-7,12 C-7,27 -4,31 0,32 C4,31 7,27 7,12 C4,8 -4,8 -7,12 Z", fill="#f4eee1",
            stroke=edge, stroke_width=0.7)
     # archaic smile, almond eyes
@@ -472,12 +475,21 @@ def three_figurines(w, h):
 
 
 def apollo_sepia(w, h):
-    """The kouros again, drawn in sepia as in an old handbook."""
-    s = kouros(w, h)
+    """The kouros again, drawn in sepia on toned paper as in an old handbook."""
+    s = Svg(w, h)
+    paper_ = s.radial("sepiapaper", [(0, "#e6d2ac"), (1, "#c2a272")], r=0.8)
+    s.rect(0, 0, w, h, fill=paper_)
     s.define("sepiaf", '<filter id="sepiaf"><feColorMatrix type="matrix" values="'
              '0.39 0.77 0.19 0 0  0.35 0.69 0.17 0 0  0.27 0.53 0.13 0 0  0 0 0 1 0"/></filter>')
-    s.body.insert(0, '<g filter="url(#sepiaf)">')
-    s.body.append("</g>")
+    _unit(s, 100, 230, margin=0.04)
+    shadow(s, 50, 224, 32, 4, opacity=0.45)
+    s.group(filter="url(#sepiaf)")
+    s.rect(28, 214, 44, 10, fill=MARBLE_SHADE, stroke=STONE_DARK, stroke_width=0.6)
+    s.group(transform="translate(50,0)")
+    _kouros_body(s)
+    s.end()
+    s.end()
+    s.end()
     frame(s, color="#6a4a2a", width=5)
     return s
 

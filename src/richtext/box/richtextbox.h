@@ -177,9 +177,10 @@ public:
     // the box again.
     void setTargetDevice(int lineWidthTwips);
     int targetDeviceWidth() const { return m_targetWidthTwips; }
-    // Draws the text from a place into a rectangle of the painter's device (in twips
-    // from the device's top-left corner) and returns the place where the next page
-    // begins, TextLength() when all is done. With render false it only measures.
+    // Draws the text from a place into a rectangle in twips from the painter's origin
+    // (for a printer not set to full page, the printable area's corner) and returns the
+    // place where the next page begins, TextLength() when all is done. With render
+    // false it only measures. The layout is kept for the next page of the same device.
     int FormatRange(QPainter *painter, const QRectF &rectTwips, int from, bool render = true);
     // Forgets the layout FormatRange keeps between pages.
     void FormatRangeDone();

@@ -31,6 +31,8 @@ PageLayout::PageLayout(const QTextDocument &source, QPaintDevice *device, double
     : m_document(source.clone())
     , m_device(device)
     , m_widthTwips(widthTwips)
+    , m_dpiX(device->logicalDpiX())
+    , m_dpiY(device->logicalDpiY())
 {
     m_document->setUndoRedoEnabled(false);
     m_document->setDocumentMargin(0);
@@ -45,7 +47,8 @@ PageLayout::~PageLayout() = default;
 
 bool PageLayout::fits(QPaintDevice *device, double widthTwips) const
 {
-    return device == m_device && widthTwips == m_widthTwips;
+    return device == m_device && widthTwips == m_widthTwips && device->logicalDpiX() == m_dpiX
+        && device->logicalDpiY() == m_dpiY;
 }
 
 int PageLayout::textLength() const

@@ -23,7 +23,8 @@ public:
 
     bool fits(QPaintDevice *device, double widthTwips) const;
 
-    // rectTwips is in twips of the device, from its top-left corner. Draws only when
+    // rectTwips is in twips from the painter's origin (for a printer that is not set
+    // to full page, the corner of the printable area). Draws only when
     // render is true. Returns the place of the first character not drawn, or the
     // length of the text when all of it is done.
     int formatRange(QPainter *painter, const QRectF &rectTwips, int from, bool render);
@@ -34,6 +35,8 @@ private:
     std::unique_ptr<QTextDocument> m_document;
     QPaintDevice *m_device;
     double m_widthTwips;
+    int m_dpiX;
+    int m_dpiY;
 };
 
 } // namespace richtextbox

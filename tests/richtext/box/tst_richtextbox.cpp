@@ -1,9 +1,12 @@
 #include <richtextbox.h>
+#include <richtextsearch.h>
 #include <runtimeerror.h>
 
 #include <QApplication>
+#include <QDropEvent>
 #include <QFile>
 #include <QImage>
+#include <QMimeData>
 #include <QPainter>
 #include <QPrinter>
 #include <QScrollBar>
@@ -34,6 +37,32 @@ void select(RichTextBox &box, int start, int length)
 {
     box.setSelStart(start);
     box.setSelLength(length);
+}
+
+// How the text viewer locates a hot word: the first occurrence, ignoring case, whose
+// first character is painted; then the whole phrase must be of one colour, not black.
+// Returns the place found, or -1.
+int locatePaintedPhrase(RichTextBox &box, const QString &phrase)
+{
+    int start = 0;
+    bool found = false;
+    for (;;) {
+        const QString text = box.Text();
+        const int hit = richtextbox::findText(text, richtextbox::foldCase(text), phrase, start, -1, 0);
+        if (hit < 0)
+            break;
+        found = true;
+        box.setSelStart(hit + 1); // behind the first character
+        if (box.SelColor() == std::optional<quint32>(0)) {
+            start = hit + 1;
+            continue;
+        }
+        box.setSelStart(hit);
+        box.setSelLength(int(phrase.size()));
+        break;
+    }
+    const std::optional<quint32> color = box.SelColor();
+    return found && color && *color != 0 ? box.SelStart() : -1;
 }
 
 } // namespace
@@ -214,6 +243,44 @@ private slots:
         QCOMPARE(box.SelColor(), std::optional<quint32>(Red));
         select(box, 4, 4);
         QCOMPARE(box.SelColor(), std::nullopt);
+    }
+
+    void hotWordsAreLocatedAtTheirFirstPaintedOccurrence()
+    {
+        RichTextBox box;
+        box.setText(u"ΝΑΌΣ ναός ναός και δίχρωμη λέξη"_s);
+        select(box, 5, 4);
+        box.setSelColor(Red);
+        select(box, 10, 4);
+        box.setSelColor(Red);
+        select(box, 19, 4);
+        box.setSelColor(Red);
+        select(box, 23, 3);
+        box.setSelColor(Blue);
+
+        QCOMPARE(locatePaintedPhrase(box, u"ναός"_s), 5);
+        QCOMPARE(locatePaintedPhrase(box, u"ΝΑΟΣ"_s), -1); // the accent counts
+        QCOMPARE(locatePaintedPhrase(box, u"δίχρωμη"_s), -1);
+        QCOMPARE(box.SelStart(), 19); // the search stopped there all the same
+        QCOMPARE(locatePaintedPhrase(box, u"λέξη"_s), -1);
+    }
+
+    void aSourceOfTheCourseLoadsWithItsPaintedWords()
+    {
+        RichTextBox box;
+        box.setFont(QFont(u"Times New Roman"_s, 12));
+        box.setLocked(true);
+        box.LoadFile(QStringLiteral(TREMIDIA_SOURCE_DIR "/sample/files/piges/knossos.rtf"), 0);
+        const QString text = box.Text();
+        QVERIFY(!text.contains(u'\\'));
+        QVERIFY(!text.contains(u'{'));
+        const int at = int(text.indexOf(u"Λαβύρινθου"_s));
+        QVERIFY(at > 0);
+        box.setSelStart(at + 1);
+        QCOMPARE(box.SelColor(), std::optional<quint32>(0x0000C0)); // RGB(192, 0, 0)
+        QCOMPARE(locatePaintedPhrase(box, u"λαβύρινθου"_s), at);
+        box.setSelStart(1);
+        QCOMPARE(box.SelColor(), std::optional<quint32>(0));
     }
 
     void characterReadingsAreNullOverMixedSelections()
@@ -674,6 +741,28 @@ private slots:
         QTest::mouseClick(box.viewport(), Qt::LeftButton, {}, at);
         QCOMPARE(selStartAtUp, 5);
         QCOMPARE(xAtUp, double(box.viewport()->mapTo(&box, at).x() * 15));
+    }
+
+    void aManualDropIsLeftToTheWindow()
+    {
+        // The window system hands drops to the handler; the test does the same.
+        struct DropTarget : RichTextBox
+        {
+            using RichTextBox::dropEvent;
+        } box;
+        box.setText(u"αβ"_s);
+        box.setOleDropManual(true);
+        int dropped = 0;
+        connect(&box, &RichTextBox::OLEDragDrop, &box, [&](const QMimeData *data) {
+            QVERIFY(data->hasImage());
+            ++dropped;
+        });
+        QMimeData data;
+        data.setImageData(QImage(4, 4, QImage::Format_RGB32));
+        QDropEvent drop(QPointF(5, 5), Qt::CopyAction, &data, Qt::LeftButton, {});
+        box.dropEvent(&drop);
+        QCOMPARE(dropped, 1);
+        QCOMPARE(box.Text(), u"αβ"_s);
     }
 
     void undoIsOneLevelAndTogglesBack()

@@ -20,51 +20,6 @@ def _unit(s, box_w, box_h, margin=0.06):
     return k
 
 
-# Cycladic figurine -------------------------------------------------------------
-
-def figurine(w, h):
-    """A folded-arm marble figurine of the Early Cycladic age, on a stand."""
-    s = Svg(w, h)
-    museum(s, floor=0.86, wall="#d9e3e6")
-    spot = s.radial("spot", [(0, "#ffffff", 0.7), (1, "#ffffff", 0)])
-    s.ellipse(w / 2, h * 0.45, w * 0.35, h * 0.5, fill=spot)
-    _unit(s, 100, 200, margin=0.04)
-    shadow(s, 50, 193, 30, 4)
-    # stand
-    s.rect(32, 182, 36, 10, fill="#5a4a3a", rx=1)
-    s.rect(48, 168, 4, 15, fill="#3e3228")
-    marble = s.linear("marbleg", [(0, "#fbf8f1"), (0.55, MARBLE), (1, MARBLE_SHADE)], x2=1, y2=0)
-    half = [
-        (50, 7), (58, 6), (63, 9), (61, 18), (57, 28),   # head, lyre-shaped
-        (55, 34), (55, 40),                               # neck
-        (66, 44), (72, 50), (71, 60),                     # shoulder
-        (68, 74), (66, 88), (64, 100),                    # arm side
-        (63, 112), (61, 124), (58, 140),                  # thigh
-        (57, 152), (56, 164), (57, 172),                  # leg
-        (55, 178), (51, 179),                             # foot
-        (50, 160),
-    ]
-    outline = mirror(half, 50)
-    s.path(smooth(outline), fill=marble, stroke=STONE_DARK, stroke_width=0.9)
-    # nose, the only feature carved on the face
-    s.path("M50,11 L52.5,23 L50,24 Z", fill=MARBLE_DARK, opacity=0.6)
-    s.line(50, 11, 50, 24, stroke=STONE_DARK, stroke_width=0.5)
-    # folded arms: right above left
-    s.path("M38,74 C48,70 58,71 66,76", fill="none", stroke=STONE_DARK, stroke_width=1.1)
-    s.path("M34,82 C44,80 56,81 64,84", fill="none", stroke=STONE_DARK, stroke_width=1.1)
-    s.path("M36,88 C46,86 56,87 62,89", fill="none", stroke=MARBLE_DARK, stroke_width=0.8)
-    # breasts, pubic triangle, knees, the split between the legs
-    s.path("M42,62 q4,3 7,0 M51,62 q4,3 7,0", fill="none", stroke=MARBLE_DARK, stroke_width=0.8)
-    s.path("M42,112 L58,112 L50,124 Z", fill="none", stroke=MARBLE_DARK, stroke_width=0.9)
-    s.path("M50,124 L50,176", stroke=STONE_DARK, stroke_width=1)
-    s.path("M42,146 q4,2 7,0 M51,146 q4,2 7,0", fill="none", stroke=MARBLE_DARK, stroke_width=0.7)
-    # light along the left edge
-    s.path("M40,46 C36,70 37,110 42,170", fill="none", stroke="#ffffff", stroke_width=2.5,
-           opacity=0.6, stroke_linecap="round")
-    s.end()
-    return s
-
-
 # Frying-pan vessel --------------------------------------------------------------
 
 def frying_pan(w, h):
@@ -251,36 +206,6 @@ LINEAR_B = [
 ]
 
 
-def linear_b(w, h):
-    """A clay leaf tablet from a palace archive, with rows of signs and tallies."""
-    s = Svg(w, h)
-    museum(s, floor=0.84, wall="#e4ddcf")
-    _unit(s, 160, 80, margin=0.05)
-    shadow(s, 80, 72, 72, 5)
-    clay = s.linear("tablet", [(0, "#d6b48a"), (1, "#a67c52")], x2=0.3, y2=1)
-    outline = [(6, 18), (40, 10), (90, 8), (140, 11), (156, 22), (154, 48), (140, 62),
-               (80, 66), (30, 64), (8, 56), (3, 36)]
-    s.path(smooth(outline, tension=0.3), fill=clay, stroke="#6d4c2e", stroke_width=1)
-    # a broken corner
-    s.path("M140,11 L152,18 L146,24 L150,30 L156,22 Z", fill="#8e6a45", opacity=0.7)
-    rnd = random.Random(21)
-    for row, y in enumerate([18, 32, 46]):
-        s.line(10, y + 12, 150, y + 12, stroke="#7b5735", stroke_width=0.6, opacity=0.7)
-        x = 16
-        while x < 138:
-            if rnd.random() < 0.18 and x > 40:
-                # numerals: strokes are units, circles tens
-                for i in range(rnd.randint(1, 3)):
-                    s.circle(x + i * 4, y + 7, 1.4, fill="none", stroke="#5a3c22", stroke_width=0.8)
-                x += 14
-                continue
-            d = LINEAR_B[rnd.randrange(len(LINEAR_B))]
-            s.path(d, fill="none", stroke="#5a3c22", stroke_width=1, transform=f"translate({x},{y + 1}) scale(0.95)")
-            x += 11
-    s.end()
-    return s
-
-
 # Inscription stone -------------------------------------------------------------------
 
 def inscription(w, h, lines=None):
@@ -333,7 +258,8 @@ def black_backdrop(s):
 
 # Figurines -------------------------------------------------------------------------
 
-def figurine(w, h):  # noqa: F811  a dark backdrop, as museum photographs of it have
+def figurine(w, h):
+    """A folded-arm marble figurine of the Early Cycladic age, on a dark backdrop."""
     s = Svg(w, h)
     dark_backdrop(s)
     _unit(s, 100, 200, margin=0.04)
@@ -639,7 +565,8 @@ def lychnites(w, h):
 
 # Tablets and writing -----------------------------------------------------------------
 
-def linear_b(w, h):  # noqa: F811  a leaf tablet: two lines of signs, then sheep and numbers
+def linear_b(w, h):
+    """A leaf-shaped tablet: two lines of signs, then a ram and its number."""
     s = Svg(w, h)
     black_backdrop(s)
     _unit(s, 170, 70, margin=0.05)
@@ -820,10 +747,6 @@ def tribute_list(w, h):
     s.line(40, 8, 40, 108, stroke="#a59c8a", stroke_width=0.5)
     s.end()
     return s
-
-
-def parian_inscription(w, h):
-    return inscription(w, h)
 
 
 # Small things ---------------------------------------------------------------------

@@ -457,7 +457,6 @@ def delos_sanctuary(w, h):
     sky = s.linear("sky", [(0, "#6fa8d6"), (1, "#e1eff6")])
     s.rect(0, 0, w, h, fill=sky)
     hills(s, h * 0.5, [60, 90, 50], "#b59f74", seed=7, step=120)
-    s.text(w * 0.58, h * 0.24, "", size=10)
     ground = s.linear("ground", [(0, "#d8c69c"), (1, "#bfa978")])
     s.rect(0, h * 0.5, w, h * 0.5, fill=ground)
     shrubs(s, h * 0.52, h * 0.98, 30, seed=8, color="#8a8a4a")

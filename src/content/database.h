@@ -35,10 +35,11 @@ enum RecordsetOption : int {
 struct OpenOptions
 {
     // Code page for the text of a Jet 3 file, overriding what the file declares
-    // (e.g. "CP1253"). Empty: use the file's own.
+    // (e.g. "CP1253" or "1253"). Empty: use the file's own.
     QByteArray jet3CodePage;
-    // Called during a Jet import with the work done so far and the whole; returning
-    // false cancels the import. May be empty.
+    // Called during a Jet import with the rows read so far and the rows in all (0 while
+    // not yet known), at least every fifth of a second; returning false cancels the
+    // import, which then fails with error 3059. May be empty.
     std::function<bool(qint64 done, qint64 total)> progress;
 };
 

@@ -12,12 +12,14 @@
 #include <cerrno>
 #include <cstring>
 #include <fcntl.h>
+#include <iconv.h>
 #include <poll.h>
 #include <signal.h>
 #include <sys/prctl.h>
 #include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
+#include <vector>
 
 namespace content::jet {
 
@@ -126,6 +128,26 @@ void limitMemory()
     _exit(status);
 }
 
+// Each reader is a fresh process; converters loaded here once are inherited by all of
+// them instead of being loaded by each.
+void preloadCodePages(const QByteArray &extra)
+{
+    static std::vector<iconv_t> loaded;
+    static QList<QByteArray> names;
+    QList<QByteArray> wanted {
+        QByteArrayLiteral("UCS-2LE"), QByteArrayLiteral("CP1253"), QByteArrayLiteral("CP1252")};
+    if (!extra.isEmpty())
+        wanted << extra;
+    for (const QByteArray &name : wanted) {
+        if (names.contains(name))
+            continue;
+        names << name;
+        const iconv_t cd = iconv_open("UTF-8", name.constData());
+        if (cd != iconv_t(-1))
+            loaded.push_back(cd);
+    }
+}
+
 class ChildProcess
 {
 public:
@@ -171,6 +193,8 @@ std::unique_ptr<sqlite::Connection> importJet(
     if (!checkHeader(bytes, &header, &reason))
         throw errors::unrecognizedFormat(path);
 
+    preloadCodePages(options.jet3CodePage);
+
     int fds[2];
     if (pipe2(fds, O_CLOEXEC) != 0)
         throw errors::cannotOpen(path);
@@ -196,6 +220,8 @@ std::unique_ptr<sqlite::Connection> importJet(
     qint64 dataLength = -1;
     int errorNumber = 0;
     QString errorText;
+    qint64 lastDone = 0;
+    qint64 lastTotal = 0;
     QElapsedTimer quiet;
     quiet.start();
     char chunk[65536];
@@ -207,6 +233,10 @@ std::unique_ptr<sqlite::Connection> importJet(
         if (ready <= 0) {
             if (quiet.elapsed() > options.stallTimeoutMs)
                 throw errors::unrecognizedFormat(path);
+            // A beat even while a large table or memo keeps the reader quiet, so that the
+            // caller's progress window stays alive and can cancel.
+            if (options.progress && !options.progress(lastDone, lastTotal))
+                throw errors::cancelled();
             continue;
         }
         const ssize_t n = ::read(child.fd(), chunk, sizeof chunk);
@@ -233,6 +263,8 @@ std::unique_ptr<sqlite::Connection> importJet(
                 std::memcpy(&done, buffer.constData() + 1, 8);
                 std::memcpy(&total, buffer.constData() + 9, 8);
                 buffer.remove(0, 17);
+                lastDone = done;
+                lastTotal = total;
                 if (options.progress && !options.progress(done, total))
                     throw errors::cancelled();
             } else if (tag == TagError) {

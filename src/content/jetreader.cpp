@@ -616,12 +616,16 @@ void readJetInto(const QByteArray &bytes, const QByteArray &jet3CodePage, sqlite
     // Text conversion is set here rather than left to libmdb's environment variables:
     // names and values come out as UTF-8, and a Jet 3 file is read in the code page its
     // header declares unless the caller says otherwise.
-    QByteArray codePage = jet3CodePage;
+    QByteArray codePage = jet3CodePage.trimmed();
+    bool numeric = false;
+    codePage.toInt(&numeric);
+    if (numeric)
+        codePage.prepend("CP");
     if (codePage.isEmpty())
         codePage = mdb->f->code_page ? "CP" + QByteArray::number(mdb->f->code_page) : QByteArray("CP1252");
     auto cp = std::make_unique<Iconv>("UTF-8", codePage.constData());
     if (!cp->valid()) {
-        if (!jet3CodePage.isEmpty())
+        if (!jet3CodePage.isEmpty() && IS_JET3(mdb.get()))
             throw ReadError {errors::InvalidArgument, QString::fromLatin1(jet3CodePage)};
         codePage = "CP1252";
         cp = std::make_unique<Iconv>("UTF-8", "CP1252");

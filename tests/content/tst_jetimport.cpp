@@ -245,6 +245,16 @@ private slots:
         QCOMPARE(rs4->Fields(QStringLiteral("Theme")).text(), QStringLiteral("Η αθηναϊκή δημοκρατία"));
     }
 
+    void codePageMayBeGivenByNumber()
+    {
+        content::OpenOptions options;
+        options.jet3CodePage = "1253";
+        const auto db = Database::OpenDatabase(fixtures::jet3(), options);
+        auto rs = db->OpenRecordset(
+            QStringLiteral("SELECT Theme FROM Themes WHERE ThemeID = 2"), content::dbOpenSnapshot);
+        QCOMPARE(rs->Fields(QStringLiteral("Theme")).text(), QStringLiteral("Η αθηναϊκή δημοκρατία"));
+    }
+
     void unknownCodePageIsAnInvalidArgument()
     {
         content::OpenOptions options;

@@ -30,20 +30,17 @@ QString foldCase(QStringView text)
 
 namespace {
 
-constexpr int BucketBits = 8;
-constexpr quint32 BucketCount = 1u << (2 * BucketBits);
-
-quint32 bucketOf(QChar c)
-{
-    const char16_t u = c.unicode();
-    return quint32(u ^ (u >> BucketBits)) & ((1u << BucketBits) - 1);
-}
+constexpr int KeyBits = 17;
+constexpr quint32 BucketCount = 1u << KeyBits;
 
 } // namespace
 
-quint32 PhraseSearch::pairKey(QChar a, QChar b)
+quint32 PhraseSearch::key(const QChar *s)
 {
-    return (bucketOf(a) << BucketBits) | bucketOf(b);
+    quint32 h = s[0].unicode();
+    h = h * 0x9E3779B1u + s[1].unicode();
+    h = h * 0x9E3779B1u + s[2].unicode();
+    return (h * 0x85EBCA6Bu) >> (32 - KeyBits);
 }
 
 PhraseSearch::PhraseSearch(const QString &text)
@@ -52,17 +49,21 @@ PhraseSearch::PhraseSearch(const QString &text)
     const int n = int(m_folded.size());
     const QChar *s = m_folded.constData();
     m_bucketStart.assign(BucketCount + 1, 0);
-    if (n < 2)
+    if (n < KeyLength)
         return;
+    const int keyed = n - KeyLength + 1;
     // Counting sort by key keeps the places of each key in ascending order.
-    for (int p = 0; p + 1 < n; ++p)
-        ++m_bucketStart[pairKey(s[p], s[p + 1]) + 1];
+    std::vector<quint32> keyOf(std::size_t(keyed), 0u);
+    for (int p = 0; p < keyed; ++p) {
+        keyOf[std::size_t(p)] = key(s + p);
+        ++m_bucketStart[keyOf[std::size_t(p)] + 1];
+    }
     for (quint32 k = 1; k <= BucketCount; ++k)
         m_bucketStart[k] += m_bucketStart[k - 1];
-    m_places.resize(std::size_t(n - 1));
+    m_places.resize(std::size_t(keyed));
     std::vector<int> fill(m_bucketStart.begin(), m_bucketStart.end() - 1);
-    for (int p = 0; p + 1 < n; ++p)
-        m_places[std::size_t(fill[pairKey(s[p], s[p + 1])]++)] = p;
+    for (int p = 0; p < keyed; ++p)
+        m_places[std::size_t(fill[keyOf[std::size_t(p)]]++)] = p;
 }
 
 int PhraseSearch::InStr(int start, const QString &phrase) const
@@ -77,14 +78,14 @@ int PhraseSearch::InStr(int start, const QString &phrase) const
     const int from = start - 1;
     if (from + length > n)
         return 0;
-    if (length == 1) {
-        const qsizetype hit = QStringView(m_folded).indexOf(needle.at(0), from);
+    if (length < KeyLength) {
+        const qsizetype hit = QStringView(m_folded).indexOf(needle, from);
         return hit < 0 ? 0 : int(hit) + 1;
     }
 
-    const quint32 key = pairKey(needle.at(0), needle.at(1));
-    const auto first = m_places.begin() + m_bucketStart[key];
-    const auto last = m_places.begin() + m_bucketStart[key + 1];
+    const quint32 k = key(needle.constData());
+    const auto first = m_places.begin() + m_bucketStart[k];
+    const auto last = m_places.begin() + m_bucketStart[k + 1];
     const QStringView text(m_folded);
     for (auto it = std::lower_bound(first, last, from); it != last; ++it) {
         const int p = *it;

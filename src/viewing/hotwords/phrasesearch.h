@@ -14,9 +14,9 @@ QString foldCase(QStringView text);
 
 // InStr over one text that does not change, by text comparison. Locating the hot words
 // of a text searches it from the start again for every phrase and every black
-// occurrence, so the text is folded once and the places of every pair of neighbouring
+// occurrence, so the text is folded once and the places of every three neighbouring
 // characters are indexed: a search then visits only the places where the phrase's first
-// two characters stand, and costs no more for a phrase near the end than near the start.
+// three characters stand, and costs no more for a phrase near the end than near the start.
 class PhraseSearch final
 {
 public:
@@ -31,11 +31,13 @@ public:
     const QString &folded() const { return m_folded; }
 
 private:
-    static quint32 pairKey(QChar a, QChar b);
+    // Phrases are indexed by their first three characters, hashed.
+    static constexpr int KeyLength = 3;
+    static quint32 key(const QChar *s);
 
     QString m_folded;
-    std::vector<int> m_bucketStart; // per pair key, into m_places; one extra at the end
-    std::vector<int> m_places; // places of each pair, grouped by key, ascending within
+    std::vector<int> m_bucketStart; // per key, into m_places; one extra at the end
+    std::vector<int> m_places; // places of each key, grouped by key, ascending within
 };
 
 } // namespace hotwords

@@ -104,13 +104,11 @@ public:
     {
     }
 
-    // Text as the file stores it: Jet 4 in UCS-2, optionally in the compressed form that
-    // starts with FF FE and switches between one and two bytes a character at each 00;
-    // Jet 3 in the file's code page.
+    // Text as the file stores it: Jet 4 in UCS-2, Jet 3 in the file's code page.
     QString text(const unsigned char *data, size_t size) const
     {
         if (!IS_JET3(m_mdb))
-            return ucs2(data, size);
+            return jet4Text(data, size);
         return m_codePage->decode(data, size);
     }
 
@@ -163,35 +161,6 @@ public:
     }
 
 private:
-    static QString ucs2(const unsigned char *data, size_t size)
-    {
-        QString out;
-        if (size >= 2 && data[0] == 0xff && data[1] == 0xfe) {
-            out.reserve(qsizetype(size));
-            bool compressed = true;
-            size_t i = 2;
-            while (i < size) {
-                if (data[i] == 0) {
-                    compressed = !compressed;
-                    ++i;
-                } else if (compressed) {
-                    out += QChar(char16_t(data[i]));
-                    ++i;
-                } else if (i + 1 < size) {
-                    out += QChar(char16_t(data[i] | data[i + 1] << 8));
-                    i += 2;
-                } else {
-                    break;
-                }
-            }
-            return out;
-        }
-        out.resize(qsizetype(size / 2));
-        for (size_t i = 0; i + 1 < size; i += 2)
-            out[qsizetype(i / 2)] = QChar(char16_t(data[i] | data[i + 1] << 8));
-        return out;
-    }
-
     MdbHandle *m_mdb;
     qint64 m_fileSize;
     const Iconv *m_codePage;
@@ -232,25 +201,6 @@ QString sqlType(int colType)
     default:
         return QStringLiteral("BLOB");
     }
-}
-
-// Days since 1899-12-30, the fraction being the time of day; before that date the
-// whole part counts back while the fraction still counts forward.
-QString isoDate(double value)
-{
-    if (!std::isfinite(value) || value < -700000.0 || value > 3000000.0)
-        return QString();
-    const double whole = std::trunc(value);
-    const double fraction = std::fabs(value - whole);
-    qint64 seconds = qint64(std::llround(fraction * 86400.0));
-    qint64 days = qint64(whole);
-    if (seconds >= 86400) {
-        seconds -= 86400;
-        days += 1;
-    }
-    const QDate date = QDate(1899, 12, 30).addDays(days);
-    const QTime time = QTime(0, 0).addSecs(int(seconds));
-    return date.toString(u"yyyy-MM-dd") + u'T' + time.toString(u"HH:mm:ss");
 }
 
 QString guidText(const unsigned char *p)
@@ -496,7 +446,9 @@ private:
             needs(8);
             double v = 0;
             std::memcpy(&v, p, 8);
-            bindText(stmt, param, isoDate(v));
+            const QString iso = jetDateTime(v);
+            if (!iso.isEmpty())
+                bindText(stmt, param, iso);
             break;
         }
         case MDB_TEXT:
@@ -557,6 +509,53 @@ private:
 };
 
 } // namespace
+
+QString jet4Text(const unsigned char *data, size_t size)
+{
+    QString out;
+    if (size >= 2 && data[0] == 0xff && data[1] == 0xfe) {
+        out.reserve(qsizetype(size));
+        bool compressed = true;
+        size_t i = 2;
+        while (i < size) {
+            if (data[i] == 0) {
+                compressed = !compressed;
+                ++i;
+            } else if (compressed) {
+                out += QChar(char16_t(data[i]));
+                ++i;
+            } else if (i + 1 < size) {
+                out += QChar(char16_t(data[i] | data[i + 1] << 8));
+                i += 2;
+            } else {
+                break;
+            }
+        }
+        return out;
+    }
+    out.resize(qsizetype(size / 2));
+    for (size_t i = 0; i + 1 < size; i += 2)
+        out[qsizetype(i / 2)] = QChar(char16_t(data[i] | data[i + 1] << 8));
+    return out;
+}
+
+// Before 1899-12-30 the whole part counts back while the fraction still counts forward.
+QString jetDateTime(double value)
+{
+    if (!std::isfinite(value) || value < -657434.0 || value > 2958465.999999)
+        return QString();
+    const double whole = std::trunc(value);
+    const double fraction = std::fabs(value - whole);
+    qint64 seconds = qint64(std::llround(fraction * 86400.0));
+    qint64 days = qint64(whole);
+    if (seconds >= 86400) {
+        seconds -= 86400;
+        days += 1;
+    }
+    const QDate date = QDate(1899, 12, 30).addDays(days);
+    const QTime time = QTime(0, 0).addSecs(int(seconds));
+    return date.toString(u"yyyy-MM-dd") + u'T' + time.toString(u"HH:mm:ss");
+}
 
 bool hasJetSignature(const QByteArray &head)
 {

@@ -28,6 +28,14 @@ bool hasJetSignature(const QByteArray &head);
 // libmdb knows, whole pages, and the first pages present. Returns false and a reason.
 bool checkHeader(const QByteArray &bytes, Header *header, QString *reason);
 
+// Text as a Jet 4 file stores it: UCS-2, or the compressed form that starts with FF FE
+// and switches between one and two bytes a character at each 00.
+QString jet4Text(const unsigned char *data, size_t size);
+
+// A date/time value (days since 1899-12-30, the fraction the time of day) as ISO 8601
+// text; empty for a value outside the years the engine knows.
+QString jetDateTime(double value);
+
 // Why a read failed, by the engine's error number.
 struct ReadError
 {

@@ -2,11 +2,14 @@
 
 #include <contenterrors.h>
 #include <database.h>
+#include <jetreader.h>
 
 #include <sqlite3.h>
 
 #include <QTemporaryDir>
 #include <QTest>
+
+#include <cmath>
 
 using content::Database;
 using platform::RuntimeError;
@@ -296,6 +299,30 @@ private slots:
         } catch (const RuntimeError &e) {
             QCOMPARE(e.number(), content::errors::CancelledByUser);
         }
+    }
+
+    void jet4TextReadsPlainAndCompressedForms()
+    {
+        const unsigned char plain[] = {0x9f, 0x03, 0x20, 0x00, 0x9a, 0x03};
+        QCOMPARE(content::jet::jet4Text(plain, sizeof plain), QStringLiteral("Ο Κ"));
+        // FF FE, "Ab", switch to two bytes, "Ω", switch back, "c".
+        const unsigned char compressed[] = {0xff, 0xfe, 'A', 'b', 0x00, 0xa9, 0x03, 0x00, 'c'};
+        QCOMPARE(content::jet::jet4Text(compressed, sizeof compressed), QStringLiteral("AbΩc"));
+        const unsigned char cut[] = {0xff, 0xfe, 'A', 0x00, 0xa9};
+        QCOMPARE(content::jet::jet4Text(cut, sizeof cut), QStringLiteral("A"));
+        QCOMPARE(content::jet::jet4Text(plain, 0), QString());
+    }
+
+    void dateTimesBecomeIsoText()
+    {
+        QCOMPARE(content::jet::jetDateTime(0.0), QStringLiteral("1899-12-30T00:00:00"));
+        QCOMPARE(content::jet::jetDateTime(36526.5), QStringLiteral("2000-01-01T12:00:00"));
+        QCOMPARE(content::jet::jetDateTime(-1.25), QStringLiteral("1899-12-29T06:00:00"));
+        // Rounded to the second, into the next day.
+        QCOMPARE(content::jet::jetDateTime(45000.999999999), QStringLiteral("2023-03-16T00:00:00"));
+        QCOMPARE(content::jet::jetDateTime(45000.0), QStringLiteral("2023-03-15T00:00:00"));
+        QCOMPARE(content::jet::jetDateTime(1e12), QString());
+        QCOMPARE(content::jet::jetDateTime(std::nan("")), QString());
     }
 
     void kindIsToldByContentNotName()

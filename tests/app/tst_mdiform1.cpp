@@ -1,0 +1,636 @@
+#include "../outside/recorder.h"
+#include "../viewing/fakeviewers.h"
+#include "shellcontent.h"
+
+#include <frmploigisi.h>
+#include <frmsmallbutton.h>
+#include <launch.h>
+#include <mdiform1.h>
+#include <modglobal.h>
+#include <msgbox.h>
+#include <runtimeerror.h>
+#include <tlb.h>
+#include <twips.h>
+
+#include <QApplication>
+#include <QLabel>
+#include <QMdiArea>
+#include <QMdiSubWindow>
+#include <QMenuBar>
+#include <QTest>
+
+using testing::FakeViewer;
+
+namespace {
+
+// Stands in for the start screen: what the shell shows when it unloads.
+class StartScreen final : public QWidget
+{
+public:
+    StartScreen()
+    {
+        setAttribute(Qt::WA_DeleteOnClose);
+        ++created;
+    }
+    // What the start screen's go button does.
+    void go(qint32 activityID)
+    {
+        ShellWindow::instance()->setSelectedActivity(activityID);
+        ShellWindow::instance()->window()->show();
+        close();
+    }
+    static inline int created = 0;
+};
+
+QList<QWidget *> visibleTopLevels()
+{
+    QList<QWidget *> shown;
+    for (QWidget *w : QApplication::topLevelWidgets()) {
+        if (w->isVisible() && !qobject_cast<QMenu *>(w))
+            shown.append(w);
+    }
+    return shown;
+}
+
+int aliveTiles()
+{
+    int count = 0;
+    for (QWidget *w : QApplication::allWidgets())
+        count += qobject_cast<frmSmallButton *>(w) ? 1 : 0;
+    return count;
+}
+
+void flushDeletes()
+{
+    for (int i = 0; i < 3; ++i)
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+}
+
+} // namespace
+
+class tst_MDIForm1 : public QObject
+{
+    Q_OBJECT
+
+    struct Shown
+    {
+        QString text;
+        int style;
+        QString title;
+    };
+    QList<Shown> m_boxes;
+    testing::ShellContent *m_content = nullptr;
+    int m_ends = 0;
+    QByteArray m_path;
+
+    MDIForm1 *openShell(qint32 activityID)
+    {
+        auto *shell = static_cast<MDIForm1 *>(ShellWindow::instance());
+        shell->setSelectedActivity(activityID);
+        shell->show();
+        return shell;
+    }
+
+    static QMdiSubWindow *frameOf(frmSmallButton *tile)
+    {
+        return qobject_cast<QMdiSubWindow *>(tile->parentWidget());
+    }
+
+    QAction *menuAction(QMenu *menu, int index) { return menu->actions().at(index); }
+
+private slots:
+    void initTestCase()
+    {
+        m_content = new testing::ShellContent;
+        QVERIFY(m_content->open());
+        MDIForm1::registerDefaultInstance();
+        MDIForm1::setStartScreenFactory([] { return new StartScreen; });
+        modGlobal::setEndHook([this] { ++m_ends; });
+        m_path = qgetenv("PATH");
+    }
+
+    void cleanupTestCase()
+    {
+        delete m_content;
+        modGlobal::gDatabase.reset();
+    }
+
+    void init()
+    {
+        m_boxes.clear();
+        m_ends = 0;
+        platform::setMsgBoxHook([this](const QString &text, int style, const QString &title) {
+            m_boxes.append({text, style, title});
+            return int(platform::vbOK);
+        });
+        FakeViewer::registerAll();
+        StartScreen::created = 0;
+    }
+
+    void cleanup()
+    {
+        qputenv("PATH", m_path);
+        for (QWidget *w : QApplication::topLevelWidgets())
+            w->close();
+        flushDeletes();
+        for (QWidget *w : QApplication::topLevelWidgets())
+            delete w;
+        flushDeletes();
+        QCOMPARE(ShellWindow::existing(), nullptr);
+        platform::setMsgBoxHook({});
+    }
+
+    void captionSizeAndNoMaximise()
+    {
+        MDIForm1 *shell = openShell(101);
+        QCOMPARE(shell->windowTitle(), QStringLiteral("ΤΡΕΜΙΔΙΑ"));
+        QCOMPARE(shell->size(), QSize(800, 600));
+        QCOMPARE(shell->minimumSize(), QSize(800, 600));
+        QCOMPARE(shell->maximumSize(), QSize(800, 600));
+        QVERIFY(!(shell->windowFlags() & Qt::WindowMaximizeButtonHint));
+        QVERIFY(shell->windowFlags() & Qt::WindowMinimizeButtonHint);
+        QCOMPARE(ShellWindow::existing(), static_cast<ShellWindow *>(shell));
+    }
+
+    void menuCaptionsAsTheProgramHasThem()
+    {
+        MDIForm1 *shell = openShell(101);
+        QStringList top;
+        for (QAction *a : shell->menuBar()->actions())
+            top << a->text();
+        QCOMPARE(top,
+            (QStringList {QStringLiteral("Πλοήγηση"), QStringLiteral("Μουσεία"), QStringLiteral("Επιλογές"),
+                QStringLiteral("Προβολή"), QStringLiteral("Παράθυρα"), QStringLiteral("Βοήθεια")}));
+        QCOMPARE(shell->mnuPrev->text(), QStringLiteral("Επιστροφή"));
+        QVERIFY(menuAction(shell->mnuFile, 1)->isSeparator());
+        QCOMPARE(shell->mnuExit->text(), QStringLiteral("&Έξοδος"));
+        QCOMPARE(shell->mnuMoys1->text(), QStringLiteral("Εικονικό μουσείο"));
+        QCOMPARE(shell->mnuMous2->text(), QStringLiteral("Συλλογές ευρημάτων στο διαδίκτυο"));
+        QCOMPARE(shell->mnufacilities->text(), QStringLiteral("Αναζήτηση στη βάση δεδομένων"));
+        QCOMPARE(shell->mnuStudNotes->text(), QStringLiteral("Σημειωματάριο"));
+        QCOMPARE(shell->mnuCatalogue->text(), QStringLiteral("Ευρετήριο"));
+        QCOMPARE(shell->mnuDraw->text(), QStringLiteral("Χώρος σχεδίασης"));
+        QCOMPARE(shell->mnuNotes->text(), QStringLiteral("Εργασίες"));
+        QCOMPARE(shell->mnuCascade->text(), QStringLiteral("&Επικάλυψη"));
+        QCOMPARE(shell->mnuTileHorizontal->text(), QStringLiteral("&Ορίζοντια Παράθεση"));
+        QCOMPARE(shell->mnuTileVertical->text(), QStringLiteral("&Κάθετη Παράθεση"));
+        QCOMPARE(shell->mnuArrangeIcons->text(), QStringLiteral("&Τακτοποίηση Παραθύρων"));
+        QVERIFY(shell->WindowListSeparator->isSeparator());
+        QVERIFY(!shell->WindowListSeparator->isVisible());
+    }
+
+    void windowListHasTheHiddenDesignEntryAndOneReadyForTheTexts()
+    {
+        MDIForm1 *shell = openShell(101);
+        QCOMPARE(shell->mnuListUBound(), 1);
+        QCOMPARE(shell->mnuList(0)->text(), QStringLiteral("List"));
+        QVERIFY(!shell->mnuList(0)->isVisible());
+        QVERIFY(!shell->mnuList(1)->isVisible());
+        QCOMPARE(shell->windowListSeparator(), shell->WindowListSeparator);
+        // What a text window does with it.
+        shell->windowListSeparator()->setVisible(true);
+        shell->mnuList(1)->setVisible(true);
+        shell->mnuList(1)->setText(QStringLiteral("Βιβλίο 301"));
+        QCOMPARE(shell->mnuWndAlign->actions().last()->text(), QStringLiteral("Βιβλίο 301"));
+        bool raised = false;
+        try {
+            shell->mnuList(2);
+        } catch (const platform::RuntimeError &e) {
+            raised = e.number() == 9;
+        }
+        QVERIFY(raised);
+    }
+
+    void selectedActivityBuildsTheQueryAndLoadsNothing()
+    {
+        auto *shell = static_cast<MDIForm1 *>(ShellWindow::instance());
+        QVERIFY(shell->ResourceSQL().isEmpty());
+        shell->setSelectedActivity(113);
+        QCOMPARE(shell->ActivityID(), 113);
+        QCOMPARE(modGlobal::gActivityID, 113);
+        QCOMPARE(shell->ResourceSQL(),
+            QStringLiteral(
+                "SELECT Activities.ActivityID, Resources.ResourceID, Resources.ResTypeID, Resources.PlaceID, "
+                "Resources.ChronologicalID, Resources.Author, Resources.Book, Resources.TextRTF, "
+                "Resources.TextPath, Resources.PicturePath, Resources.Caption, Resources.Lezanda, "
+                "Resources.Kind, "
+                "Resources.Museum FROM Resources INNER JOIN (Activities INNER JOIN RelActivityResource ON "
+                "(Activities.ActivityID = RelActivityResource.ActivityID) AND (Activities.ActivityID = "
+                "RelActivityResource.ActivityID) AND (Activities.ActivityID = "
+                "RelActivityResource.ActivityID)) ON "
+                "(Resources.ResourceID = RelActivityResource.ResourceID) AND (Resources.ResourceID = "
+                "RelActivityResource.ResourceID)WHERE Activities.ActivityID = 113"));
+        QCOMPARE(shell->ResourceCount(), 0);
+        QVERIFY(shell->mdiArea()->subWindowList().isEmpty());
+    }
+
+    void tilesStandSixToARow_data()
+    {
+        QTest::addColumn<int>("activityID");
+        QTest::addColumn<int>("count");
+        QTest::newRow("1") << 101 << 1;
+        QTest::newRow("6") << 106 << 6;
+        QTest::newRow("7") << 107 << 7;
+        QTest::newRow("13") << 113 << 13;
+    }
+
+    void tilesStandSixToARow()
+    {
+        QFETCH(int, activityID);
+        QFETCH(int, count);
+        MDIForm1 *shell = openShell(activityID);
+        QCOMPARE(int(shell->ResourceCount()), count);
+        QCOMPARE(shell->Tiles().size(), count);
+        QCOMPARE(shell->mdiArea()->subWindowList().size(), count);
+        QList<int> rowLengths;
+        for (int i = 1; i <= count; ++i) {
+            frmSmallButton *tile = shell->Tiles().at(i - 1);
+            QVERIFY(tile);
+            QMdiSubWindow *frame = frameOf(tile);
+            QVERIFY(frame->isVisible());
+            QCOMPARE(tile->Label1->text(), QString::number(i));
+            QCOMPARE(frame->size(), tile->Image1->size());
+            const int w = platform::twipsFromPixelsX(frame->width());
+            const int h = platform::twipsFromPixelsY(frame->height());
+            const int c = (i - 1) % 6;
+            const int r = (i - 1) / 6;
+            QCOMPARE(frame->pos(),
+                QPoint(platform::pixelsFromTwipsX(c * w + (c + 1) * 100),
+                    platform::pixelsFromTwipsY(r * h + (r + 1) * 100)));
+            if (c == 0)
+                rowLengths.append(0);
+            ++rowLengths.last();
+        }
+        if (count == 13)
+            QCOMPARE(rowLengths, (QList<int> {6, 6, 1}));
+        if (count == 7)
+            QCOMPARE(rowLengths, (QList<int> {6, 1}));
+        // Tile 7 begins the second row 100 twips under the first.
+        if (count >= 7)
+            QCOMPARE(frameOf(shell->Tiles().at(6))->pos(),
+                QPoint(platform::pixelsFromTwipsX(100), platform::pixelsFromTwipsY(705 + 2 * 100)));
+    }
+
+    void tilesComeInTheOrderOfTheQuery()
+    {
+        MDIForm1 *shell = openShell(106);
+        QList<int> ids;
+        for (const auto &tile : shell->Tiles())
+            ids << tile->ResourceID();
+        std::sort(ids.begin(), ids.end());
+        QCOMPARE(ids, (QList<int> {301, 302, 303, 304, 305, 306}));
+    }
+
+    void activityWithoutResourcesGivesAnEmptyShell()
+    {
+        MDIForm1 *shell = openShell(120);
+        QCOMPARE(shell->ResourceCount(), 0);
+        QVERIFY(shell->mdiArea()->subWindowList().isEmpty());
+        shell->UnloadResources();
+        QVERIFY(m_boxes.isEmpty());
+    }
+
+    void emptyActivityAfterAnotherKeepsTheCountAndUnloadsHarmlessly()
+    {
+        MDIForm1 *shell = openShell(106);
+        shell->UnloadResources();
+        shell->setSelectedActivity(120);
+        shell->LoadResources();
+        flushDeletes();
+        QCOMPARE(shell->ResourceCount(), 6);
+        QCOMPARE(aliveTiles(), 0);
+        shell->UnloadResources(); // the tiles of 106 are gone: nothing fails
+        shell->setSelectedActivity(101);
+        shell->LoadResources();
+        QCOMPARE(shell->ResourceCount(), 1);
+        flushDeletes();
+        QCOMPARE(aliveTiles(), 1);
+    }
+
+    void resourceLinkedTwiceGivesTwoTiles()
+    {
+        MDIForm1 *shell = openShell(130);
+        QCOMPARE(shell->ResourceCount(), 2);
+        QCOMPARE(shell->Tiles().at(0)->ResourceID(), 303);
+        QCOMPARE(shell->Tiles().at(1)->ResourceID(), 303);
+    }
+
+    void menuExitReturnsToTheStartScreen()
+    {
+        MDIForm1 *shell = openShell(106);
+        QPointer<MDIForm1> guard(shell);
+        shell->mnuExit->trigger();
+        flushDeletes();
+        QVERIFY(!guard);
+        QCOMPARE(StartScreen::created, 1);
+        QCOMPARE(m_ends, 0);
+        QCOMPARE(aliveTiles(), 0);
+        QCOMPARE(visibleTopLevels().size(), 1);
+        QVERIFY(dynamic_cast<StartScreen *>(visibleTopLevels().first()));
+    }
+
+    void toolbarExitEndsTheProgram()
+    {
+        MDIForm1 *shell = openShell(106);
+        emit shell->TlbMain->ButtonClick(QStringLiteral("exit"));
+        QCOMPARE(m_ends, 1);
+        QCOMPARE(StartScreen::created, 1);
+        flushDeletes();
+        QCOMPARE(ShellWindow::existing(), nullptr);
+    }
+
+    void goingBackShowsOneStartScreen()
+    {
+        for (const QString &way : {QStringLiteral("menu"), QStringLiteral("first"), QStringLiteral("prev")}) {
+            MDIForm1 *shell = openShell(101);
+            StartScreen::created = 0;
+            if (way == u"menu")
+                shell->mnuPrev->trigger();
+            else
+                emit shell->TlbMain->ButtonClick(way);
+            flushDeletes();
+            QCOMPARE(StartScreen::created, 1);
+            QCOMPARE(visibleTopLevels().size(), 1);
+            QCOMPARE(ShellWindow::existing(), nullptr);
+            for (QWidget *w : visibleTopLevels())
+                w->close();
+            flushDeletes();
+        }
+        QCOMPARE(m_ends, 0);
+    }
+
+    void forwardAndBackTenTimesLeavesOneWindow()
+    {
+        auto *start = new StartScreen;
+        start->show();
+        for (int round = 0; round < 10; ++round) {
+            const qint32 activity = round % 2 ? 113 : 107;
+            static_cast<StartScreen *>(visibleTopLevels().first())->go(activity);
+            flushDeletes();
+            QCOMPARE(visibleTopLevels().size(), 1);
+            auto *shell = qobject_cast<MDIForm1 *>(visibleTopLevels().first());
+            QVERIFY(shell);
+            QCOMPARE(aliveTiles(), int(shell->ResourceCount()));
+            QCOMPARE(shell->mdiArea()->subWindowList().size(), int(shell->ResourceCount()));
+            if (round % 2)
+                shell->mnuPrev->trigger();
+            else
+                shell->mnuExit->trigger();
+            flushDeletes();
+            QCOMPARE(visibleTopLevels().size(), 1);
+            QVERIFY(dynamic_cast<StartScreen *>(visibleTopLevels().first()));
+            QCOMPARE(aliveTiles(), 0);
+            QCOMPARE(ShellWindow::existing(), nullptr);
+        }
+        QCOMPARE(QApplication::topLevelWidgets().size() <= 2, true);
+    }
+
+    void closingTheShellUnloadsOpenViewersWithTheirTiles()
+    {
+        MDIForm1 *shell = openShell(106);
+        shell->Tiles().at(0)->Image1_Click();
+        shell->Tiles().at(1)->Image1_Click();
+        QList<QPointer<SourceViewer>> viewers {
+            shell->Tiles().at(0)->SourceForm(), shell->Tiles().at(1)->SourceForm()};
+        QVERIFY(viewers[0]->isVisible());
+        QVERIFY(viewers[1]->isVisible());
+        shell->close();
+        flushDeletes();
+        QVERIFY(!viewers[0]);
+        QVERIFY(!viewers[1]);
+        QCOMPARE(aliveTiles(), 0);
+    }
+
+    void actionsDocumentEmptyOrNullDoesNothing()
+    {
+        qputenv("PATH", "/nonexistent");
+        for (qint32 activity : {106, 107}) {
+            MDIForm1 *shell = openShell(activity);
+            shell->mnuNotes->trigger();
+            QVERIFY(m_boxes.isEmpty());
+            shell->close();
+            flushDeletes();
+        }
+    }
+
+    void actionsDocumentOpensACopyAsANewDocument()
+    {
+        QTemporaryDir bin;
+        const QString argvFile = bin.filePath(QStringLiteral("argv.txt"));
+        QVERIFY(testing::writeRecorder(bin.filePath(QStringLiteral("soffice")), argvFile));
+        qputenv("PATH", (bin.path() + QStringLiteral(":/usr/bin:/bin")).toUtf8());
+
+        MDIForm1 *shell = openShell(101);
+        shell->mnuNotes->trigger();
+        QVERIFY2(m_boxes.isEmpty(), m_boxes.isEmpty() ? "" : qPrintable(m_boxes[0].text));
+        QTRY_VERIFY(QFileInfo::exists(argvFile));
+        const QStringList argv = testing::readRecorded(argvFile);
+        QCOMPARE(argv.size(), 3);
+        QCOMPARE(argv[0], QStringLiteral("--writer"));
+        QCOMPARE(argv[1], QStringLiteral("-n"));
+        const QString original = m_content->folder() + QStringLiteral("/Actions/Εργασία 1.odt");
+        QVERIFY(argv[2] != original);
+        QCOMPARE(QFileInfo(argv[2]).fileName(), QStringLiteral("Εργασία 1.odt"));
+        QFile copy(argv[2]);
+        QVERIFY(copy.open(QIODevice::ReadOnly));
+        QCOMPARE(copy.readAll(), QByteArray("assignment body"));
+        QDir(QFileInfo(argv[2]).absolutePath()).removeRecursively();
+    }
+
+    void actionsDocumentWithoutWordProcessorGivesTheBox()
+    {
+        qputenv("PATH", "/nonexistent");
+        MDIForm1 *shell = openShell(101);
+        shell->mnuNotes->trigger();
+        QCOMPARE(m_boxes.size(), 1);
+        QCOMPARE(m_boxes[0].style, 16);
+        QCOMPARE(m_boxes[0].title, QStringLiteral("Τρεμίδια"));
+        QVERIFY(m_boxes[0].text.contains(QStringLiteral("επεξεργαστής κειμένου")));
+    }
+
+    void actionsDocumentThatIsMissingGivesTheBox()
+    {
+        QTemporaryDir bin;
+        QVERIFY(testing::writeRecorder(
+            bin.filePath(QStringLiteral("soffice")), bin.filePath(QStringLiteral("a"))));
+        qputenv("PATH", (bin.path() + QStringLiteral(":/usr/bin:/bin")).toUtf8());
+        MDIForm1 *shell = openShell(113);
+        shell->mnuNotes->trigger();
+        QCOMPARE(m_boxes.size(), 1);
+        QCOMPARE(m_boxes[0].style, 16);
+        QVERIFY(m_boxes[0].text.contains(QStringLiteral("Λείπει.odt")));
+        QVERIFY(!QFileInfo::exists(bin.filePath(QStringLiteral("a"))));
+    }
+
+    void mailWithoutAClientGivesTheBox()
+    {
+        QTemporaryDir home;
+        for (const char *name : {"XDG_CONFIG_HOME", "XDG_CONFIG_DIRS", "XDG_DATA_HOME", "XDG_DATA_DIRS"})
+            qputenv(name, home.path().toUtf8());
+        qunsetenv("XDG_CURRENT_DESKTOP");
+        MDIForm1 *shell = openShell(101);
+        emit shell->TlbMain->ButtonClick(QStringLiteral("e-mail"));
+        QCOMPARE(m_boxes.size(), 1);
+        QCOMPARE(m_boxes[0].text,
+            QStringLiteral("Δεν μπορώ να βρώ κάποιο πρόγραμμα αποστολής e-mail\r\n"
+                           "εγκατεστημένο στον υπολογιστή σας"));
+        QCOMPARE(m_boxes[0].style, 16);
+        QCOMPARE(m_boxes[0].title, QStringLiteral("Τρεμίδια"));
+    }
+
+    void mailStartsTheRegisteredClient()
+    {
+        QTemporaryDir home;
+        for (const char *name : {"XDG_CONFIG_DIRS", "XDG_DATA_DIRS"})
+            qputenv(name, home.filePath(QStringLiteral("none")).toUtf8());
+        qputenv("XDG_CONFIG_HOME", home.path().toUtf8());
+        qputenv("XDG_DATA_HOME", home.path().toUtf8());
+        qunsetenv("XDG_CURRENT_DESKTOP");
+        const QString argvFile = home.filePath(QStringLiteral("argv.txt"));
+        QVERIFY(testing::writeRecorder(home.filePath(QStringLiteral("mail client")), argvFile));
+        QFile list(home.filePath(QStringLiteral("mimeapps.list")));
+        QVERIFY(list.open(QIODevice::WriteOnly));
+        list.write("[Default Applications]\nx-scheme-handler/mailto=testmail.desktop\n");
+        list.close();
+        QDir().mkpath(home.filePath(QStringLiteral("applications")));
+        QFile entry(home.filePath(QStringLiteral("applications/testmail.desktop")));
+        QVERIFY(entry.open(QIODevice::WriteOnly));
+        entry.write(QStringLiteral("[Desktop Entry]\nType=Application\nName=Mail\nExec=\"%1\" %u\n")
+                        .arg(home.filePath(QStringLiteral("mail client")))
+                        .toUtf8());
+        entry.close();
+
+        MDIForm1 *shell = openShell(101);
+        emit shell->TlbMain->ButtonClick(QStringLiteral("e-mail"));
+        QVERIFY(m_boxes.isEmpty());
+        QTRY_VERIFY(QFileInfo::exists(argvFile));
+        QCOMPARE(testing::readRecorded(argvFile), QStringList());
+    }
+
+    void networkWithoutTheProgramGivesTheRunTimeError()
+    {
+        QDir(platform::applicationFolder() + QStringLiteral("/Network")).removeRecursively();
+        MDIForm1 *shell = openShell(101);
+        emit shell->TlbMain->ButtonClick(QStringLiteral("Network"));
+        QCOMPARE(m_boxes.size(), 1);
+        QVERIFY(m_boxes[0].text.startsWith(QStringLiteral("Λάθος # 53\r\n")));
+        QCOMPARE(m_boxes[0].style, 16);
+        QCOMPARE(m_boxes[0].title, QStringLiteral("Τρεμίδια"));
+    }
+
+    void networkStartsTheConferenceProgram()
+    {
+        const QString folder = platform::applicationFolder() + QStringLiteral("/Network");
+        QTemporaryDir out;
+        const QString argvFile = out.filePath(QStringLiteral("argv.txt"));
+        QVERIFY(testing::writeRecorder(folder + QStringLiteral("/conference.exe"), argvFile));
+        MDIForm1 *shell = openShell(101);
+        emit shell->TlbMain->ButtonClick(QStringLiteral("Network"));
+        QVERIFY(m_boxes.isEmpty());
+        QTRY_VERIFY(QFileInfo::exists(argvFile));
+        QCOMPARE(testing::readRecorded(argvFile), QStringList());
+        QDir(folder).removeRecursively();
+    }
+
+    void keysWithoutActionDoNothing()
+    {
+        MDIForm1 *shell = openShell(106);
+        for (const QString &key :
+            {QStringLiteral("Sound"), QStringLiteral("nonsense"), QString(), QStringLiteral("Search"),
+                QStringLiteral("Notes"), QStringLiteral("drawing"), QStringLiteral("SearchResources")})
+            emit shell->TlbMain->ButtonClick(key);
+        for (QAction *a : {shell->mnuMoys1, shell->mnuMous2, shell->mnufacilities, shell->mnuHelp})
+            a->trigger();
+        QVERIFY(m_boxes.isEmpty());
+        QVERIFY(shell->isVisible());
+        QCOMPARE(shell->mdiArea()->subWindowList().size(), 6);
+        QCOMPARE(m_ends, 0);
+    }
+
+    void navigationKeyOpensTheTree()
+    {
+        MDIForm1 *shell = openShell(106);
+        emit shell->TlbMain->ButtonClick(QStringLiteral("Ploigisi"));
+        frmPloigisi *tree = shell->findChild<frmPloigisi *>();
+        QVERIFY(tree);
+        QVERIFY(tree->isVisible());
+        emit shell->TlbMain->ButtonClick(QStringLiteral("Ploigisi"));
+        QCOMPARE(shell->findChildren<frmPloigisi *>().size(), 1);
+    }
+
+    void togglesOpenAndCloseTheirWindowAndTheWindowKeepsTheMark()
+    {
+        QPointer<QWidget> notes;
+        MDIForm1::setChildWindowProvider(MDIForm1::ChildWindow::Notes, [&notes](bool create) -> QWidget * {
+            if (!notes && create) {
+                notes = new QWidget;
+                notes->setWindowTitle(QStringLiteral("Σημειώσεις"));
+                notes->resize(200, 150);
+            }
+            return notes;
+        });
+        MDIForm1 *shell = openShell(101);
+        QVERIFY(shell->mnuStudNotes->isCheckable());
+        shell->mnuStudNotes->trigger();
+        QVERIFY(notes && notes->isVisible());
+        // The mark is the window's to set, not the click's.
+        QVERIFY(!shell->mnuStudNotes->isChecked());
+        shell->setToggleChecked(ShellWindow::Toggle::StudNotes, true);
+        QVERIFY(shell->mnuStudNotes->isChecked());
+        shell->mnuStudNotes->trigger();
+        QVERIFY(shell->mnuStudNotes->isChecked());
+        flushDeletes();
+        QVERIFY(!notes || !notes->isVisible());
+        MDIForm1::setChildWindowProvider(MDIForm1::ChildWindow::Notes, {});
+
+        // Without the window's part in the program, a toggle does nothing.
+        shell->mnuCatalogue->trigger();
+        QVERIFY(!shell->mnuCatalogue->isChecked());
+        shell->mnuDraw->trigger();
+        QVERIFY(!shell->mnuDraw->isChecked());
+    }
+
+    void tilingItemsDoWhatTheOtherOnesNameSays()
+    {
+        MDIForm1 *shell = openShell(101);
+        QMdiArea *area = shell->mdiArea();
+        QList<QMdiSubWindow *> windows;
+        for (int i = 0; i < 2; ++i) {
+            auto *w = new QWidget;
+            w->resize(120, 80);
+            windows << area->addSubWindow(w);
+            windows.last()->show();
+        }
+        const QPoint tilePos = frameOf(shell->Tiles().at(0))->pos();
+        const QRect client = area->viewport()->rect();
+
+        shell->mnuTileHorizontal->trigger(); // side by side
+        QCOMPARE(windows[0]->y(), 0);
+        QCOMPARE(windows[1]->y(), 0);
+        QCOMPARE(windows[0]->x(), 0);
+        QCOMPARE(windows[1]->x(), client.width() / 2);
+        QCOMPARE(windows[0]->height(), client.height());
+
+        shell->mnuTileVertical->trigger(); // one above the other
+        QCOMPARE(windows[0]->x(), 0);
+        QCOMPARE(windows[1]->x(), 0);
+        QCOMPARE(windows[1]->y(), client.height() / 2);
+        QCOMPARE(windows[0]->width(), client.width());
+
+        shell->mnuCascade->trigger();
+        QVERIFY(windows[1]->x() > windows[0]->x());
+        QVERIFY(windows[1]->y() > windows[0]->y());
+
+        windows[0]->showMinimized();
+        windows[1]->showMinimized();
+        shell->mnuArrangeIcons->trigger();
+        QCOMPARE(windows[0]->geometry().bottom(), client.height() - 1);
+        QCOMPARE(windows[0]->x(), 0);
+        QCOMPARE(windows[1]->x(), windows[0]->width());
+
+        QCOMPARE(frameOf(shell->Tiles().at(0))->pos(), tilePos);
+    }
+};
+
+QTEST_MAIN(tst_MDIForm1)
+#include "tst_mdiform1.moc"

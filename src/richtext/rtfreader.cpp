@@ -360,7 +360,14 @@ void RtfReader::read()
     for (;;) {
         const RtfToken token = m_tokenizer.next();
         switch (token.kind) {
-        case RtfToken::End:
+        case RtfToken::End: {
+            // A picture cut off by the end of the data still takes its place.
+            const auto pict = std::find_if(
+                m_stack.begin(), m_stack.end(), [](const Frame &frame) { return frame.dest == Dest::Pict; });
+            if (pict != m_stack.end()) {
+                m_stack.erase(pict, m_stack.end());
+                finishPicture();
+            }
             flush();
             m_sink.finish(m_stack.empty() ? ParaState {} : [this] {
                 ParaState para = top().para;
@@ -368,17 +375,12 @@ void RtfReader::read()
                 return para;
             }());
             return;
+        }
         case RtfToken::Open:
             openGroup();
             break;
         case RtfToken::Close:
             closeGroup();
-            if (m_started && m_stack.empty()) {
-                // The document's own group has closed: what follows is not RTF.
-                flush();
-                m_sink.finish(m_finalPara);
-                return;
-            }
             break;
         case RtfToken::Word:
             if (m_stack.empty())
@@ -422,6 +424,12 @@ void RtfReader::read()
                 m_pict.data.append(token.word.data(), static_cast<qsizetype>(token.word.size()));
             break;
         }
+        if (m_started && m_stack.empty()) {
+            // The document's own group has closed: what follows is not RTF.
+            flush();
+            m_sink.finish(m_finalPara);
+            return;
+        }
     }
 }
 
@@ -437,6 +445,12 @@ void RtfReader::openGroup()
     if (m_stack.empty()) {
         m_started = true;
         m_stack.emplace_back();
+        return;
+    }
+    if (m_stack.back().dest == Dest::Pict) {
+        // Nothing inside a picture is ours (properties, ids): passed over, so that a
+        // picture has no effect beyond itself whether it is decoded or not.
+        m_tokenizer.skipGroup();
         return;
     }
     m_stack.push_back(m_stack.back());
@@ -482,6 +496,11 @@ void RtfReader::skipCurrentGroup()
 {
     m_tokenizer.skipGroup();
     m_skip = 0;
+    if (m_stack.size() == 1) {
+        flush();
+        m_finalPara = top().para;
+        resolveList(m_finalPara);
+    }
     if (!m_stack.empty())
         m_stack.pop_back();
 }
@@ -511,6 +530,11 @@ void RtfReader::appendChar(char16_t ch)
 {
     const CharState &chars = top().chars;
     if (chars.hidden)
+        return;
+    // Control characters, and those that a QTextDocument takes for its own structure
+    // (paragraph and frame marks), would make the places of the document and of the
+    // plain text part ways.
+    if ((ch < 0x20 && ch != u'\t') || ch == u'\u2029' || ch == u'\uFDD0' || ch == u'\uFDD1')
         return;
     if (!m_buffer.isEmpty() && !(chars == m_bufferState))
         flush();
@@ -737,8 +761,6 @@ void RtfReader::commitFontName()
 void RtfReader::finishPicture()
 {
     flush();
-    if (m_stack.empty())
-        return;
     RtfPicture picture;
     if (m_sink.wantsPictures()) {
         PictureInput input;
@@ -772,14 +794,60 @@ void RtfReader::finishPicture()
         picture = decodePicture(input);
     }
     m_pict = PictData {};
-    if (!top().chars.hidden && top().dest == Dest::Body)
-        m_sink.picture(picture, top().chars);
+    if (!m_pictChars.hidden)
+        m_sink.picture(picture, m_pictChars);
+}
+
+void RtfReader::handlePictWord(int keyword, int param)
+{
+    switch (static_cast<Kw>(keyword)) {
+    case Kw::PngBlip:
+        m_pict.format = PictData::Png;
+        break;
+    case Kw::JpegBlip:
+        m_pict.format = PictData::Jpeg;
+        break;
+    case Kw::DiBitmap:
+        m_pict.format = PictData::Dib;
+        break;
+    case Kw::WMetafile:
+        m_pict.format = PictData::Wmf;
+        break;
+    case Kw::EmfBlip:
+        m_pict.format = PictData::Emf;
+        break;
+    case Kw::Picw:
+        m_pict.picw = param;
+        break;
+    case Kw::Pich:
+        m_pict.pich = param;
+        break;
+    case Kw::PicwGoal:
+        m_pict.goalw = param;
+        break;
+    case Kw::PichGoal:
+        m_pict.goalh = param;
+        break;
+    case Kw::PicScaleX:
+        m_pict.scalex = param;
+        break;
+    case Kw::PicScaleY:
+        m_pict.scaley = param;
+        break;
+    default:
+        break;
+    }
 }
 
 void RtfReader::handleWord(std::string_view word, bool hasParam, int param)
 {
     const auto &table = keywords();
     const auto it = table.find(word);
+    if (top().dest == Dest::Pict) {
+        if (it != table.end())
+            handlePictWord(static_cast<int>(it->second), param);
+        return;
+    }
     if (it == table.end()) {
         // An unknown destination is passed over whole; an unknown word is ignored.
         if (m_star)
@@ -815,8 +883,11 @@ void RtfReader::handleWord(std::string_view word, bool hasParam, int param)
             skipCurrentGroup();
             return;
         }
+        if (frame.dest == Dest::Body) {
+            m_pict = PictData {};
+            m_pictChars = frame.chars;
+        }
         frame.dest = Dest::Pict;
-        m_pict = PictData {};
         return;
     case Kw::ShpPict:
         // The picture in its modern wrapping; the group around it is read as it stands.
@@ -894,45 +965,6 @@ void RtfReader::handleWord(std::string_view word, bool hasParam, int param)
         }
         return;
     }
-    case Dest::Pict:
-        switch (it->second) {
-        case Kw::PngBlip:
-            m_pict.format = PictData::Png;
-            break;
-        case Kw::JpegBlip:
-            m_pict.format = PictData::Jpeg;
-            break;
-        case Kw::DiBitmap:
-            m_pict.format = PictData::Dib;
-            break;
-        case Kw::WMetafile:
-            m_pict.format = PictData::Wmf;
-            break;
-        case Kw::EmfBlip:
-            m_pict.format = PictData::Emf;
-            break;
-        case Kw::Picw:
-            m_pict.picw = param;
-            break;
-        case Kw::Pich:
-            m_pict.pich = param;
-            break;
-        case Kw::PicwGoal:
-            m_pict.goalw = param;
-            break;
-        case Kw::PichGoal:
-            m_pict.goalh = param;
-            break;
-        case Kw::PicScaleX:
-            m_pict.scalex = param;
-            break;
-        case Kw::PicScaleY:
-            m_pict.scaley = param;
-            break;
-        default:
-            break;
-        }
-        return;
     case Dest::Pn:
         switch (it->second) {
         case Kw::PnLvlBlt:
@@ -1012,6 +1044,7 @@ void RtfReader::handleWord(std::string_view word, bool hasParam, int param)
         }
         return;
     case Dest::Held:
+    case Dest::Pict: // read before, by handlePictWord
         return;
     case Dest::Body:
         break;

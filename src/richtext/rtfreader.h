@@ -68,6 +68,7 @@ private:
     void closeGroup();
     void skipCurrentGroup();
     void handleWord(std::string_view word, bool hasParam, int param);
+    void handlePictWord(int keyword, int param);
     void handleText(std::string_view bytes);
     void handleByte(unsigned char byte);
     void handleSymbol(unsigned char symbol);
@@ -102,6 +103,7 @@ private:
     ColorEntry m_color;
 
     PictData m_pict;
+    CharState m_pictChars; // where the picture stands
     ParaState m_pn;
     ParaState m_finalPara; // of the paragraph the document ends in, kept past its group
     int m_pendingTabKind = 0;

@@ -1,5 +1,6 @@
 #include "richtextbox.h"
 
+#include "richtextboxunits.h"
 #include "richtextpages.h"
 #include "richtextruns.h"
 #include "richtextsearch.h"
@@ -7,44 +8,18 @@
 #include "runtimeerror.h"
 #include "twips.h"
 
-#include <QAbstractTextDocumentLayout>
 #include <QKeyEvent>
 #include <QMimeData>
-#include <QScrollBar>
 #include <QTextBlock>
 #include <QTextDocumentFragment>
-#include <QTextList>
 
 #include <algorithm>
 #include <cmath>
 
-using namespace Qt::Literals::StringLiterals;
-
 namespace {
 
-constexpr int InvalidPropertyValue = 380;
-// A stop every half inch, as the control places new tab stops.
-constexpr int DefaultTabTwips = 720;
-// The text of a new bullet paragraph starts this far behind the bullet.
-constexpr int DefaultBulletHangingTwips = 360;
 // The rich-edit control keeps its text a pixel or two off the border.
 constexpr int DocumentMarginPixels = 2;
-
-double pixelsFromTwips(int twips)
-{
-    return double(twips) / platform::TwipsPerPixelX;
-}
-
-int twipsFromPixels(double pixels)
-{
-    return int(std::lround(pixels * platform::TwipsPerPixelX));
-}
-
-void requireNotNegative(int value)
-{
-    if (value < 0)
-        throw platform::RuntimeError(InvalidPropertyValue, u"Μη έγκυρη τιμή ιδιότητας"_s);
-}
 
 } // namespace
 
@@ -206,7 +181,7 @@ int RichTextBox::SelStart() const
 
 void RichTextBox::setSelStart(int place)
 {
-    requireNotNegative(place);
+    richtextbox::requireNotNegative(place);
     const int start = std::min(place, TextLength());
     setPendingSelection(start, start);
 }
@@ -219,7 +194,7 @@ int RichTextBox::SelLength() const
 
 void RichTextBox::setSelLength(int length)
 {
-    requireNotNegative(length);
+    richtextbox::requireNotNegative(length);
     const int start = SelStart();
     setPendingSelection(start, std::min(start + length, TextLength()));
 }
@@ -421,258 +396,10 @@ std::optional<double> RichTextBox::SelFontSize() const
 void RichTextBox::setSelFontSize(double points)
 {
     if (points <= 0)
-        throw platform::RuntimeError(InvalidPropertyValue, u"Μη έγκυρη τιμή ιδιότητας"_s);
+        richtextbox::throwInvalidPropertyValue();
     QTextCharFormat format;
     format.setFontPointSize(points);
     mergeSelectionFormat(format);
-}
-
-// --- Paragraph format ------------------------------------------------------------------
-
-namespace {
-
-struct BlockRange
-{
-    QTextBlock first;
-    QTextBlock last;
-};
-
-BlockRange selectedBlocks(const QTextDocument &document, const QTextCursor &cursor)
-{
-    const int start = cursor.selectionStart();
-    const int end = std::max(start, cursor.selectionEnd() - 1);
-    return {document.findBlock(start), document.findBlock(end)};
-}
-
-bool isListParagraph(const QTextBlockFormat &format)
-{
-    return format.objectIndex() >= 0 && format.hasProperty(richtext::ListFirstLineIndentProperty);
-}
-
-// A list paragraph shows its first line at the left indent, the bullet standing in
-// front of it, and keeps the first-line offset aside; other paragraphs carry it as
-// Qt's text indent.
-int firstLineTwips(const QTextBlockFormat &format)
-{
-    if (isListParagraph(format))
-        return format.intProperty(richtext::ListFirstLineIndentProperty);
-    return twipsFromPixels(format.textIndent());
-}
-
-int indentTwips(const QTextBlockFormat &format)
-{
-    return twipsFromPixels(format.leftMargin()) + firstLineTwips(format);
-}
-
-int hangingTwips(const QTextBlockFormat &format)
-{
-    return -firstLineTwips(format);
-}
-
-void setIndents(QTextBlockFormat &format, int indent, int hanging)
-{
-    format.setLeftMargin(pixelsFromTwips(indent + hanging));
-    if (isListParagraph(format)) {
-        format.setTextIndent(0);
-        format.setProperty(richtext::ListFirstLineIndentProperty, -hanging);
-    } else {
-        format.setTextIndent(-pixelsFromTwips(hanging));
-    }
-}
-
-} // namespace
-
-template<typename Read>
-auto RichTextBox::blockProperty(Read read) const -> std::optional<decltype(read(QTextBlock()))>
-{
-    const BlockRange range = selectedBlocks(*document(), currentCursor());
-    const auto value = read(range.first);
-    for (QTextBlock block = range.first; block.isValid() && block != range.last;) {
-        block = block.next();
-        if (block.isValid() && read(block) != value)
-            return std::nullopt;
-    }
-    return value;
-}
-
-template<typename Edit> void RichTextBox::changeBlocks(Edit change)
-{
-    const BlockRange range = selectedBlocks(*document(), currentCursor());
-    QTextCursor edit(document());
-    edit.beginEditBlock();
-    for (QTextBlock block = range.first; block.isValid();) {
-        QTextBlockFormat format = block.blockFormat();
-        change(format, block);
-        edit.setPosition(block.position());
-        edit.setBlockFormat(format);
-        if (block == range.last)
-            break;
-        block = block.next();
-    }
-    edit.endEditBlock();
-}
-
-std::optional<int> RichTextBox::SelAlignment() const
-{
-    return blockProperty([](const QTextBlock &block) {
-        const Qt::Alignment a = block.blockFormat().alignment() & Qt::AlignHorizontal_Mask;
-        if (a & Qt::AlignHCenter)
-            return int(AlignCenter);
-        if (a & Qt::AlignRight)
-            return int(AlignRight);
-        return int(AlignLeft);
-    });
-}
-
-void RichTextBox::setSelAlignment(int alignment)
-{
-    Qt::Alignment qt;
-    switch (alignment) {
-    case AlignLeft:
-        qt = Qt::AlignLeft;
-        break;
-    case AlignRight:
-        qt = Qt::AlignRight;
-        break;
-    case AlignCenter:
-        qt = Qt::AlignHCenter;
-        break;
-    default:
-        throw platform::RuntimeError(InvalidPropertyValue, u"Μη έγκυρη τιμή ιδιότητας"_s);
-    }
-    changeBlocks([qt](QTextBlockFormat &format, const QTextBlock &) { format.setAlignment(qt); });
-}
-
-std::optional<bool> RichTextBox::SelBullet() const
-{
-    return blockProperty([](const QTextBlock &block) { return block.textList() != nullptr; });
-}
-
-void RichTextBox::setSelBullet(bool on)
-{
-    const BlockRange range = selectedBlocks(*document(), currentCursor());
-    QTextCursor edit(document());
-    edit.beginEditBlock();
-    QTextList *list = nullptr;
-    for (QTextBlock block = range.first; block.isValid();) {
-        edit.setPosition(block.position());
-        if (on && !block.textList()) {
-            const QTextBlockFormat before = block.blockFormat();
-            const int indent = indentTwips(before);
-            const int hanging = hangingTwips(before) > 0 ? hangingTwips(before) : DefaultBulletHangingTwips;
-            if (!list) {
-                QTextListFormat listFormat;
-                listFormat.setStyle(QTextListFormat::ListDisc);
-                listFormat.setIndent(0);
-                list = edit.createList(listFormat);
-            } else {
-                list->add(block);
-            }
-            QTextBlockFormat format = edit.blockFormat();
-            format.setProperty(richtext::ListFirstLineIndentProperty, 0);
-            setIndents(format, indent, hanging);
-            edit.setBlockFormat(format);
-        } else if (!on && block.textList()) {
-            const QTextBlockFormat before = block.blockFormat();
-            const int indent = indentTwips(before);
-            const int hanging = hangingTwips(before);
-            block.textList()->remove(block);
-            QTextBlockFormat format = edit.blockFormat();
-            format.setObjectIndex(-1);
-            format.clearProperty(richtext::ListFirstLineIndentProperty);
-            format.setIndent(0);
-            setIndents(format, indent, hanging);
-            edit.setBlockFormat(format);
-        }
-        if (block == range.last)
-            break;
-        block = block.next();
-    }
-    edit.endEditBlock();
-}
-
-std::optional<int> RichTextBox::SelIndent() const
-{
-    return blockProperty([](const QTextBlock &block) { return indentTwips(block.blockFormat()); });
-}
-
-void RichTextBox::setSelIndent(int twips)
-{
-    changeBlocks([twips](QTextBlockFormat &format, const QTextBlock &) {
-        setIndents(format, twips, hangingTwips(format));
-    });
-}
-
-std::optional<int> RichTextBox::SelRightIndent() const
-{
-    return blockProperty(
-        [](const QTextBlock &block) { return twipsFromPixels(block.blockFormat().rightMargin()); });
-}
-
-void RichTextBox::setSelRightIndent(int twips)
-{
-    changeBlocks([twips](QTextBlockFormat &format, const QTextBlock &) {
-        format.setRightMargin(pixelsFromTwips(twips));
-    });
-}
-
-std::optional<int> RichTextBox::SelHangingIndent() const
-{
-    return blockProperty([](const QTextBlock &block) { return hangingTwips(block.blockFormat()); });
-}
-
-void RichTextBox::setSelHangingIndent(int twips)
-{
-    changeBlocks([twips](QTextBlockFormat &format, const QTextBlock &) {
-        setIndents(format, indentTwips(format), twips);
-    });
-}
-
-std::optional<int> RichTextBox::SelTabCount() const
-{
-    return blockProperty(
-        [](const QTextBlock &block) { return int(block.blockFormat().tabPositions().size()); });
-}
-
-void RichTextBox::setSelTabCount(int count)
-{
-    requireNotNegative(count);
-    changeBlocks([count](QTextBlockFormat &format, const QTextBlock &) {
-        QList<QTextOption::Tab> tabs = format.tabPositions();
-        if (tabs.size() > count)
-            tabs.resize(count);
-        while (tabs.size() < count) {
-            const double last = tabs.isEmpty() ? 0.0 : tabs.last().position;
-            tabs.append(QTextOption::Tab(last + pixelsFromTwips(DefaultTabTwips), QTextOption::LeftTab));
-        }
-        format.setTabPositions(tabs);
-    });
-}
-
-std::optional<int> RichTextBox::SelTabs(int index) const
-{
-    const auto value = blockProperty([index](const QTextBlock &block) {
-        const QList<QTextOption::Tab> tabs = block.blockFormat().tabPositions();
-        return index >= 0 && index < tabs.size() ? twipsFromPixels(tabs.at(index).position) : -1;
-    });
-    if (!value || *value < 0)
-        return std::nullopt;
-    return value;
-}
-
-void RichTextBox::setSelTabs(int index, int twips)
-{
-    requireNotNegative(index);
-    requireNotNegative(twips);
-    changeBlocks([index, twips](QTextBlockFormat &format, const QTextBlock &) {
-        QList<QTextOption::Tab> tabs = format.tabPositions();
-        if (index >= tabs.size())
-            return;
-        tabs[index].position = pixelsFromTwips(twips);
-        std::sort(tabs.begin(), tabs.end(),
-            [](const QTextOption::Tab &a, const QTextOption::Tab &b) { return a.position < b.position; });
-        format.setTabPositions(tabs);
-    });
 }
 
 // --- The box ----------------------------------------------------------------------------
@@ -711,7 +438,7 @@ int RichTextBox::RightMargin() const
 
 void RichTextBox::setRightMargin(int twips)
 {
-    requireNotNegative(twips);
+    richtextbox::requireNotNegative(twips);
     m_rightMarginTwips = twips;
     applyWrapping();
 }
@@ -733,7 +460,7 @@ void RichTextBox::applyWrapping()
     // the width asked for.
     const double margin = document()->documentMargin();
     setLineWrapMode(QTextEdit::FixedPixelWidth);
-    setLineWrapColumnOrWidth(int(std::lround(pixelsFromTwips(twips) + 2 * margin)));
+    setLineWrapColumnOrWidth(int(std::lround(richtextbox::pixelsFromTwips(twips) + 2 * margin)));
 }
 
 int RichTextBox::MousePointer() const

@@ -2,6 +2,7 @@
 
 #include "contentpath.h"
 #include "richtextbox.h"
+#include "richtextboxunits.h"
 #include "richtextpages.h"
 #include "richtextsearch.h"
 #include "rtf.h"
@@ -29,7 +30,6 @@ using namespace Qt::Literals::StringLiterals;
 namespace {
 
 constexpr int PathFileAccessError = 75;
-constexpr int InvalidPropertyValue = 380;
 
 QString decodePlainText(const QByteArray &bytes)
 {
@@ -62,7 +62,7 @@ QByteArray readWholeFile(const QString &path)
 void RichTextBox::LoadFile(const QString &path, int type)
 {
     if (type != RichTextFile && type != TextFile)
-        throw platform::RuntimeError(InvalidPropertyValue, u"Μη έγκυρη τιμή ιδιότητας"_s);
+        richtextbox::throwInvalidPropertyValue();
     const QByteArray data = readWholeFile(path);
 
     m_pending = false;
@@ -83,7 +83,7 @@ void RichTextBox::LoadFile(const QString &path, int type)
 void RichTextBox::SaveFile(const QString &path, int type) const
 {
     if (type != RichTextFile && type != TextFile)
-        throw platform::RuntimeError(InvalidPropertyValue, u"Μη έγκυρη τιμή ιδιότητας"_s);
+        richtextbox::throwInvalidPropertyValue();
     const QByteArray data = type == RichTextFile ? richtext::writeDocument(*document()) : Text().toUtf8();
     // Written aside and renamed at the end, so a failed save leaves the old file whole.
     QSaveFile file(path);

@@ -156,6 +156,8 @@ int main(int argc, char *argv[])
     }
     const double unrtfMs = bestOf(3, [&] {
         QProcess process;
+        // unrtf drops the pictures it meets into its working folder.
+        process.setWorkingDirectory(dir.path());
         process.setStandardOutputFile(QProcess::nullDevice());
         process.setStandardErrorFile(QProcess::nullDevice());
         process.start(unrtf, {QStringLiteral("--text"), path});

@@ -1,0 +1,429 @@
+// RichTextBox on screen and on paper: line counts, points and places, files, printing.
+
+#include <richtextbox.h>
+#include <runtimeerror.h>
+
+#include <QApplication>
+#include <QFile>
+#include <QImage>
+#include <QPainter>
+#include <QPrinter>
+#include <QScrollBar>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QTextBlock>
+#include <QTextDocument>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+constexpr quint32 Red = 0x0000FF; // RGB(255, 0, 0)
+constexpr quint32 Blue = 0xFF0000; // RGB(0, 0, 255)
+
+int errorNumberOf(const std::function<void()> &statement)
+{
+    try {
+        statement();
+    } catch (const platform::RuntimeError &e) {
+        return e.number();
+    }
+    return 0;
+}
+
+void select(RichTextBox &box, int start, int length)
+{
+    box.setSelStart(start);
+    box.setSelLength(length);
+}
+
+} // namespace
+
+class tst_RichTextBoxLayout : public QObject
+{
+    Q_OBJECT
+
+    std::unique_ptr<QTemporaryDir> m_dir;
+
+    QString tempPath(const QString &name) const { return m_dir->filePath(name); }
+
+private slots:
+    void init() { m_dir = std::make_unique<QTemporaryDir>(); }
+
+    // --- Measuring -------------------------------------------------------------------------
+
+    void lineCountFollowsTheWrapping()
+    {
+        RichTextBox box;
+        box.resize(200, 300);
+        box.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&box));
+        box.setText(u"ένα\nδύο"_s);
+        QCOMPARE(box.LineCount(), 2);
+        box.setText(QString());
+        QCOMPARE(box.LineCount(), 1);
+        QString words;
+        for (int i = 0; i < 60; ++i)
+            words += u"λέξη "_s;
+        box.setText(words);
+        const int narrow = box.LineCount();
+        QVERIFY(narrow > 3);
+        box.resize(600, 300);
+        QCOMPARE_LT(box.LineCount(), narrow);
+    }
+
+    void lineCountOfAHiddenBoxUsesItsNewWidth()
+    {
+        // Windows size their boxes before they are first shown.
+        QWidget window;
+        RichTextBox box(&window);
+        QString words;
+        for (int i = 0; i < 40; ++i)
+            words += u"λέξη "_s;
+        box.setText(words);
+        box.resize(120, 50);
+        const int narrow = box.LineCount();
+        box.resize(900, 50);
+        const int wide = box.LineCount();
+        QCOMPARE_LT(wide, narrow);
+        QCOMPARE_LT(wide, 4);
+    }
+
+    void getLineFromCharCountsWrappedLines()
+    {
+        RichTextBox box;
+        box.resize(200, 300);
+        box.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&box));
+        QString words;
+        for (int i = 0; i < 30; ++i)
+            words += u"λέξη "_s;
+        box.setText(u"αρχή\n"_s + words + u"\nτέλος"_s);
+        QCOMPARE(box.GetLineFromChar(0), 0);
+        QCOMPARE(box.GetLineFromChar(5), 1);
+        const int last = box.GetLineFromChar(box.TextLength());
+        QCOMPARE(last, box.LineCount() - 1);
+        int previous = 0;
+        for (int place = 0; place <= box.TextLength(); ++place) {
+            const int line = box.GetLineFromChar(place);
+            QVERIFY(line == previous || line == previous + 1);
+            previous = line;
+        }
+        QVERIFY(last > 3);
+    }
+
+    void charFromPosLandsOnTheCharacterDrawnThere()
+    {
+        RichTextBox box;
+        box.resize(300, 120);
+        box.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&box));
+        QString text;
+        for (int i = 0; i < 12; ++i)
+            text += u"Γραμμή %1 με\tστηλοθέτη και λέξεις που αναδιπλώνονται\n"_s.arg(i);
+        box.setText(text);
+        box.verticalScrollBar()->setValue(box.verticalScrollBar()->maximum() / 2);
+
+        int checked = 0;
+        for (int place = 0; place + 1 < box.TextLength(); ++place) {
+            if (box.Text().at(place) == u'\n')
+                continue;
+            QTextCursor left(box.document());
+            left.setPosition(place);
+            QTextCursor right(box.document());
+            right.setPosition(place + 1);
+            const QRect a = box.cursorRect(left);
+            const QRect b = box.cursorRect(right);
+            if (a.top() != b.top() || b.left() - a.left() < 3)
+                continue; // the character wraps to the next line, or is too thin
+            if (a.bottom() < 0 || a.top() > box.viewport()->height())
+                continue;
+            const QPoint viewportOrigin = box.viewport()->geometry().topLeft();
+            const int y = (a.top() + a.bottom()) / 2;
+            // Both halves of the cell belong to the character.
+            for (int x : {a.left() + 1, b.left() - 1}) {
+                QCOMPARE(box.CharFromPos(QPoint(x, y) + viewportOrigin), place);
+            }
+            ++checked;
+        }
+        QVERIFY(checked > 50);
+    }
+
+    void charFromPosPastTheEndOfALineGivesItsEnd()
+    {
+        RichTextBox box;
+        box.resize(400, 200);
+        box.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&box));
+        box.setText(u"αβγ\nδε"_s);
+        QTextCursor c(box.document());
+        c.setPosition(1);
+        const int y = box.cursorRect(c).center().y() + box.viewport()->y();
+        QCOMPARE(box.CharFromPos(QPoint(380, y)), 3);
+        QCOMPARE(box.CharFromPos(QPoint(10, 190)), 4); // below the text: the last line
+    }
+
+    void posFromCharIsWhereTheCharacterIsDrawn()
+    {
+        RichTextBox box;
+        box.resize(300, 200);
+        box.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&box));
+        box.setText(u"αβγ δεζ\nηθι"_s);
+        for (int place : {0, 2, 5, 8, 10}) {
+            QTextCursor c(box.document());
+            c.setPosition(place);
+            const QRect r = box.cursorRect(c);
+            const QPoint p = box.PosFromChar(place);
+            QVERIFY2(qAbs(p.x() - (r.left() + box.viewport()->x())) <= 1, qPrintable(QString::number(place)));
+            QVERIFY2(qAbs(p.y() - (r.top() + box.viewport()->y())) <= 2, qPrintable(QString::number(place)));
+        }
+    }
+
+    // --- Files ------------------------------------------------------------------------------
+
+    void saveFileThenLoadFileKeepsTextAndFormat()
+    {
+        RichTextBox box;
+        box.setText(u"Έντονο πλάγιο κόκκινο\nΚέντρο\nΚουκίδα\tμε στηλοθέτη"_s);
+        select(box, 0, 6);
+        box.setSelBold(true);
+        select(box, 7, 6);
+        box.setSelItalic(true);
+        box.setSelUnderline(true);
+        select(box, 14, 7);
+        box.setSelColor(Red);
+        box.setSelFontSize(18);
+        box.setSelStrikeThru(true);
+        select(box, 23, 1);
+        box.setSelAlignment(RichTextBox::AlignCenter);
+        box.setSelIndent(720);
+        select(box, 30, 1);
+        box.setSelBullet(true);
+        box.setSelIndent(360);
+        box.setSelHangingIndent(360);
+
+        const QString path = tempPath(u"σημειώσεις.rtf"_s);
+        box.SaveFile(path);
+        QFile saved(path);
+        QVERIFY(saved.open(QIODevice::ReadOnly));
+        QVERIFY(saved.readAll().startsWith("{\\rtf"));
+
+        RichTextBox loaded;
+        QSignalSpy change(&loaded, &RichTextBox::Change);
+        loaded.LoadFile(path, RichTextBox::RichTextFile);
+        QCOMPARE_GE(change.count(), 1);
+        QCOMPARE(loaded.Text(), box.Text());
+        QCOMPARE(loaded.SelStart(), 0);
+        select(loaded, 0, 6);
+        QCOMPARE(loaded.SelBold(), std::optional<bool>(true));
+        QCOMPARE(loaded.SelItalic(), std::optional<bool>(false));
+        select(loaded, 7, 6);
+        QCOMPARE(loaded.SelItalic(), std::optional<bool>(true));
+        QCOMPARE(loaded.SelUnderline(), std::optional<bool>(true));
+        select(loaded, 14, 7);
+        QCOMPARE(loaded.SelColor(), std::optional<quint32>(Red));
+        QCOMPARE(loaded.SelFontSize(), std::optional<double>(18));
+        QCOMPARE(loaded.SelStrikeThru(), std::optional<bool>(true));
+        select(loaded, 23, 1);
+        QCOMPARE(loaded.SelAlignment(), std::optional<int>(RichTextBox::AlignCenter));
+        QCOMPARE(loaded.SelIndent(), std::optional<int>(720));
+        QCOMPARE(loaded.SelBullet(), std::optional<bool>(false));
+        select(loaded, 30, 1);
+        QCOMPARE(loaded.SelBullet(), std::optional<bool>(true));
+        QCOMPARE(loaded.SelIndent(), std::optional<int>(360));
+        QCOMPARE(loaded.SelHangingIndent(), std::optional<int>(360));
+    }
+
+    void plainTextSavesAndLoadsAsText()
+    {
+        RichTextBox box;
+        box.setText(u"Γραμμή ένα\nΓραμμή δύο"_s);
+        const QString path = tempPath(u"σημειώσεις.txt"_s);
+        box.SaveFile(path, RichTextBox::TextFile);
+        QFile saved(path);
+        QVERIFY(saved.open(QIODevice::ReadOnly));
+        QCOMPARE(QString::fromUtf8(saved.readAll()), box.Text());
+
+        RichTextBox loaded;
+        loaded.LoadFile(path, RichTextBox::TextFile);
+        QCOMPARE(loaded.Text(), box.Text());
+    }
+
+    void richTextLoadOfAPlainFileReadsItAsText()
+    {
+        const QString path = tempPath(u"ελληνικά.txt"_s);
+        QFile file(path);
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        file.write("\xc1\xe8\xde\xed\xe1"); // "Αθήνα" in the Greek Windows code page
+        file.close();
+        RichTextBox box;
+        box.LoadFile(path);
+        QCOMPARE(box.Text(), u"Αθήνα"_s);
+    }
+
+    void loadFileOfAMissingFileRaisesFileNotFound()
+    {
+        RichTextBox box;
+        box.setText(u"μένει"_s);
+        QCOMPARE(errorNumberOf([&] { box.LoadFile(tempPath(u"λείπει.rtf"_s)); }), 53);
+        QCOMPARE(box.Text(), u"μένει"_s);
+        QCOMPARE(errorNumberOf([&] { box.SaveFile(tempPath(u"δεν/υπάρχει/φάκελος.rtf"_s)); }), 75);
+    }
+
+    void loadFileForgetsTheUndo()
+    {
+        RichTextBox box;
+        box.setText(u"αβ"_s);
+        box.setSelText(u"γ"_s);
+        const QString path = tempPath(u"α.txt"_s);
+        box.SaveFile(path, RichTextBox::TextFile);
+        box.LoadFile(path, RichTextBox::TextFile);
+        QVERIFY(!box.CanUndo());
+    }
+
+    void selRtfReadsAndWritesRichText()
+    {
+        RichTextBox box;
+        box.setText(u"απλό έντονο"_s);
+        select(box, 5, 6);
+        box.setSelBold(true);
+        select(box, 5, 6);
+        const QByteArray rtf = box.SelRTF();
+        QVERIFY(rtf.startsWith("{\\rtf"));
+
+        RichTextBox other;
+        other.setText(u"[]"_s);
+        other.setSelStart(1);
+        other.setSelRTF(rtf);
+        QVERIFY(other.Text().startsWith(u"[έντονο"_s));
+        select(other, 1, 6);
+        QCOMPARE(other.SelBold(), std::optional<bool>(true));
+
+        // Text that is no RTF goes in as it stands.
+        select(other, 1, 6);
+        other.setSelRTF(u"νέο"_s);
+        QVERIFY(other.Text().startsWith(u"[νέο"_s));
+    }
+
+    // --- Printing ---------------------------------------------------------------------------
+
+    void printingPagesThroughALongTextWithIncreasingPlaces()
+    {
+        RichTextBox box;
+        QString text;
+        for (int i = 0; i < 300; ++i)
+            text += u"Παράγραφος %1: ο Θουκυδίδης γράφει για τον πόλεμο.\n"_s.arg(i);
+        box.setText(text);
+
+        QPrinter printer(QPrinter::HighResolution);
+        printer.setOutputFormat(QPrinter::PdfFormat);
+        const QString pdf = tempPath(u"σημειώσεις.pdf"_s);
+        printer.setOutputFileName(pdf);
+        printer.setPageSize(QPageSize(QPageSize::A4));
+        printer.setFullPage(true);
+
+        const double pageWidthTwips = printer.width() * 1440.0 / printer.logicalDpiX();
+        const double pageHeightTwips = printer.height() * 1440.0 / printer.logicalDpiY();
+        box.setTargetDevice(int(pageWidthTwips - 2 * 1440));
+        const QRectF rect(1440, 1440, pageWidthTwips - 2 * 1440, pageHeightTwips - 2 * 1440);
+
+        QPainter painter(&printer);
+        QList<int> starts {0};
+        for (;;) {
+            const int next = box.FormatRange(&painter, rect, starts.last());
+            QCOMPARE_GT(next, starts.last());
+            if (next >= box.TextLength())
+                break;
+            starts.append(next);
+            QVERIFY(printer.newPage());
+            QVERIFY(starts.size() < 100);
+        }
+        painter.end();
+        box.FormatRangeDone();
+        QCOMPARE_GT(starts.size(), 3);
+        // Each page begins at the start of a line.
+        for (int start : starts)
+            QVERIFY(start == 0 || box.Text().at(start - 1) == u'\n' || box.Text().at(start - 1) == u' ');
+        QFile file(pdf);
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        QVERIFY(file.read(5).startsWith("%PDF"));
+        QCOMPARE_GT(file.size(), 2000);
+    }
+
+    void measuringAPageDrawsNothingAndAgreesWithDrawing()
+    {
+        RichTextBox box;
+        QString text;
+        for (int i = 0; i < 100; ++i)
+            text += u"Γραμμή %1\n"_s.arg(i);
+        box.setText(text);
+        QImage page(800, 1100, QImage::Format_RGB32);
+        page.fill(Qt::white);
+        QPainter painter(&page);
+        const QRectF rect(0, 0, 800 * 1440.0 / page.logicalDpiX(), 1100 * 1440.0 / page.logicalDpiY());
+        const int measured = box.FormatRange(&painter, rect, 0, false);
+        QCOMPARE(page.pixel(40, 10), qRgb(255, 255, 255));
+        const int drawn = box.FormatRange(&painter, rect, 0, true);
+        painter.end();
+        QCOMPARE(measured, drawn);
+        bool ink = false;
+        for (int x = 0; x < 200 && !ink; ++x)
+            for (int y = 0; y < 30 && !ink; ++y)
+                ink = page.pixel(x, y) != qRgb(255, 255, 255);
+        QVERIFY(ink);
+    }
+
+    void emptyDocumentPrintsOneBlankPage()
+    {
+        RichTextBox box;
+        QImage page(100, 100, QImage::Format_RGB32);
+        QPainter painter(&page);
+        QCOMPARE(box.FormatRange(&painter, QRectF(0, 0, 1440, 1440), 0), 0);
+        QCOMPARE(box.TextLength(), 0);
+    }
+
+    void targetDeviceWrapsTheScreenAsThePage()
+    {
+        RichTextBox box;
+        box.resize(300, 200);
+        box.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&box));
+        QString words;
+        for (int i = 0; i < 80; ++i)
+            words += u"λέξη "_s;
+        box.setText(words);
+        box.setTargetDevice(6000);
+        QCOMPARE(box.targetDeviceWidth(), 6000);
+        const int lines = box.LineCount();
+        box.resize(700, 200);
+        QCOMPARE(box.LineCount(), lines);
+        const QTextBlock block = box.document()->firstBlock();
+        QVERIFY(block.layout()->lineAt(0).naturalTextWidth() <= 6000 / 15.0);
+        box.setTargetDevice(0);
+        QCOMPARE_LT(box.LineCount(), lines);
+    }
+
+    void selPrintPrintsTheSelection()
+    {
+        RichTextBox box;
+        QString text;
+        for (int i = 0; i < 200; ++i)
+            text += u"Επιλεγμένη γραμμή %1\n"_s.arg(i);
+        box.setText(text);
+        box.setSelStart(0);
+        box.setSelLength(box.TextLength());
+        QPrinter printer(QPrinter::ScreenResolution);
+        printer.setOutputFormat(QPrinter::PdfFormat);
+        const QString pdf = tempPath(u"επιλογή.pdf"_s);
+        printer.setOutputFileName(pdf);
+        box.SelPrint(&printer);
+        QFile file(pdf);
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        QVERIFY(file.read(5).startsWith("%PDF"));
+    }
+};
+
+QTEST_MAIN(tst_RichTextBoxLayout)
+#include "tst_richtextbox_layout.moc"

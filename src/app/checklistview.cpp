@@ -52,6 +52,8 @@ QTreeWidgetItem *CheckListView::add(const QString &key, const QString &text)
 {
     auto *item = new QTreeWidgetItem;
     item->setText(0, text);
+    // A long title is cut to the column; the whole of it shows on hovering.
+    item->setToolTip(0, text);
     item->setData(0, KeyRole, key);
     item->setFlags(Qt::ItemIsEnabled | Qt::ItemIsSelectable | Qt::ItemIsUserCheckable);
     m_settingFromCode = true;

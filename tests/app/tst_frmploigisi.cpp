@@ -1,0 +1,248 @@
+#include "shellcontent.h"
+
+#include <btn.h>
+#include <frmploigisi.h>
+#include <modglobal.h>
+#include <msgbox.h>
+#include <shellwindow.h>
+
+#include <QAction>
+#include <QMainWindow>
+#include <QMdiArea>
+#include <QTest>
+#include <QTreeWidget>
+
+namespace {
+
+// Records what the tree asks of the shell, in order.
+class RecordingShell final : public QMainWindow, public ShellWindow
+{
+public:
+    RecordingShell()
+        : m_area(new QMdiArea)
+    {
+        setCentralWidget(m_area);
+        ShellWindow::setCurrent(this);
+    }
+    ~RecordingShell() override { ShellWindow::clearCurrent(this); }
+    QWidget *window() override { return this; }
+    QMdiArea *mdiArea() override { return m_area; }
+    int mnuListUBound() const override { return 1; }
+    QAction *mnuList(int) override { return nullptr; }
+    QAction *windowListSeparator() override { return nullptr; }
+    void setSelectedActivity(qint32 id) override { calls << QStringLiteral("SelectedActivity=%1").arg(id); }
+    void LoadResources() override { calls << QStringLiteral("LoadResources"); }
+    void UnloadResources() override { calls << QStringLiteral("UnloadResources"); }
+    void setToggleChecked(Toggle, bool) override { }
+
+    QStringList calls;
+
+private:
+    QMdiArea *m_area;
+};
+
+} // namespace
+
+class tst_frmPloigisi : public QObject
+{
+    Q_OBJECT
+
+    struct Shown
+    {
+        QString text;
+        int style;
+        QString title;
+    };
+    QList<Shown> m_boxes;
+    testing::ShellContent *m_content = nullptr;
+    RecordingShell *m_shell = nullptr;
+
+    frmPloigisi *openTree(qint32 activityID, qint32 scenarioID)
+    {
+        modGlobal::gActivityID = activityID;
+        modGlobal::gScenarioID = scenarioID;
+        frmPloigisi *tree = frmPloigisi::defaultInstance(m_shell);
+        tree->show();
+        return tree;
+    }
+
+    void clickNode(frmPloigisi *tree, const QString &key)
+    {
+        QTreeWidgetItem *item = tree->node(key);
+        QVERIFY2(item, qPrintable(key));
+        tree->TreeView1->setCurrentItem(item);
+        emit tree->TreeView1->itemClicked(item, 0);
+    }
+
+private slots:
+    void initTestCase()
+    {
+        m_content = new testing::ShellContent;
+        QVERIFY(m_content->open());
+    }
+
+    void cleanupTestCase()
+    {
+        delete m_content;
+        modGlobal::gDatabase.reset();
+    }
+
+    void init()
+    {
+        m_boxes.clear();
+        platform::setMsgBoxHook([this](const QString &text, int style, const QString &title) {
+            m_boxes.append({text, style, title});
+            return int(platform::vbOK);
+        });
+        m_shell = new RecordingShell;
+        m_shell->show();
+    }
+
+    void cleanup()
+    {
+        delete m_shell;
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        platform::setMsgBoxHook({});
+    }
+
+    void captionAndColour()
+    {
+        frmPloigisi *tree = openTree(101, 10);
+        QCOMPARE(tree->windowTitle(), QStringLiteral("Θέματα - Σενάρια - Δραστηριότητες"));
+        QCOMPARE(tree->palette().color(QPalette::Window), QColor(254, 238, 193));
+        QVERIFY(!tree->TreeView2->isVisible());
+    }
+
+    void nodesCarryTheirKeysTextsAndTags()
+    {
+        frmPloigisi *tree = openTree(101, 10);
+        QTreeWidgetItem *theme = tree->node(QStringLiteral("Th2"));
+        QVERIFY(theme);
+        QCOMPARE(theme->text(0), QStringLiteral("Θέμα: Η αθηναϊκή δημοκρατία"));
+        QCOMPARE(frmPloigisi::nodeTag(theme), 2);
+        QVERIFY(!theme->parent());
+        QVERIFY(!theme->icon(0).isNull());
+
+        QTreeWidgetItem *scenario = tree->node(QStringLiteral("Sc10"));
+        QCOMPARE(scenario->text(0), QStringLiteral("Σενάριο: Ο Κλεισθένης"));
+        QCOMPARE(scenario->parent(), theme);
+        QCOMPARE(frmPloigisi::nodeTag(scenario), 10);
+
+        QTreeWidgetItem *activity = tree->node(QStringLiteral("Ac101Sc10"));
+        QCOMPARE(activity->text(0), QStringLiteral("Δραστηριότητα: Μία πηγή"));
+        QCOMPARE(activity->parent(), scenario);
+        QCOMPARE(frmPloigisi::nodeTag(activity), 101);
+        QCOMPARE(frmPloigisi::nodeKey(activity), QStringLiteral("Ac101Sc10"));
+
+        QCOMPARE(tree->TreeView1->topLevelItemCount(), 2);
+        QCOMPARE(tree->TreeView1->topLevelItem(0), theme);
+    }
+
+    void activityBelowTwoScenariosIsTwoNodes()
+    {
+        frmPloigisi *tree = openTree(101, 10);
+        QVERIFY(tree->node(QStringLiteral("Ac120Sc10")));
+        QVERIFY(tree->node(QStringLiteral("Ac120Sc12")));
+        QCOMPARE(tree->node(QStringLiteral("Ac120Sc12"))->parent(), tree->node(QStringLiteral("Sc12")));
+    }
+
+    void scenarioWithoutThemeOrWithAMissingThemeIsLeftOut()
+    {
+        frmPloigisi *tree = openTree(101, 10);
+        QVERIFY(!tree->node(QStringLiteral("Sc31")));
+        QVERIFY(!tree->node(QStringLiteral("Sc44")));
+        QVERIFY(!tree->node(QStringLiteral("Ac140Sc44")));
+        QVERIFY(m_boxes.isEmpty());
+    }
+
+    void theShownActivitySelectedAndGoOff()
+    {
+        frmPloigisi *tree = openTree(120, 12);
+        QCOMPARE(tree->TreeView1->currentItem(), tree->node(QStringLiteral("Ac120Sc12")));
+        QCOMPARE(tree->PendingScenarioID(), 12);
+        QVERIFY(!tree->cmdGo->isEnabled());
+    }
+
+    void activityInNoNodeLeavesNothingSelected()
+    {
+        frmPloigisi *tree = openTree(999, 10);
+        QVERIFY(!tree->TreeView1->currentItem());
+        QCOMPARE(tree->PendingScenarioID(), 0);
+        QVERIFY(!tree->cmdGo->isEnabled());
+        QVERIFY(m_boxes.isEmpty());
+    }
+
+    void anotherActivityTurnsGoOn()
+    {
+        frmPloigisi *tree = openTree(101, 10);
+        clickNode(tree, QStringLiteral("Ac106Sc10"));
+        QCOMPARE(tree->PendingActivityID(), 106);
+        QVERIFY(tree->cmdGo->isEnabled());
+        clickNode(tree, QStringLiteral("Th5"));
+        QVERIFY(!tree->cmdGo->isEnabled());
+        clickNode(tree, QStringLiteral("Ac106Sc10"));
+        clickNode(tree, QStringLiteral("Sc12"));
+        QVERIFY(!tree->cmdGo->isEnabled());
+    }
+
+    void theSameActivityBelowAnotherScenarioLeavesGoOff()
+    {
+        frmPloigisi *tree = openTree(120, 10);
+        clickNode(tree, QStringLiteral("Ac120Sc12"));
+        QCOMPARE(tree->PendingActivityID(), 120);
+        QVERIFY(!tree->cmdGo->isEnabled());
+    }
+
+    void activityIdAbove32767OverflowsAtTheClick()
+    {
+        frmPloigisi *tree = openTree(101, 10);
+        clickNode(tree, QStringLiteral("Ac40000Sc12"));
+        QCOMPARE(m_boxes.size(), 1);
+        QCOMPARE(m_boxes[0].text, QStringLiteral("Λάθος # 6\r\nΥπερχείλιση"));
+        QCOMPARE(m_boxes[0].style, 16);
+        QCOMPARE(m_boxes[0].title, QStringLiteral("Τρεμίδια"));
+        QVERIFY(!tree->cmdGo->isEnabled());
+    }
+
+    void goChangesTheActivityInTheShell()
+    {
+        QPointer<frmPloigisi> tree = openTree(101, 10);
+        clickNode(tree, QStringLiteral("Ac120Sc12"));
+        QVERIFY(tree->cmdGo->isEnabled());
+        QTest::mouseClick(tree->cmdGo, Qt::LeftButton, {}, tree->cmdGo->rect().center());
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        QVERIFY(!tree);
+        QCOMPARE(m_shell->calls,
+            (QStringList {QStringLiteral("UnloadResources"), QStringLiteral("SelectedActivity=120"),
+                QStringLiteral("LoadResources")}));
+        QCOMPARE(modGlobal::gActivityID, 120);
+        QCOMPARE(modGlobal::gScenarioID, 12);
+        QVERIFY(m_boxes.isEmpty());
+    }
+
+    void theTreeIsMadeAfreshAfterItClosed()
+    {
+        QPointer<frmPloigisi> first = openTree(101, 10);
+        QCOMPARE(frmPloigisi::defaultInstance(m_shell), first.data());
+        first->close();
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        QVERIFY(!first);
+        frmPloigisi *second = openTree(106, 10);
+        QCOMPARE(second->TreeView1->currentItem(), second->node(QStringLiteral("Ac106Sc10")));
+    }
+
+    void treeFillsTheWindowAboveTheCentredGoButton()
+    {
+        frmPloigisi *tree = openTree(101, 10);
+        tree->resize(300, 420);
+        const int goHeight = tree->cmdGo->height();
+        QCOMPARE(tree->TreeView1->geometry(), QRect(0, 0, 300, 420 - goHeight));
+        QCOMPARE(tree->cmdGo->pos(), QPoint((300 - tree->cmdGo->width()) / 2, 420 - goHeight));
+        tree->resize(20, 20);
+        QCOMPARE(tree->TreeView1->height(), 0);
+        QVERIFY(m_boxes.isEmpty());
+    }
+};
+
+QTEST_MAIN(tst_frmPloigisi)
+#include "tst_frmploigisi.moc"

@@ -1,0 +1,271 @@
+#include "startscreencontent.h"
+
+#include <checklistview.h>
+#include <contentpath.h>
+#include <database.h>
+#include <frmnewfirst.h>
+#include <jetimportprogress.h>
+#include <main_routine.h>
+#include <modglobal.h>
+#include <msgbox.h>
+#include <runtimeerror.h>
+
+#include <QApplication>
+#include <QFileInfo>
+#include <QLabel>
+#include <QProgressDialog>
+#include <QTemporaryDir>
+#include <QTest>
+
+using namespace startscreen_fixture;
+
+class tst_Main : public QObject
+{
+    Q_OBJECT
+
+    struct Shown
+    {
+        QString text;
+        int style;
+        QString title;
+    };
+    QList<Shown> m_shown;
+    QTemporaryDir m_dir;
+
+    QString configHome() const { return m_dir.filePath(QStringLiteral("config")); }
+
+    void select(const QString &title, const QString &path)
+    {
+        QVERIFY(
+            writeSettings(configHome(), QStringLiteral("[Επιλεγμένη Βάση]\n") + title + u'=' + path + u'\n'));
+    }
+
+    static QList<frmNewFirst *> startScreens()
+    {
+        QList<frmNewFirst *> screens;
+        for (QWidget *w : QApplication::topLevelWidgets())
+            if (auto *screen = qobject_cast<frmNewFirst *>(w))
+                screens << screen;
+        return screens;
+    }
+
+    // What the engine itself says about a file it cannot open.
+    static platform::RuntimeError engineError(const QString &path)
+    {
+        try {
+            content::Database::OpenDatabase(path);
+        } catch (const platform::RuntimeError &e) {
+            return e;
+        }
+        return platform::RuntimeError(0, QString());
+    }
+
+    void expectOneErrorBox(const platform::RuntimeError &expected)
+    {
+        QVERIFY(expected.number() != 0);
+        QCOMPARE(m_shown.size(), 1);
+        QCOMPARE(m_shown[0].text,
+            QStringLiteral("Λάθος # ") + QString::number(expected.number()) + QStringLiteral("\r\n")
+                + expected.description());
+        QCOMPARE(m_shown[0].style, 16);
+        QCOMPARE(m_shown[0].title, QStringLiteral("Τρεμίδια"));
+    }
+
+private slots:
+    void initTestCase()
+    {
+        QVERIFY(m_dir.isValid());
+        qputenv("XDG_CONFIG_HOME", configHome().toUtf8());
+        qputenv("XDG_CONFIG_DIRS", m_dir.filePath(QStringLiteral("system-config")).toUtf8());
+    }
+
+    void init()
+    {
+        m_shown.clear();
+        platform::setMsgBoxHook([this](const QString &text, int style, const QString &title) {
+            m_shown.append({text, style, title});
+            return int(platform::vbOK);
+        });
+        QDir(configHome()).removeRecursively();
+        modGlobal::gDatabase.reset();
+        modGlobal::gDatabasePath.clear();
+        modGlobal::gDatabaseTitle.clear();
+        modGlobal::gDataFolder.clear();
+    }
+
+    void cleanup()
+    {
+        qDeleteAll(startScreens());
+        platform::setMsgBoxHook({});
+        modGlobal::gDatabase.reset();
+    }
+
+    void selectedDatabaseOpensAndStartScreenShows()
+    {
+        const QString path = m_dir.filePath(QStringLiteral("school/aigaio.sqlite"));
+        QVERIFY(QDir().mkpath(QFileInfo(path).path()));
+        QCOMPARE(writeContent(path), QString());
+        select(QStringLiteral("Το Αιγαίο στην αρχαιότητα"), path);
+
+        QVERIFY(Main());
+        QVERIFY(m_shown.isEmpty());
+        QCOMPARE(modGlobal::gDatabaseTitle, QStringLiteral("Το Αιγαίο στην αρχαιότητα"));
+        QCOMPARE(modGlobal::gDatabasePath, path);
+        QVERIFY(modGlobal::gDatabase);
+        QCOMPARE(modGlobal::gDataFolder, QFileInfo(path).path());
+        QVERIFY(!modGlobal::gDataFolder.endsWith(u'/'));
+
+        const QList<frmNewFirst *> screens = startScreens();
+        QCOMPARE(screens.size(), 1);
+        QVERIFY(screens[0]->isVisible());
+        QCOMPARE(screens[0]->List2->count(), 3);
+        QCOMPARE(screens[0]->Label4->text(), QStringLiteral("Παρουσίαση Βάσης: Το Αιγαίο στην αρχαιότητα"));
+    }
+
+    void settingsGroupWithoutEntryGivesErrorBoxAndNoStartScreen()
+    {
+        QVERIFY(writeSettings(configHome(), QStringLiteral("[Επιλεγμένη Βάση]\n")));
+        const platform::RuntimeError expected = engineError(QString());
+
+        QVERIFY(!Main());
+        expectOneErrorBox(expected);
+        QVERIFY(modGlobal::gDatabasePath.isEmpty());
+        QVERIFY(!modGlobal::gDatabase);
+        QVERIFY(startScreens().isEmpty());
+    }
+
+    void noSettingsFileAtAllEndsTheSameWay()
+    {
+        const platform::RuntimeError expected = engineError(QString());
+        QVERIFY(!Main());
+        expectOneErrorBox(expected);
+        QVERIFY(startScreens().isEmpty());
+    }
+
+    void missingDatabaseFileGivesErrorBox()
+    {
+        const QString path = m_dir.filePath(QStringLiteral("nowhere/missing.mdb"));
+        select(QStringLiteral("Χαμένη"), path);
+        const platform::RuntimeError expected = engineError(path);
+
+        QVERIFY(!Main());
+        expectOneErrorBox(expected);
+        QVERIFY(startScreens().isEmpty());
+    }
+
+    void brokenDatabaseFileGivesErrorBox()
+    {
+        const QString path = m_dir.filePath(QStringLiteral("broken.mdb"));
+        QFile file(path);
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        file.write(QByteArray(4096, '\x5a'));
+        file.close();
+        select(QStringLiteral("Χαλασμένη"), path);
+        const platform::RuntimeError expected = engineError(path);
+
+        QVERIFY(!Main());
+        expectOneErrorBox(expected);
+        QVERIFY(startScreens().isEmpty());
+    }
+
+    void databaseWithoutThemesTableFailsToShowTheStartScreen()
+    {
+        const QString path = m_dir.filePath(QStringLiteral("empty.sqlite"));
+        QCOMPARE(writeContent(path, "CREATE TABLE Other (x INTEGER);"), QString());
+        select(QStringLiteral("Άδεια"), path);
+
+        QVERIFY(!Main());
+        QCOMPARE(m_shown.size(), 1);
+        QVERIFY(m_shown[0].text.startsWith(QStringLiteral("Λάθος # ")));
+        QCOMPARE(m_shown[0].style, 16);
+        QVERIFY(startScreens().isEmpty());
+    }
+
+    void databaseInRootFolderGivesRootAsDataFolder()
+    {
+        // The folder helper alone, then the whole start where the root can be written.
+        QCOMPARE(platform::parentFolderName(QStringLiteral("/aigaio.sqlite")), QStringLiteral("/"));
+        QCOMPARE(
+            platform::contentPath(QStringLiteral("/"), QStringLiteral("\\piges\\"), QStringLiteral("a.rtf")),
+            QStringLiteral("/piges/a.rtf"));
+
+        const QString path
+            = QStringLiteral("/tremidia-start-test-%1.sqlite").arg(QCoreApplication::applicationPid());
+        if (!QFileInfo(QStringLiteral("/")).isWritable())
+            QSKIP("the root folder is not writable here");
+        QCOMPARE(writeContent(path), QString());
+        select(QStringLiteral("Στη ρίζα"), path);
+        const bool started = Main();
+        QFile::remove(path);
+        QVERIFY(started);
+        QCOMPARE(modGlobal::gDataFolder, QStringLiteral("/"));
+    }
+
+    void jetFileOpensThroughTheImport()
+    {
+        const QString path = QStringLiteral(TREMIDIA_FIXTURES_DIR "/content-jet4.mdb");
+        if (!QFileInfo::exists(path))
+            QSKIP("the Jet fixture is not here");
+        const QByteArray before = fileHash(path);
+        select(QStringLiteral("Αρχαία Ελλάδα"), path);
+
+        QVERIFY(Main());
+        QVERIFY(m_shown.isEmpty());
+        QCOMPARE(modGlobal::gDataFolder, QFileInfo(path).path());
+        const QList<frmNewFirst *> screens = startScreens();
+        QCOMPARE(screens.size(), 1);
+        QCOMPARE(screens[0]->List2->count(), 3);
+        QCOMPARE(CheckListView::key(screens[0]->List2->ListItems(1)).left(1), QStringLiteral("T"));
+        modGlobal::gDatabase.reset();
+        QCOMPARE(fileHash(path), before);
+    }
+
+    void databaseFileIsUnchangedAfterARun()
+    {
+        const QString path = m_dir.filePath(QStringLiteral("readonly.sqlite"));
+        QCOMPARE(writeContent(path), QString());
+        const QByteArray before = fileHash(path);
+        const QDateTime modified = QFileInfo(path).lastModified();
+        select(QStringLiteral("Μόνο για ανάγνωση"), path);
+
+        QVERIFY(Main());
+        frmNewFirst *screen = startScreens().value(0);
+        QVERIFY(screen);
+        QVERIFY(QTest::qWaitForWindowExposed(screen));
+        // Go through every theme and scenario, as a pupil looking around would.
+        for (int t = 1; t <= screen->List2->count(); ++t) {
+            QTreeWidgetItem *theme = screen->List2->ListItems(t);
+            QTest::mouseClick(
+                screen->List2->viewport(), Qt::LeftButton, {}, screen->List2->checkBoxRect(theme).center());
+            for (int s = 1; s <= screen->List1->count(); ++s) {
+                QTreeWidgetItem *scenario = screen->List1->ListItems(s);
+                QTest::mouseClick(screen->List1->viewport(), Qt::LeftButton, {},
+                    screen->List1->checkBoxRect(scenario).center());
+            }
+        }
+        delete screen;
+        modGlobal::gDatabase.reset();
+        QCOMPARE(fileHash(path), before);
+        QCOMPARE(QFileInfo(path).lastModified(), modified);
+        QVERIFY(!QFileInfo::exists(path + QStringLiteral("-journal")));
+        QVERIFY(!QFileInfo::exists(path + QStringLiteral("-wal")));
+    }
+
+    void importProgressBoxSpeaksGreekAndCanCancel()
+    {
+        JetImportProgress progress;
+        auto report = progress.callback();
+        QVERIFY(!progress.started());
+        QVERIFY(report(0, 1000));
+        QVERIFY(progress.started());
+        QProgressDialog *dialog = progress.dialog();
+        QCOMPARE(dialog->labelText(), QStringLiteral("Φόρτωση περιεχομένου…"));
+        QCOMPARE(dialog->windowTitle(), QStringLiteral("Τρεμίδια"));
+        QCOMPARE(dialog->minimumDuration(), 500);
+        dialog->cancel();
+        QVERIFY(!report(10, 1000));
+    }
+};
+
+QTEST_MAIN(tst_Main)
+#include "tst_main.moc"

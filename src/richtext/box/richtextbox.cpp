@@ -511,7 +511,7 @@ void RichTextBox::applyPointer()
     else if (m_pointer > 0 && m_pointer < int(std::size(shapes)))
         cursor = QCursor(shapes[m_pointer]);
     else
-        cursor = QCursor(isReadOnly() ? Qt::ArrowCursor : Qt::IBeamCursor);
+        cursor = QCursor(Qt::IBeamCursor); // also over locked text, as the control shows it
     if (viewport()->cursor().shape() != cursor.shape() || cursor.shape() == Qt::BitmapCursor)
         viewport()->setCursor(cursor);
 }

@@ -547,6 +547,8 @@ private slots:
         QCOMPARE(box.viewport()->cursor().shape(), Qt::WaitCursor);
         box.setMousePointer(RichTextBox::DefaultPointer);
         QCOMPARE(box.viewport()->cursor().shape(), Qt::IBeamCursor);
+        box.setLocked(true);
+        QCOMPARE(box.viewport()->cursor().shape(), Qt::IBeamCursor);
     }
 
     void moveTakesTwips()

@@ -236,6 +236,32 @@ private slots:
         QCOMPARE(loaded.SelHangingIndent(), std::optional<int>(360));
     }
 
+    void aPictureSurvivesSaveAndLoad()
+    {
+        QImage image(12, 10, QImage::Format_RGB32);
+        image.fill(Qt::blue);
+        const QString picture = tempPath(u"χάρτης.png"_s);
+        QVERIFY(image.save(picture));
+        RichTextBox box;
+        box.setText(u"πριν μετά"_s);
+        box.setSelStart(5);
+        box.InsertPicture(picture);
+        const QString path = tempPath(u"με εικόνα.rtf"_s);
+        box.SaveFile(path);
+
+        RichTextBox loaded;
+        loaded.LoadFile(path);
+        QCOMPARE(loaded.Text(), box.Text());
+        QCOMPARE(loaded.Text().at(5), QChar(QChar::ObjectReplacementCharacter));
+        QTextCursor at(loaded.document());
+        at.setPosition(6);
+        const QTextImageFormat format = at.charFormat().toImageFormat();
+        QVERIFY(format.isValid());
+        const QVariant resource
+            = loaded.document()->resource(QTextDocument::ImageResource, QUrl(format.name()));
+        QVERIFY(resource.isValid());
+    }
+
     void plainTextSavesAndLoadsAsText()
     {
         RichTextBox box;

@@ -442,12 +442,19 @@ def _obsidian_core_shape(s, cx, base, hgt, ident="obs"):
 
 
 def _blade(s, x, y, length, angle, width=6):
+    """A long prismatic blade: parallel sides, a ridge down the middle, thin grey edges."""
     s.group(transform=f"translate({fmt(x)},{fmt(y)}) rotate({fmt(angle)})")
-    g = s.linear("bladeg", [(0, "#7d818b", 0.9), (0.5, "#1a1b1f"), (1, "#8e939c", 0.8)])
-    s.path(f"M0,0 L{fmt(length)},{fmt(-width * 0.1)} L{fmt(length + 4)},{fmt(width / 2)} "
-           f"L{fmt(length)},{fmt(width * 1.1)} L0,{fmt(width)} Z", fill=g, stroke="#0d0d10",
-           stroke_width=0.6)
-    s.line(2, width * 0.45, length, width * 0.45, stroke="#c9ced6", stroke_width=0.7, opacity=0.7)
+    half = width / 2
+    outline = (f"M0,0 C{fmt(length * 0.04)},{fmt(-half)} {fmt(length * 0.1)},{fmt(-half)} {fmt(length * 0.2)},{fmt(-half)} "
+               f"L{fmt(length * 0.85)},{fmt(-half * 0.9)} C{fmt(length * 0.95)},{fmt(-half * 0.7)} {fmt(length)},{fmt(-half * 0.2)} {fmt(length)},0 "
+               f"C{fmt(length)},{fmt(half * 0.3)} {fmt(length * 0.95)},{fmt(half * 0.8)} {fmt(length * 0.85)},{fmt(half)} "
+               f"L{fmt(length * 0.2)},{fmt(half)} C{fmt(length * 0.1)},{fmt(half)} {fmt(length * 0.04)},{fmt(half)} 0,0 Z")
+    s.path(outline, fill="#8e949e", opacity=0.75)
+    inner = s.linear("bladecore", [(0, "#3a3d45"), (0.5, "#0e0f12"), (1, "#2c2f36")], x2=0, y2=1)
+    s.path(outline, fill=inner, stroke="#5d636d", stroke_width=0.8,
+           transform=f"translate({fmt(length * 0.01)},0) scale(0.985,0.6)")
+    s.line(length * 0.05, -half * 0.1, length * 0.95, -half * 0.1, stroke="#cfd4db",
+           stroke_width=0.8, opacity=0.7)
     s.end()
 
 
@@ -465,7 +472,7 @@ def obsidian_blades(w, h):
     for i in range(6):
         y = h * (0.2 + i * 0.1)
         shadow(s, w * 0.66, y + 10 * k, 130 * k, 4 * k, opacity=0.25)
-        _blade(s, w * 0.45 + rnd.uniform(-6, 6), y, w * 0.42 - i * 4, rnd.uniform(-2, 2), width=13 * k)
+        _blade(s, w * 0.46 + rnd.uniform(-6, 6), y, w * 0.4 - i * 5, rnd.uniform(-2, 2), width=26 * k)
     # a 5 cm scale at the foot
     x0, y0 = w * 0.52, h * 0.9
     unit = 20 * k

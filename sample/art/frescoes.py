@@ -101,34 +101,57 @@ def boxing_boys(w, h):
     return s
 
 
+def _dolphin_fish(s, x, y, length, angle):
+    """A dolphin fish hanging head up: blue back, yellow belly, forked tail below."""
+    s.group(transform=f"translate({fmt(x)},{fmt(y)}) rotate({fmt(angle)})")
+    L = length
+    s.path(f"M0,0 C{fmt(L * 0.13)},{fmt(L * 0.08)} {fmt(L * 0.12)},{fmt(L * 0.6)} {fmt(L * 0.04)},{fmt(L * 0.86)} "
+           f"L0,{fmt(L * 0.86)} C{fmt(-L * 0.09)},{fmt(L * 0.6)} {fmt(-L * 0.08)},{fmt(L * 0.1)} 0,0 Z",
+           fill=FRESCO_YELLOW, stroke=FRESCO_BLACK, stroke_width=0.6)
+    s.path(f"M0,0 C{fmt(L * 0.13)},{fmt(L * 0.08)} {fmt(L * 0.12)},{fmt(L * 0.6)} {fmt(L * 0.04)},{fmt(L * 0.86)} "
+           f"L{fmt(L * 0.02)},{fmt(L * 0.86)} C{fmt(L * 0.05)},{fmt(L * 0.5)} {fmt(L * 0.04)},{fmt(L * 0.1)} 0,0 Z",
+           fill=FRESCO_BLUE)
+    s.path(f"M{fmt(L * 0.03)},{fmt(L * 0.84)} L{fmt(-L * 0.1)},{fmt(L)} L{fmt(L * 0.03)},{fmt(L * 0.93)} "
+           f"L{fmt(L * 0.16)},{fmt(L)} Z", fill=FRESCO_BLUE, stroke=FRESCO_BLACK, stroke_width=0.6)
+    s.circle(L * 0.02, L * 0.09, max(0.8, L * 0.03), fill=FRESCO_BLACK)
+    s.end()
+
+
 def fisherman(w, h):
     s = Svg(w, h)
     _panel(s, 41, bands=False)
     _unit(s, 120, 200, margin=0.03)
     skin = SKIN_RED
-    s.path("M56,118 L50,152 L52,186 L46,192 L60,192 L60,152 L64,122 Z", fill=skin)
-    s.path("M66,118 L70,150 L74,186 L70,192 L84,192 L80,150 L74,116 Z", fill=skin)
-    s.path("M46,58 C50,72 54,90 54,122 L76,120 C76,90 76,72 78,58 C70,54 54,54 46,58 Z", fill=skin)
-    s.rect(57, 46, 10, 12, fill=skin)
-    s.circle(62, 40, 11, fill=skin)
-    s.path("M52,38 C52,26 72,24 74,36 C70,32 58,31 52,38 Z", fill="#6d94b3")
-    s.path("M54,32 C48,34 46,42 48,50 M60,29 C58,22 50,22 46,26", fill="none",
-           stroke=FRESCO_BLACK, stroke_width=2, stroke_linecap="round")
-    s.circle(69, 40, 1.3, fill=FRESCO_BLACK)
-    # both arms hold strings of fish
-    s.path("M52,62 C42,72 36,84 34,92 L38,94 C42,86 48,76 56,68 Z", fill=skin)
-    s.path("M70,62 C80,72 86,84 88,92 L84,94 C80,86 74,76 66,68 Z", fill=skin)
-    for hx, flip in [(36, -1), (86, 1)]:
-        s.line(hx, 93, hx, 100, stroke=FRESCO_BLACK, stroke_width=1)
-        for i in range(6):
-            y = 100 + i * 14
-            fx = hx + (3 if i % 2 else -3)
-            s.path(f"M{fx - 4},{y} q4,-3 8,0 l0,12 q-4,4 -8,0 Z", fill=FRESCO_BLUE,
-                   stroke=FRESCO_BLACK, stroke_width=0.8)
-            s.path(f"M{fx - 4},{y + 12} l4,4 l4,-4", fill=FRESCO_YELLOW, stroke=FRESCO_BLACK,
-                   stroke_width=0.6)
-            s.circle(fx + 2, y + 2.5, 0.9, fill=FRESCO_BLACK)
-            s.line(fx - 3, y + 6, fx + 3, y + 6, stroke=FRESCO_YELLOW, stroke_width=1)
+    ink = FRESCO_BLACK
+    # legs in profile, the left one a step ahead
+    s.path("M52,116 C50,134 50,150 48,168 L46,186 L38,190 L52,190 L54,170 C58,150 60,134 62,118 Z",
+           fill=skin)
+    s.path("M62,116 C66,134 70,150 72,168 L74,186 L70,190 L84,190 L80,168 C78,150 74,132 72,114 Z",
+           fill="#a9482a")
+    # torso: broad shoulders, narrow waist, the chest in profile
+    s.path("M46,58 C44,52 52,48 60,48 C70,48 78,52 78,58 C78,70 74,78 72,90 C71,100 72,108 72,118 "
+           "L52,118 C52,106 52,96 50,86 C48,76 46,68 46,58 Z", fill=skin)
+    s.path("M72,60 C76,66 76,72 72,76", fill="none", stroke="#8e3520", stroke_width=1)
+    # neck and head, the shaved scalp painted blue, one long lock
+    s.path("M56,40 L57,50 L66,50 L66,40 Z", fill=skin)
+    s.path(smooth([(52, 34), (56, 24), (66, 22), (74, 28), (74, 36), (77, 40), (72, 43),
+                   (68, 46), (58, 46), (53, 41)]), fill=skin)
+    s.path("M52,34 C54,22 70,19 74,30 C68,27 58,27 52,34 Z", fill="#6d94b3")
+    s.path("M55,28 C46,30 44,40 46,50 M55,28 C52,20 58,14 62,16", fill="none", stroke=ink,
+           stroke_width=2, stroke_linecap="round")
+    s.path("M68,33 q2.5,-1.4 5,0 q-2.5,1.2 -5,0 Z", fill=ink)
+    s.path("M72,42 l3,0", stroke=ink, stroke_width=1)
+    # arms hanging at the sides, the fists holding the cords
+    s.path("M48,56 C42,68 38,80 36,92", fill="none", stroke=skin, stroke_width=6,
+           stroke_linecap="round")
+    s.path("M76,56 C82,68 86,80 88,92", fill="none", stroke="#a9482a", stroke_width=6,
+           stroke_linecap="round")
+    for hx in (36, 88):
+        s.circle(hx, 94, 3.6, fill=skin)
+        s.line(hx, 96, hx, 102, stroke=ink, stroke_width=0.9)
+        for k in range(6):
+            ang = (k - 2.5) * 9
+            _dolphin_fish(s, hx + (k - 2.5) * 2.5, 102 + abs(k - 2.5) * 1.5, 48, ang)
     s.end()
     _losses(s, 42, 4)
     return s

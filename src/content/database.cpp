@@ -48,7 +48,7 @@ bool hasNocaseIndex(sqlite::Connection &db)
 std::unique_ptr<sqlite::Connection> copyToMemory(sqlite::Connection &source)
 {
     auto memory = sqlite::Connection::openMemory();
-    installGreekNocase(memory->handle());
+    installGreekTextRules(memory->handle());
     sqlite3_backup *backup = sqlite3_backup_init(memory->handle(), "main", source.handle(), "main");
     if (!backup)
         return nullptr;
@@ -65,7 +65,7 @@ std::unique_ptr<sqlite::Connection> openSqlite(const QString &path)
     try {
         auto db
             = std::make_unique<sqlite::Connection>(sqliteUri(path), SQLITE_OPEN_READONLY | SQLITE_OPEN_URI);
-        installGreekNocase(db->handle());
+        installGreekTextRules(db->handle());
         // A damaged or truncated file is found now rather than by the first query.
         auto check = db->prepare(QStringLiteral("PRAGMA quick_check"));
         if (!check->step() || check->value(0).toString() != u"ok")
@@ -135,7 +135,7 @@ std::unique_ptr<Database> Database::fromConnection(
     std::unique_ptr<sqlite::Connection> connection, const QString &path)
 {
     std::unique_ptr<Database> database(new Database);
-    installGreekNocase(connection->handle());
+    installGreekTextRules(connection->handle());
     database->d->db = std::move(connection);
     database->d->path = path;
     return database;

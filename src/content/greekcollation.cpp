@@ -85,4 +85,95 @@ bool installGreekNocase(sqlite3 *db)
     return true;
 }
 
+namespace {
+
+QString fold(QStringView text)
+{
+    return text.toString().toCaseFolded();
+}
+
+bool matchFrom(QStringView p, QStringView t, QChar escape)
+{
+    while (!p.isEmpty()) {
+        const QChar c = p.front();
+        if (c == u'%' && c != escape) {
+            while (!p.isEmpty() && p.front() == u'%')
+                p = p.mid(1);
+            if (p.isEmpty())
+                return true;
+            for (qsizetype i = 0; i <= t.size(); ++i) {
+                if (matchFrom(p, t.mid(i), escape))
+                    return true;
+            }
+            return false;
+        }
+        if (t.isEmpty())
+            return false;
+        if (c == u'_' && c != escape) {
+            p = p.mid(1);
+            t = t.mid(1);
+            continue;
+        }
+        QChar literal = c;
+        if (!escape.isNull() && c == escape) {
+            if (p.size() < 2)
+                return false;
+            literal = p.at(1);
+            p = p.mid(1);
+        }
+        if (literal != t.front())
+            return false;
+        p = p.mid(1);
+        t = t.mid(1);
+    }
+    return t.isEmpty();
+}
+
+void likeFunction(sqlite3_context *context, int argc, sqlite3_value **argv)
+{
+    const auto *pattern = reinterpret_cast<const char *>(sqlite3_value_text(argv[0]));
+    const auto *text = reinterpret_cast<const char *>(sqlite3_value_text(argv[1]));
+    if (!pattern || !text)
+        return; // NULL
+    QChar escape;
+    if (argc == 3) {
+        const auto *e = reinterpret_cast<const char *>(sqlite3_value_text(argv[2]));
+        const QString escapeText = QString::fromUtf8(e ? e : "");
+        if (escapeText.size() != 1) {
+            sqlite3_result_error(context, "ESCAPE expression must be a single character", -1);
+            return;
+        }
+        escape = escapeText.front();
+    }
+    const QString p = QString::fromUtf8(pattern, sqlite3_value_bytes(argv[0]));
+    const QString t = QString::fromUtf8(text, sqlite3_value_bytes(argv[1]));
+    sqlite3_result_int(context, likeMatches(p, t, escape) ? 1 : 0);
+}
+
+} // namespace
+
+bool likeMatches(QStringView pattern, QStringView text, QChar escape)
+{
+    const QString p = fold(pattern);
+    const QString t = fold(text);
+    const QChar e = escape.isNull() ? QChar() : fold(QStringView(&escape, 1)).front();
+    return matchFrom(p, t, e);
+}
+
+bool installGreekLike(sqlite3 *db)
+{
+    const int flags = SQLITE_UTF8 | SQLITE_DETERMINISTIC;
+    return sqlite3_create_function_v2(db, "like", 2, flags, nullptr, likeFunction, nullptr, nullptr, nullptr)
+        == SQLITE_OK
+        && sqlite3_create_function_v2(db, "like", 3, flags, nullptr, likeFunction, nullptr, nullptr, nullptr)
+        == SQLITE_OK;
+}
+
+bool installGreekTextRules(sqlite3 *db)
+{
+    const bool nocase = installGreekNocase(db);
+    const bool like = installGreekLike(db);
+    return nocase && like;
+}
+
 } // namespace content

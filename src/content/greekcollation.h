@@ -17,4 +17,15 @@ int compareText(QStringView a, QStringView b);
 // way. Returns false if SQLite refused.
 bool installGreekNocase(sqlite3 *db);
 
+// Replaces SQLite's LIKE, which folds the case of ASCII letters only, with one that folds
+// Greek case and final sigma too (accents still count), with the wildcards % and _ and an
+// optional ESCAPE character. Returns false if SQLite refused.
+bool installGreekLike(sqlite3 *db);
+
+// Both of the above: what every content connection gets.
+bool installGreekTextRules(sqlite3 *db);
+
+// LIKE's matching, for tests: `pattern` with % and _, `escape` or a null QChar.
+bool likeMatches(QStringView pattern, QStringView text, QChar escape = QChar());
+
 } // namespace content

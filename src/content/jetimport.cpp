@@ -308,7 +308,7 @@ std::unique_ptr<sqlite::Connection> importJet(
         throw errors::unrecognizedFormat(path);
 
     auto connection = sqlite::Connection::openMemory();
-    installGreekNocase(connection->handle());
+    installGreekTextRules(connection->handle());
     auto *copy = static_cast<unsigned char *>(sqlite3_malloc64(sqlite3_uint64(data.size())));
     if (!copy)
         throw errors::unrecognizedFormat(path);

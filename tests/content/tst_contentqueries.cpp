@@ -425,6 +425,14 @@ private slots:
         QCOMPARE(rs->Fields(QStringLiteral("Sound")).text(), QStringLiteral("ekklisia.wav"));
     }
 
+    void likeWithTheEnginesWildcardIgnoresCase()
+    {
+        auto rs = m_db->OpenRecordset(
+            QStringLiteral("SELECT EuretirioID FROM Euretirio WHERE Oros LIKE 'κλεισ*'"),
+            content::dbOpenSnapshot);
+        QCOMPARE(ints(*rs, QStringLiteral("EuretirioID")), QList<int> {3});
+    }
+
 private:
     QString m_file;
     std::unique_ptr<Database> m_db;

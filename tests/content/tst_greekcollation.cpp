@@ -105,6 +105,33 @@ private slots:
         QCOMPARE(column(*db, QStringLiteral("SELECT DISTINCT word FROM w")).size(), 1);
     }
 
+    void likeFoldsGreekCaseAndFinalSigma()
+    {
+        QVERIFY(content::likeMatches(u"κλεισ%", u"Κλεισθένης"));
+        QVERIFY(content::likeMatches(u"%ΘΈΝΗΣ", u"Κλεισθένης"));
+        QVERIFY(content::likeMatches(u"%θένησ", u"Κλεισθένης"));
+        QVERIFY(content::likeMatches(u"Κλεισθ_νης", u"Κλεισθένης"));
+        QVERIFY(!content::likeMatches(u"%θενης", u"Κλεισθένης")); // accents still count
+        QVERIFY(!content::likeMatches(u"Κλεισ", u"Κλεισθένης"));
+        QVERIFY(content::likeMatches(u"100!%", u"100%", u'!'));
+        QVERIFY(!content::likeMatches(u"100!%", u"1000", u'!'));
+        QVERIFY(content::likeMatches(u"%", u""));
+        QVERIFY(!content::likeMatches(u"_", u""));
+    }
+
+    void likeOnAConnectionUsesTheGreekRule()
+    {
+        auto db = Connection::openMemory();
+        QVERIFY(content::installGreekTextRules(db->handle()));
+        QCOMPARE(
+            column(*db, QStringLiteral("SELECT 'Αθήνα' LIKE 'αθή%'")), QStringList {QStringLiteral("1")});
+        QCOMPARE(column(*db, QStringLiteral("SELECT 'Αθήνα' LIKE 'x%'")), QStringList {QStringLiteral("0")});
+        QCOMPARE(column(*db, QStringLiteral("SELECT 'a_b' LIKE 'a\\_b' ESCAPE '\\'")),
+            QStringList {QStringLiteral("1")});
+        QCOMPARE(
+            column(*db, QStringLiteral("SELECT NULL LIKE 'a' IS NULL")), QStringList {QStringLiteral("1")});
+    }
+
     void indexOnANocaseColumnFollowsTheGreekOrder()
     {
         auto db = greekDatabase();

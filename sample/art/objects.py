@@ -317,9 +317,10 @@ def harp_player(w, h):
     s.path("M76,72 L82,72 L84,126 L88,132 L78,132 L76,126 Z", fill=m, stroke=edge, stroke_width=0.8)
     # head tilted up as if singing, the long neck
     s.path("M47,36 L48,24 L54,24 L55,36 Z", fill=m, stroke=edge, stroke_width=0.8)
-    s.path(smooth([(44, 14), (52, 6), (62, 10), (62, 20), (54, 26), (46, 24)]), fill=m,
-           stroke=edge, stroke_width=0.8)
-    s.path("M61,14 L66,15 L61,18", fill=m, stroke=edge, stroke_width=0.7)
+    # the head tipped back, long and flat like the other figurines, with a jutting nose
+    s.path(smooth([(42, 20), (44, 8), (52, 2), (61, 4), (64, 12), (60, 22), (53, 27), (46, 27)]),
+           fill=m, stroke=edge, stroke_width=0.8)
+    s.path("M60,10 L67,14 L61,18", fill=m, stroke=edge, stroke_width=0.7)
     # the harp: a triangle resting on his knee, the swan-neck end at the top
     s.path("M70,72 L74,22 C78,16 86,16 88,22 L86,26 L94,68 Z", fill="none", stroke=m,
            stroke_width=4.5, stroke_linejoin="round")

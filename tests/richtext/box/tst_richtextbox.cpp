@@ -160,6 +160,16 @@ private slots:
         QVERIFY(!edit.textCursor().hasSelection());
     }
 
+    void selTextOfFormattedTextIsPlain()
+    {
+        RichTextBox box;
+        box.setText(u"έντονο\nκόκκινο"_s);
+        select(box, 0, 10);
+        box.setSelBold(true);
+        box.setSelColor(Red);
+        QCOMPARE(box.SelText(), u"έντονο\nκόκ"_s);
+    }
+
     void selTextReplacesInTheFormatOfTheFirstCharacter()
     {
         RichTextBox box;

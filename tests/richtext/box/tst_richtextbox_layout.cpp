@@ -90,6 +90,49 @@ private slots:
         QCOMPARE_LT(wide, 4);
     }
 
+    void aTwelveLineLegendCountsTwelveLines()
+    {
+        QWidget window;
+        RichTextBox box(&window);
+        box.resize(400, 50);
+        QStringList lines;
+        for (int i = 1; i <= 12; ++i)
+            lines.append(u"Γραμμή %1"_s.arg(i));
+        box.setText(lines.join(u'\n'));
+        QCOMPARE(box.LineCount(), 12);
+    }
+
+    void bulletStandsAtTheIndentAndTextAtTheHangingIndent()
+    {
+        RichTextBox box;
+        box.resize(400, 300);
+        box.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&box));
+        QString words;
+        for (int i = 0; i < 20; ++i)
+            words += u"λέξη "_s;
+        box.setText(words + u"\n"_s + words);
+        const double margin = box.document()->documentMargin() + box.viewport()->x();
+        auto xOf = [&](int place) { return box.PosFromChar(place).x() - margin; };
+
+        // A plain paragraph: first line at the indent, the others past the hanging indent.
+        box.setSelStart(0);
+        box.setSelIndent(600);
+        box.setSelHangingIndent(400);
+        QVERIFY(qAbs(xOf(0) - 40) <= 1);
+        const int secondLine = int(box.document()->firstBlock().layout()->lineAt(1).textStart());
+        QVERIFY(qAbs(xOf(secondLine) - 1000 / 15.0) <= 1);
+
+        // A bullet paragraph: the bullet at the indent, all its text past the hanging indent.
+        const int second = int(words.size()) + 1;
+        box.setSelStart(second);
+        box.setSelBullet(true);
+        box.setSelIndent(600);
+        box.setSelHangingIndent(400);
+        QVERIFY(qAbs(xOf(second) - 1000 / 15.0) <= 1);
+        QCOMPARE(box.SelIndent(), std::optional<int>(600));
+    }
+
     void getLineFromCharCountsWrappedLines()
     {
         RichTextBox box;

@@ -1,0 +1,56 @@
+#include "shellcontent.h"
+
+#include <frmsmallbutton.h>
+#include <mdiform1.h>
+#include <modglobal.h>
+#include <msgbox.h>
+
+#include <QDir>
+#include <QMdiArea>
+#include <QMdiSubWindow>
+#include <QTest>
+
+// Renders the shell with an activity of thirteen sources, so a person can look at it:
+// the picture lands in the test output folder.
+class tst_MDIForm1Screenshot : public QObject
+{
+    Q_OBJECT
+
+    testing::ShellContent m_content;
+
+private slots:
+    void initTestCase()
+    {
+        QVERIFY(m_content.open());
+        MDIForm1::registerDefaultInstance();
+        MDIForm1::setStartScreenFactory([] { return nullptr; });
+        platform::setMsgBoxHook([](const QString &, int, const QString &) { return int(platform::vbOK); });
+    }
+
+    void cleanupTestCase() { modGlobal::gDatabase.reset(); }
+
+    void shellWithThirteenTiles()
+    {
+        auto *shell = static_cast<MDIForm1 *>(ShellWindow::instance());
+        shell->setSelectedActivity(113);
+        shell->show();
+        QVERIFY(QTest::qWaitForWindowExposed(shell));
+        QCOMPARE(shell->ResourceCount(), 13);
+
+        const QImage image = shell->grab().toImage();
+        QCOMPARE(image.size() / image.devicePixelRatio(), QSize(800, 600));
+        QVERIFY(QDir().mkpath(QStringLiteral(TREMIDIA_TEST_OUTPUT_DIR)));
+        const QString file = QStringLiteral(TREMIDIA_TEST_OUTPUT_DIR "/mdiform1-13-tiles.png");
+        QVERIFY(image.save(file, "PNG"));
+        qInfo("shell picture: %s", qPrintable(file));
+
+        // The background shows between the tiles, and the tiles are not blank.
+        const QPoint areaOrigin = shell->mdiArea()->mapTo(shell, QPoint(0, 0));
+        const QRect firstTile = shell->Tiles().at(0)->parentWidget()->geometry().translated(areaOrigin);
+        QVERIFY(image.pixelColor(firstTile.center()) != image.pixelColor(firstTile.topLeft() - QPoint(3, 3)));
+        shell->close();
+    }
+};
+
+QTEST_MAIN(tst_MDIForm1Screenshot)
+#include "tst_mdiform1_screenshot.moc"

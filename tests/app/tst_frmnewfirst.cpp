@@ -252,6 +252,16 @@ private slots:
         QCOMPARE(form()->lastScenarioIndex(), qint16(-1));
     }
 
+    void spaceKeyOnAThemeChecksItLikeItsBox()
+    {
+        form()->List2->setFocus();
+        form()->List2->setSelectedItem(form()->List2->ListItems(2));
+        QTest::keyClick(form()->List2, Qt::Key_Space);
+        QCOMPARE(checkedIndexes(form()->List2), QList<int> {2});
+        QCOMPARE(form()->lastThemeIndex(), qint16(2));
+        QCOMPARE(keys(form()->List1), (QStringList {QStringLiteral("Sc40"), QStringLiteral("Sc50")}));
+    }
+
     void themeChecksActAsRadioGroup()
     {
         clickBox(form()->List2, 1);

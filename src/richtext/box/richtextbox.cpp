@@ -8,7 +8,9 @@
 #include "runtimeerror.h"
 #include "twips.h"
 
+#include <QContextMenuEvent>
 #include <QKeyEvent>
+#include <QMenu>
 #include <QMimeData>
 #include <QTextBlock>
 #include <QTextDocumentFragment>
@@ -36,6 +38,8 @@ RichTextBox::RichTextBox(QWidget *parent)
     connect(this, &QTextEdit::textChanged, this, &RichTextBox::Change);
     connect(this, &QTextEdit::cursorPositionChanged, this, &RichTextBox::onSelectionMoved);
     connect(this, &QTextEdit::selectionChanged, this, &RichTextBox::onSelectionMoved);
+    // The viewer changes the pointer over hot words as the mouse merely passes.
+    viewport()->setMouseTracking(true);
 }
 
 RichTextBox::~RichTextBox() = default;
@@ -596,12 +600,31 @@ void RichTextBox::mouseReleaseEvent(QMouseEvent *event)
 
 void RichTextBox::keyPressEvent(QKeyEvent *event)
 {
-    if (event->matches(QKeySequence::Undo) && !isReadOnly()) {
-        Undo();
+    if (event->matches(QKeySequence::Undo) || event->matches(QKeySequence::Redo)) {
+        // The one level of undo toggles; there is no separate redo.
+        if (event->matches(QKeySequence::Undo) && !isReadOnly())
+            Undo();
         event->accept();
         return;
     }
     QTextEdit::keyPressEvent(event);
+}
+
+void RichTextBox::contextMenuEvent(QContextMenuEvent *event)
+{
+    std::unique_ptr<QMenu> menu(createStandardContextMenu(event->pos()));
+    if (!menu)
+        return;
+    for (QAction *action : menu->actions()) {
+        if (action->objectName() == u"edit-redo") {
+            menu->removeAction(action);
+        } else if (action->objectName() == u"edit-undo") {
+            action->disconnect();
+            action->setEnabled(!isReadOnly() && CanUndo());
+            connect(action, &QAction::triggered, this, &RichTextBox::Undo);
+        }
+    }
+    menu->exec(event->globalPos());
 }
 
 void RichTextBox::dropEvent(QDropEvent *event)

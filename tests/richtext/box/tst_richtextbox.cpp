@@ -648,6 +648,22 @@ private slots:
         QCOMPARE(box.Text(), u"αβ"_s);
     }
 
+    void mouseMoveComesWithoutAButtonInTwips()
+    {
+        RichTextBox box;
+        box.resize(300, 100);
+        box.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&box));
+        QList<QList<double>> moves;
+        connect(&box, &RichTextBox::MouseMove, &box, [&](int button, int shift, double x, double y) {
+            moves.append({double(button), double(shift), x, y});
+        });
+        QTest::mouseMove(box.viewport(), QPoint(20, 10));
+        QVERIFY(!moves.isEmpty());
+        const QPoint inBox = box.viewport()->mapTo(&box, QPoint(20, 10));
+        QCOMPARE(moves.last(), (QList<double> {0, 0, inBox.x() * 15.0, inBox.y() * 15.0}));
+    }
+
     void undoIsOneLevelAndTogglesBack()
     {
         RichTextBox box;
@@ -679,6 +695,8 @@ private slots:
         QTest::keyClick(&box, Qt::Key_Z, Qt::ControlModifier);
         QVERIFY(box.Text() != typed);
         QTest::keyClick(&box, Qt::Key_Z, Qt::ControlModifier);
+        QCOMPARE(box.Text(), typed);
+        QTest::keyClick(&box, Qt::Key_Y, Qt::ControlModifier); // no redo beside the toggle
         QCOMPARE(box.Text(), typed);
     }
 };

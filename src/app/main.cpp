@@ -1,4 +1,5 @@
 #include "main_routine.h"
+#include "mdiform1.h"
 
 #include <translations.h>
 
@@ -10,6 +11,7 @@ int main(int argc, char *argv[])
     QApplication::setApplicationName(QStringLiteral("tremidia"));
     QApplication::setApplicationDisplayName(QStringLiteral("Τρεμίδια"));
     platform::installGreekTranslations(app);
+    MDIForm1::registerDefaultInstance();
 
     // After a failed start the error box has been shown; the program ends there.
     if (!Main())

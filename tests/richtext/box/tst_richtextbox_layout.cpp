@@ -8,6 +8,7 @@
 #include <QImage>
 #include <QPainter>
 #include <QPrinter>
+#include <QRegularExpression>
 #include <QScrollBar>
 #include <QSignalSpy>
 #include <QTemporaryDir>
@@ -419,6 +420,10 @@ private slots:
         QVERIFY(file.open(QIODevice::ReadOnly));
         QVERIFY(file.read(5).startsWith("%PDF"));
         QCOMPARE_GT(file.size(), 2000);
+        file.seek(0);
+        const QByteArray content = file.readAll();
+        static const QRegularExpression page(u"/Type\\s*/Page[^s]"_s);
+        QCOMPARE(QString::fromLatin1(content).count(page), starts.size());
     }
 
     void measuringAPageDrawsNothingAndAgreesWithDrawing()

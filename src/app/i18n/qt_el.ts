@@ -1298,6 +1298,233 @@ Do you want to delete it anyway?</source>
     </message>
 </context>
 <context>
+    <name>QPageSize</name>
+    <message>
+        <source>%1 x %2 in</source>
+        <translation>%1 x %2 in</translation>
+    </message>
+    <message>
+        <source>A4 Small</source>
+        <translation>A4 μικρό</translation>
+    </message>
+    <message>
+        <source>Custom</source>
+        <translation>Προσαρμοσμένο</translation>
+    </message>
+    <message>
+        <source>Custom (%1CC x %2CC)</source>
+        <translation>Προσαρμοσμένο (%1CC x %2CC)</translation>
+    </message>
+    <message>
+        <source>Custom (%1DD x %2DD)</source>
+        <translation>Προσαρμοσμένο (%1DD x %2DD)</translation>
+    </message>
+    <message>
+        <source>Custom (%1in x %2in)</source>
+        <translation>Προσαρμοσμένο (%1in x %2in)</translation>
+    </message>
+    <message>
+        <source>Custom (%1mm x %2mm)</source>
+        <translation>Προσαρμοσμένο (%1mm x %2mm)</translation>
+    </message>
+    <message>
+        <source>Custom (%1pc x %2pc)</source>
+        <translation>Προσαρμοσμένο (%1pc x %2pc)</translation>
+    </message>
+    <message>
+        <source>Custom (%1pt x %2pt)</source>
+        <translation>Προσαρμοσμένο (%1pt x %2pt)</translation>
+    </message>
+    <message>
+        <source>Double Postcard</source>
+        <translation>Διπλή καρτ ποστάλ</translation>
+    </message>
+    <message>
+        <source>Envelope B4</source>
+        <translation>Φάκελος B4</translation>
+    </message>
+    <message>
+        <source>Envelope B5</source>
+        <translation>Φάκελος B5</translation>
+    </message>
+    <message>
+        <source>Envelope B6</source>
+        <translation>Φάκελος B6</translation>
+    </message>
+    <message>
+        <source>Envelope C0</source>
+        <translation>Φάκελος C0</translation>
+    </message>
+    <message>
+        <source>Envelope C1</source>
+        <translation>Φάκελος C1</translation>
+    </message>
+    <message>
+        <source>Envelope C2</source>
+        <translation>Φάκελος C2</translation>
+    </message>
+    <message>
+        <source>Envelope C3</source>
+        <translation>Φάκελος C3</translation>
+    </message>
+    <message>
+        <source>Envelope C4</source>
+        <translation>Φάκελος C4</translation>
+    </message>
+    <message>
+        <source>Envelope C5</source>
+        <translation>Φάκελος C5</translation>
+    </message>
+    <message>
+        <source>Envelope C6</source>
+        <translation>Φάκελος C6</translation>
+    </message>
+    <message>
+        <source>Envelope C65</source>
+        <translation>Φάκελος C65</translation>
+    </message>
+    <message>
+        <source>Envelope C7</source>
+        <translation>Φάκελος C7</translation>
+    </message>
+    <message>
+        <source>Envelope Chou 3</source>
+        <translation>Φάκελος Chou 3</translation>
+    </message>
+    <message>
+        <source>Envelope Chou 4</source>
+        <translation>Φάκελος Chou 4</translation>
+    </message>
+    <message>
+        <source>Envelope DL</source>
+        <translation>Φάκελος DL</translation>
+    </message>
+    <message>
+        <source>Envelope Invite</source>
+        <translation>Φάκελος πρόσκλησης</translation>
+    </message>
+    <message>
+        <source>Envelope Italian</source>
+        <translation>Φάκελος ιταλικός</translation>
+    </message>
+    <message>
+        <source>Envelope Kaku 2</source>
+        <translation>Φάκελος Kaku 2</translation>
+    </message>
+    <message>
+        <source>Envelope Kaku 3</source>
+        <translation>Φάκελος Kaku 3</translation>
+    </message>
+    <message>
+        <source>Envelope Monarch</source>
+        <translation>Φάκελος Monarch</translation>
+    </message>
+    <message>
+        <source>Envelope PRC 1</source>
+        <translation>Φάκελος PRC 1</translation>
+    </message>
+    <message>
+        <source>Envelope PRC 10</source>
+        <translation>Φάκελος PRC 10</translation>
+    </message>
+    <message>
+        <source>Envelope PRC 2</source>
+        <translation>Φάκελος PRC 2</translation>
+    </message>
+    <message>
+        <source>Envelope PRC 3</source>
+        <translation>Φάκελος PRC 3</translation>
+    </message>
+    <message>
+        <source>Envelope PRC 4</source>
+        <translation>Φάκελος PRC 4</translation>
+    </message>
+    <message>
+        <source>Envelope PRC 5</source>
+        <translation>Φάκελος PRC 5</translation>
+    </message>
+    <message>
+        <source>Envelope PRC 6</source>
+        <translation>Φάκελος PRC 6</translation>
+    </message>
+    <message>
+        <source>Envelope PRC 7</source>
+        <translation>Φάκελος PRC 7</translation>
+    </message>
+    <message>
+        <source>Envelope PRC 8</source>
+        <translation>Φάκελος PRC 8</translation>
+    </message>
+    <message>
+        <source>Envelope PRC 9</source>
+        <translation>Φάκελος PRC 9</translation>
+    </message>
+    <message>
+        <source>Envelope Personal</source>
+        <translation>Φάκελος προσωπικός</translation>
+    </message>
+    <message>
+        <source>Envelope US 10</source>
+        <translation>Φάκελος US 10</translation>
+    </message>
+    <message>
+        <source>Envelope US 11</source>
+        <translation>Φάκελος US 11</translation>
+    </message>
+    <message>
+        <source>Envelope US 12</source>
+        <translation>Φάκελος US 12</translation>
+    </message>
+    <message>
+        <source>Envelope US 14</source>
+        <translation>Φάκελος US 14</translation>
+    </message>
+    <message>
+        <source>Envelope US 9</source>
+        <translation>Φάκελος US 9</translation>
+    </message>
+    <message>
+        <source>Envelope You 4</source>
+        <translation>Φάκελος You 4</translation>
+    </message>
+    <message>
+        <source>Executive (7.25 x 10.5 in)</source>
+        <translation>Executive (7.25 x 10.5 in)</translation>
+    </message>
+    <message>
+        <source>Executive (7.5 x 10 in)</source>
+        <translation>Executive (7.5 x 10 in)</translation>
+    </message>
+    <message>
+        <source>Fan-fold German (8.5 x 12 in)</source>
+        <translation>Συνεχές χαρτί γερμανικό (8.5 x 12 in)</translation>
+    </message>
+    <message>
+        <source>Fan-fold German Legal (8.5 x 13 in)</source>
+        <translation>Συνεχές χαρτί γερμανικό Legal (8.5 x 13 in)</translation>
+    </message>
+    <message>
+        <source>Fan-fold US (14.875 x 11 in)</source>
+        <translation>Συνεχές χαρτί US (14.875 x 11 in)</translation>
+    </message>
+    <message>
+        <source>Folio (8.27 x 13 in)</source>
+        <translation>Folio (8.27 x 13 in)</translation>
+    </message>
+    <message>
+        <source>Letter Small</source>
+        <translation>Letter μικρό</translation>
+    </message>
+    <message>
+        <source>PRC 32K Big</source>
+        <translation>PRC 32K μεγάλο</translation>
+    </message>
+    <message>
+        <source>Postcard</source>
+        <translation>Καρτ ποστάλ</translation>
+    </message>
+</context>
+<context>
     <name>QPlatformTheme</name>
     <message>
         <source>&amp;No</source>

@@ -31,7 +31,14 @@ class FormatRuns;
 // start of a paragraph, the one after it), or the format set for typing at the caret.
 // Paragraph readings look at every paragraph the selection touches.
 //
-// Members that fail the way the control fails throw platform::RuntimeError.
+// Members that fail the way the control fails throw platform::RuntimeError: 380 for a
+// negative place or length or a value out of range, 53 for a file that is not there,
+// 75 for one that cannot be read or written, 481 for a picture that cannot be read.
+//
+// A selection set through SelStart, SelLength or Find is read back at once by every
+// member here and announced by SelChange at once, but reaches QTextEdit's own cursor
+// (its caret, its scrolling, its signals) only at the next event. This class's
+// textCursor() brings it in first; QTextEdit::textCursor() does not.
 class RichTextBox : public QTextEdit
 {
     Q_OBJECT
@@ -150,9 +157,10 @@ public:
     // --- Finding and measuring --------------------------------------------------------
 
     // Searches [start, end) (end < 0: to the end of the text) for text, options
-    // FindWholeWord and FindMatchCase added. Without FindMatchCase case is ignored the
-    // Greek way (see richtextsearch.h). Selects the match and returns its place, or -1
-    // with the selection untouched.
+    // FindWholeWord and FindMatchCase added; a match must lie wholly inside. Without
+    // FindMatchCase case is ignored the Greek way (see richtextsearch.h). Selects the
+    // match and returns its place, or -1 with the selection untouched; an empty text is
+    // never found.
     int Find(const QString &text, int start = 0, int end = -1, int options = 0);
     // The display line, from 0, that holds the place, counting wrapped lines.
     int GetLineFromChar(int place) const;

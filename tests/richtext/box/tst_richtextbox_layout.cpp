@@ -240,6 +240,7 @@ private slots:
         box.setSelColor(Red);
         box.setSelFontSize(18);
         box.setSelStrikeThru(true);
+        box.setSelFontName(u"DejaVu Sans"_s);
         select(box, 23, 1);
         box.setSelAlignment(RichTextBox::AlignCenter);
         box.setSelIndent(720);
@@ -270,6 +271,11 @@ private slots:
         QCOMPARE(loaded.SelColor(), std::optional<quint32>(Red));
         QCOMPARE(loaded.SelFontSize(), std::optional<double>(18));
         QCOMPARE(loaded.SelStrikeThru(), std::optional<bool>(true));
+        QCOMPARE(loaded.SelFontName(), std::optional<QString>(u"DejaVu Sans"_s));
+        select(loaded, 0, 6);
+        QCOMPARE(loaded.SelFontName(), std::optional<QString>(box.font().family()));
+        select(loaded, 0, 21);
+        QCOMPARE(loaded.SelFontName(), std::nullopt);
         select(loaded, 23, 1);
         QCOMPARE(loaded.SelAlignment(), std::optional<int>(RichTextBox::AlignCenter));
         QCOMPARE(loaded.SelIndent(), std::optional<int>(720));

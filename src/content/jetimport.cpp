@@ -130,22 +130,39 @@ void limitMemory()
 
 // Each reader is a fresh process; converters loaded here once are inherited by all of
 // them instead of being loaded by each.
-void preloadCodePages(const QByteArray &extra)
+class PreloadedCodePages
 {
-    static std::vector<iconv_t> loaded;
-    static QList<QByteArray> names;
-    QList<QByteArray> wanted {
-        QByteArrayLiteral("UCS-2LE"), QByteArrayLiteral("CP1253"), QByteArrayLiteral("CP1252")};
-    if (!extra.isEmpty())
-        wanted << extra;
-    for (const QByteArray &name : wanted) {
-        if (names.contains(name))
-            continue;
-        names << name;
+public:
+    PreloadedCodePages() = default;
+    ~PreloadedCodePages()
+    {
+        for (iconv_t cd : m_loaded)
+            iconv_close(cd);
+    }
+    Q_DISABLE_COPY_MOVE(PreloadedCodePages)
+
+    void load(const QByteArray &name)
+    {
+        if (m_names.contains(name))
+            return;
+        m_names << name;
         const iconv_t cd = iconv_open("UTF-8", name.constData());
         if (cd != iconv_t(-1))
-            loaded.push_back(cd);
+            m_loaded.push_back(cd);
     }
+
+private:
+    std::vector<iconv_t> m_loaded;
+    QList<QByteArray> m_names;
+};
+
+void preloadCodePages(const QByteArray &extra)
+{
+    static PreloadedCodePages preloaded;
+    for (const char *name : {"UCS-2LE", "CP1253", "CP1252"})
+        preloaded.load(QByteArray(name));
+    if (!extra.isEmpty())
+        preloaded.load(extra);
 }
 
 class ChildProcess

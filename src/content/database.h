@@ -37,9 +37,9 @@ struct OpenOptions
     // Code page for the text of a Jet 3 file, overriding what the file declares
     // (e.g. "CP1253" or "1253"). Empty: use the file's own.
     QByteArray jet3CodePage;
-    // Called during a Jet import with the rows read so far and the rows in all (0 while
-    // not yet known), at least every fifth of a second; returning false cancels the
-    // import, which then fails with error 3059. May be empty.
+    // Called during a Jet import with the rows read so far and the rows in all, from the
+    // moment the whole is known and then at least every fifth of a second; returning
+    // false cancels the import, which then fails with error 3059. May be empty.
     std::function<bool(qint64 done, qint64 total)> progress;
 };
 

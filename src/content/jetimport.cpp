@@ -239,6 +239,7 @@ std::unique_ptr<sqlite::Connection> importJet(
     QString errorText;
     qint64 lastDone = 0;
     qint64 lastTotal = 0;
+    bool reported = false;
     QElapsedTimer quiet;
     quiet.start();
     char chunk[65536];
@@ -252,7 +253,7 @@ std::unique_ptr<sqlite::Connection> importJet(
                 throw errors::unrecognizedFormat(path);
             // A beat even while a large table or memo keeps the reader quiet, so that the
             // caller's progress window stays alive and can cancel.
-            if (options.progress && !options.progress(lastDone, lastTotal))
+            if (reported && options.progress && !options.progress(lastDone, lastTotal))
                 throw errors::cancelled();
             continue;
         }
@@ -282,6 +283,7 @@ std::unique_ptr<sqlite::Connection> importJet(
                 buffer.remove(0, 17);
                 lastDone = done;
                 lastTotal = total;
+                reported = true;
                 if (options.progress && !options.progress(done, total))
                     throw errors::cancelled();
             } else if (tag == TagError) {

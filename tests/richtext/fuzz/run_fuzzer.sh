@@ -1,5 +1,5 @@
 #!/bin/sh
-# run_fuzzer.sh SOURCE_DIR BUILD_DIR CORPUS SECONDS
+# run_fuzzer.sh SOURCE_DIR BUILD_DIR CORPUS SECONDS CLANGXX
 # Builds the fuzzing target with clang in its own build folder and runs it on a copy of
 # the seed corpus for a while. Any crash, hang, leak or failed check fails the test.
 set -eu
@@ -7,9 +7,11 @@ source_dir=$1
 build_dir=$2
 corpus=$3
 seconds=$4
+compiler=$5
 
+mkdir -p "$build_dir"
 cmake -S "$source_dir" -B "$build_dir" -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo \
-    -DCMAKE_CXX_COMPILER=clang++ >"$build_dir.configure.log" 2>&1 || {
+    -DCMAKE_CXX_COMPILER="$compiler" >"$build_dir.configure.log" 2>&1 || {
     cat "$build_dir.configure.log"
     exit 1
 }

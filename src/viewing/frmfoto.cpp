@@ -1,0 +1,64 @@
+#include "frmfoto.h"
+
+#include <runtimeerror.h>
+
+#include <QEvent>
+#include <QFileInfo>
+#include <QImageReader>
+#include <QLabel>
+
+QPointer<frmFoto> frmFoto::s_instance;
+
+frmFoto *frmFoto::instance()
+{
+    if (!s_instance)
+        s_instance = new frmFoto;
+    return s_instance;
+}
+
+frmFoto::frmFoto(QWidget *parent)
+    : QWidget(parent, Qt::Tool)
+    , Image1(new QLabel(this))
+{
+    setObjectName(QStringLiteral("frmFoto"));
+    Image1->setObjectName(QStringLiteral("Image1"));
+    setAttribute(Qt::WA_DeleteOnClose);
+    setWindowTitle(QStringLiteral("Τρεμίδια"));
+    Image1->move(0, 0);
+    Image1->installEventFilter(this);
+}
+
+frmFoto::~frmFoto() = default;
+
+void frmFoto::LoadPicture(const QString &path)
+{
+    if (path.isEmpty() || !QFileInfo(path).isFile())
+        throw platform::RuntimeError(platform::errors::FileNotFound, QStringLiteral("Το αρχείο δεν βρέθηκε"));
+    const QImage picture = QImageReader(path).read();
+    if (picture.isNull())
+        throw platform::RuntimeError(platform::errors::InvalidPicture, QStringLiteral("Μη έγκυρη εικόνα"));
+    Image1->setPixmap(QPixmap::fromImage(picture));
+    Image1->resize(picture.size());
+    resize(picture.size());
+}
+
+void frmFoto::Unload()
+{
+    close();
+}
+
+bool frmFoto::eventFilter(QObject *watched, QEvent *event)
+{
+    if (watched == Image1 && event->type() == QEvent::MouseButtonRelease) {
+        Unload();
+        return true;
+    }
+    return QWidget::eventFilter(watched, event);
+}
+
+void frmFoto::changeEvent(QEvent *event)
+{
+    QWidget::changeEvent(event);
+    if (event->type() == QEvent::ActivationChange && isVisible() && !isActiveWindow())
+        Unload();
+}

@@ -1,0 +1,99 @@
+#include "frmmaxphoto.h"
+
+#include <errorpolicy.h>
+#include <runtimeerror.h>
+
+#include <QFileInfo>
+#include <QImageReader>
+#include <QKeyEvent>
+#include <QMouseEvent>
+#include <QPainter>
+
+QPointer<frmMaxPhoto> frmMaxPhoto::s_instance;
+
+frmMaxPhoto *frmMaxPhoto::instance()
+{
+    if (!s_instance)
+        s_instance = new frmMaxPhoto;
+    return s_instance;
+}
+
+frmMaxPhoto::frmMaxPhoto(QWidget *parent)
+    : QWidget(parent, Qt::Window)
+{
+    setObjectName(QStringLiteral("frmMaxPhoto"));
+    setAttribute(Qt::WA_DeleteOnClose);
+    setWindowTitle(QStringLiteral("Τρεμίδια"));
+    resize(DesignWidth, DesignHeight);
+    setAutoFillBackground(true);
+}
+
+frmMaxPhoto::~frmMaxPhoto() = default;
+
+void frmMaxPhoto::setThePicture(const QString &path)
+{
+    if (path.isEmpty() || !QFileInfo(path).isFile())
+        throw platform::RuntimeError(platform::errors::FileNotFound, QStringLiteral("Το αρχείο δεν βρέθηκε"));
+    QImage picture = QImageReader(path).read();
+    if (picture.isNull())
+        throw platform::RuntimeError(platform::errors::InvalidPicture, QStringLiteral("Μη έγκυρη εικόνα"));
+    m_picture = picture;
+}
+
+void frmMaxPhoto::setBackColor(quint32 color)
+{
+    QPalette p = palette();
+    p.setColor(
+        QPalette::Window, QColor(int(color & 0xFF), int((color >> 8) & 0xFF), int((color >> 16) & 0xFF)));
+    setPalette(p);
+}
+
+void frmMaxPhoto::showEvent(QShowEvent *event)
+{
+    QWidget::showEvent(event);
+    platform::guarded([this] { Form_Activate(); });
+}
+
+void frmMaxPhoto::changeEvent(QEvent *event)
+{
+    QWidget::changeEvent(event);
+    if (event->type() == QEvent::ActivationChange && isActiveWindow())
+        platform::guarded([this] { Form_Activate(); });
+}
+
+void frmMaxPhoto::Form_Activate()
+{
+    m_drawn = photolayout::enlarge(width(), height(), m_picture.width(), m_picture.height());
+    m_surface = QImage(size(), QImage::Format_RGB32);
+    m_surface.fill(palette().color(QPalette::Window));
+    if (!m_drawn.rect.isEmpty()) {
+        QPainter painter(&m_surface);
+        painter.setRenderHint(QPainter::SmoothPixmapTransform);
+        painter.drawImage(m_drawn.rect, m_picture);
+    }
+    update();
+}
+
+void frmMaxPhoto::paintEvent(QPaintEvent *)
+{
+    QPainter painter(this);
+    if (m_surface.isNull())
+        painter.fillRect(rect(), palette().color(QPalette::Window));
+    else
+        painter.drawImage(0, 0, m_surface);
+}
+
+void frmMaxPhoto::Unload()
+{
+    close();
+}
+
+void frmMaxPhoto::mouseReleaseEvent(QMouseEvent *)
+{
+    Unload();
+}
+
+void frmMaxPhoto::keyPressEvent(QKeyEvent *)
+{
+    Unload();
+}

@@ -1,0 +1,295 @@
+#include "frmresphoto.h"
+
+#include "frmmaxphoto.h"
+#include "viewerlinks.h"
+
+#include <contentpath.h>
+#include <database.h>
+#include <errorpolicy.h>
+#include <modglobal.h>
+#include <msgbox.h>
+#include <richtextbox.h>
+#include <runtimeerror.h>
+#include <twips.h>
+
+#include <QApplication>
+#include <QCloseEvent>
+#include <QDrag>
+#include <QFileInfo>
+#include <QFrame>
+#include <QImageReader>
+#include <QLabel>
+#include <QMimeData>
+#include <QMouseEvent>
+
+namespace {
+
+QColor colorOf(quint32 number)
+{
+    return QColor(int(number & 0xFF), int((number >> 8) & 0xFF), int((number >> 16) & 0xFF));
+}
+
+void tell(const QString &text)
+{
+    platform::MsgBox(text, platform::vbOKOnly, platform::ProgramTitle.toString());
+}
+
+// Restores the pointer however the enlarged view's opening ends.
+class WaitCursor
+{
+public:
+    WaitCursor() { QApplication::setOverrideCursor(Qt::WaitCursor); }
+    ~WaitCursor() { QApplication::restoreOverrideCursor(); }
+    Q_DISABLE_COPY_MOVE(WaitCursor)
+};
+
+} // namespace
+
+frmResPhoto::frmResPhoto(QWidget *parent)
+    : SourceViewer(parent)
+    , picContainer(new QFrame(this))
+    , Image1(new QLabel(picContainer))
+    , rtfCaption(new RichTextBox(picContainer))
+    , rtfLezanda(new RichTextBox(picContainer))
+{
+    setObjectName(QStringLiteral("frmResPhoto"));
+    picContainer->setObjectName(QStringLiteral("picContainer"));
+    Image1->setObjectName(QStringLiteral("Image1"));
+    rtfCaption->setObjectName(QStringLiteral("rtfCaption"));
+    rtfLezanda->setObjectName(QStringLiteral("rtfLezanda"));
+
+    picContainer->setFrameStyle(QFrame::Panel | QFrame::Sunken);
+    picContainer->setLineWidth(2);
+    picContainer->setAutoFillBackground(true);
+    setAutoFillBackground(true);
+    for (RichTextBox *box : {rtfCaption, rtfLezanda}) {
+        box->setFrameStyle(QFrame::NoFrame);
+        box->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+        box->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+        // Read-only text offers itself to a drag as a copy, never a move.
+        box->setLocked(true);
+    }
+    Image1->installEventFilter(this);
+}
+
+frmResPhoto::~frmResPhoto() = default;
+
+void frmResPhoto::setResourceID(qint32 resourceID)
+{
+    SourceViewer::setResourceID(resourceID);
+    GetRecord(resourceID);
+}
+
+void frmResPhoto::GetRecord(qint32 number)
+{
+    m_found = true;
+    if (!modGlobal::gDatabase) {
+        tell(QStringLiteral("Δεν μπορώ να δημιουργήσω το Workspace"));
+        m_found = false;
+        return;
+    }
+    std::unique_ptr<content::Recordset> rs;
+    if (!platform::resumeNext([&] { rs = modGlobal::gDatabase->OpenRecordset(QStringLiteral("Resources")); })
+        || !rs) {
+        tell(QStringLiteral("Δεν μπορώ να ανοίξω τον πίνακα των Πηγών"));
+        m_found = false;
+        return;
+    }
+    platform::resumeNext([&] {
+        if (!platform::resumeNext([&] {
+                rs->setIndex(QStringLiteral("PrimaryKey"));
+                rs->Seek(QStringLiteral("="), number);
+            })) {
+            tell(QStringLiteral("Δεν μπορώ κάνω Find στις Πηγές"));
+            m_found = false;
+            return;
+        }
+        if (rs->NoMatch()) {
+            tell(QStringLiteral("Δεν μπορώ να βρώ την συγκεκριμένη Πηγή"));
+            m_found = false;
+            return;
+        }
+        const QString picturePath = rs->Fields(QStringLiteral("PicturePath")).text();
+        if (picturePath.isEmpty()) {
+            m_found = false;
+            return;
+        }
+        m_resTypeID = rs->Fields(QStringLiteral("ResTypeID")).Value().toInt();
+        m_photoPath
+            = platform::contentPath(modGlobal::gDataFolder, QStringLiteral("\\Pictures\\"), picturePath);
+        m_photoCaption = rs->Fields(QStringLiteral("Caption")).text();
+        if (m_resTypeID == 1)
+            m_photoLezanda = rs->Fields(QStringLiteral("Lezanda")).text();
+        else if (m_resTypeID == 6)
+            m_photoLezanda = rs->Fields(QStringLiteral("TextPath")).text();
+        else
+            m_photoLezanda.clear();
+    });
+    platform::resumeNext([&] { rs->Close(); });
+}
+
+void frmResPhoto::Load()
+{
+    if (m_photoPath.isEmpty() || !QFileInfo(m_photoPath).isFile())
+        throw platform::RuntimeError(platform::errors::FileNotFound, QStringLiteral("Το αρχείο δεν βρέθηκε"));
+    m_picture = QImageReader(m_photoPath).read();
+    if (m_picture.isNull())
+        throw platform::RuntimeError(platform::errors::InvalidPicture, QStringLiteral("Μη έγκυρη εικόνα"));
+
+    rtfCaption->setText(m_photoCaption);
+    setWindowTitle(m_photoCaption);
+    if (m_resTypeID == 1)
+        rtfLezanda->setText(m_photoLezanda);
+    else if (m_resTypeID == 6)
+        rtfLezanda->LoadFile(
+            platform::contentPath(modGlobal::gDataFolder, QStringLiteral("\\Piges\\"), m_photoLezanda));
+
+    const int panelFrame = platform::twipsFromPixelsX(2 * picContainer->frameWidth());
+    photolayout::Frames frames;
+    frames.panelHorizontal = panelFrame;
+    frames.panelVertical = panelFrame;
+    frames.window = 0; // the shell's child frame goes around the client area
+
+    Image1->setPixmap(QPixmap::fromImage(m_picture));
+    Image1->resize(m_picture.size());
+    const int content = photolayout::contentWidth(m_picture.width());
+    rtfCaption->resize(platform::pixelsFromTwipsX(content), rtfCaption->height());
+    rtfLezanda->resize(platform::pixelsFromTwipsX(content), rtfLezanda->height());
+    const int captionHeight = fitHeight(rtfCaption);
+    centreText(rtfCaption);
+    const int legendHeight = fitHeight(rtfLezanda);
+    centreText(rtfLezanda);
+
+    m_layout
+        = photolayout::layOut(m_picture.width(), m_picture.height(), captionHeight, legendHeight, frames);
+    picContainer->setGeometry(0, 0, platform::pixelsFromTwipsX(m_layout.panel.width()),
+        platform::pixelsFromTwipsY(m_layout.panel.height()));
+    placeInPanel(rtfCaption, m_layout.caption);
+    placeInPanel(Image1, m_layout.image);
+    placeInPanel(rtfLezanda, m_layout.legend);
+
+    m_minimum = QSize(
+        platform::pixelsFromTwipsX(m_layout.windowWidth), platform::pixelsFromTwipsY(m_layout.windowHeight));
+    setMinimumSize(m_minimum);
+    resize(m_minimum);
+
+    const QColor panel = colorOf(photolayout::PanelColor);
+    for (QWidget *w : {static_cast<QWidget *>(this), static_cast<QWidget *>(picContainer)}) {
+        QPalette p = w->palette();
+        p.setColor(QPalette::Window, panel);
+        w->setPalette(p);
+    }
+    rtfLezanda->setBackColor(photolayout::PanelColor);
+    rtfCaption->setBackColor(photolayout::PanelColor);
+    Form_Resize();
+}
+
+int frmResPhoto::fitHeight(RichTextBox *box)
+{
+    if (box->Text().isEmpty()) {
+        box->resize(box->width(), 0);
+        box->setVisible(false);
+        return 0;
+    }
+    box->setVisible(true);
+    const int lineHeight = platform::twipsFromPixelsY(QFontMetrics(box->font()).height());
+    const int height = photolayout::fittedHeight(box->LineCount(), lineHeight);
+    box->resize(box->width(), platform::pixelsFromTwipsY(height));
+    return height;
+}
+
+void frmResPhoto::centreText(RichTextBox *box)
+{
+    box->setSelStart(0);
+    box->setSelLength(box->TextLength());
+    box->setSelAlignment(RichTextBox::AlignCenter);
+    box->setSelLength(0);
+}
+
+void frmResPhoto::placeInPanel(QWidget *control, const QRect &twips)
+{
+    // Places in the panel count from inside its border.
+    const int inside = picContainer->frameWidth();
+    control->setGeometry(inside + platform::pixelsFromTwipsX(twips.left()),
+        inside + platform::pixelsFromTwipsY(twips.top()), platform::pixelsFromTwipsX(twips.width()),
+        platform::pixelsFromTwipsY(twips.height()));
+}
+
+void frmResPhoto::resizeEvent(QResizeEvent *event)
+{
+    SourceViewer::resizeEvent(event);
+    platform::resumeNext([this] { Form_Resize(); });
+}
+
+void frmResPhoto::Form_Resize()
+{
+    if (m_minimum.isValid() && (width() < m_minimum.width() || height() < m_minimum.height()))
+        resize(std::max(width(), m_minimum.width()), std::max(height(), m_minimum.height()));
+    picContainer->move((width() - picContainer->width()) / 2, (height() - picContainer->height()) / 2);
+}
+
+bool frmResPhoto::eventFilter(QObject *watched, QEvent *event)
+{
+    if (watched != Image1)
+        return SourceViewer::eventFilter(watched, event);
+    switch (event->type()) {
+    case QEvent::MouseButtonDblClick:
+        m_pressed = false;
+        platform::guarded([this] { Image1_DblClick(); });
+        return true;
+    case QEvent::MouseButtonPress: {
+        auto *mouse = static_cast<QMouseEvent *>(event);
+        m_pressed = mouse->button() == Qt::LeftButton;
+        m_pressAt = mouse->position().toPoint();
+        return false;
+    }
+    case QEvent::MouseMove: {
+        auto *mouse = static_cast<QMouseEvent *>(event);
+        // A little way first, so that a double click does not start a drag.
+        if (m_pressed && (mouse->buttons() & Qt::LeftButton)
+            && (mouse->position().toPoint() - m_pressAt).manhattanLength()
+                >= QApplication::startDragDistance()) {
+            m_pressed = false;
+            platform::guarded([this] { startDrag(); });
+            return true;
+        }
+        return false;
+    }
+    case QEvent::MouseButtonRelease:
+        m_pressed = false;
+        if (static_cast<QMouseEvent *>(event)->button() == Qt::RightButton)
+            picContainer->update();
+        return false;
+    default:
+        return SourceViewer::eventFilter(watched, event);
+    }
+}
+
+void frmResPhoto::startDrag()
+{
+    auto *data = new QMimeData;
+    data->setImageData(m_picture);
+    auto *drag = new QDrag(Image1);
+    drag->setMimeData(data);
+    drag->setPixmap(
+        QPixmap::fromImage(m_picture.scaled(64, 64, Qt::KeepAspectRatio, Qt::SmoothTransformation)));
+    drag->exec(Qt::CopyAction, Qt::CopyAction);
+}
+
+void frmResPhoto::Image1_DblClick()
+{
+    const WaitCursor wait;
+    frmMaxPhoto *view = frmMaxPhoto::instance();
+    view->setThePicture(m_photoPath);
+    view->setBackColor(photolayout::PanelColor);
+    view->show();
+    view->raise();
+    view->activateWindow();
+}
+
+void frmResPhoto::closeEvent(QCloseEvent *event)
+{
+    if (LoadedFromTheFormSearchResources)
+        platform::resumeNext([this] { viewerlinks::unghostSearchItem(QString::number(ResourceID())); });
+    SourceViewer::closeEvent(event);
+}

@@ -1,0 +1,259 @@
+#include "frmtextresource.h"
+
+#include "frmtooltips.h"
+#include "rtbhotwordmodel.h"
+#include "viewerlinks.h"
+
+#include <clstexts.h>
+#include <colhotwords.h>
+#include <contentpath.h>
+#include <database.h>
+#include <errorpolicy.h>
+#include <hotwordlocator.h>
+#include <modglobal.h>
+#include <programbitmaps.h>
+#include <richtextbox.h>
+#include <shellwindow.h>
+#include <twips.h>
+
+#include <QAction>
+#include <QApplication>
+#include <QCloseEvent>
+#include <QCursor>
+#include <QLabel>
+#include <QMdiSubWindow>
+#include <QMenu>
+
+#include <cmath>
+
+namespace {
+
+// The client area that the design's outer size leaves inside the usual child-window
+// frame: 4 pixels at each side, and the title bar above.
+constexpr int FrameWidthTwips = 120;
+constexpr int FrameHeightTwips = 405;
+
+void useSerifSubstitute()
+{
+    // The texts were set in Times New Roman; where it is missing, its metric twin keeps
+    // the line breaks where the authors saw them.
+    static const bool done = [] {
+        QFont::insertSubstitution(QStringLiteral("Times New Roman"), QStringLiteral("Liberation Serif"));
+        return true;
+    }();
+    Q_UNUSED(done);
+}
+
+double scaleWidth(const QWidget *w)
+{
+    return platform::twipsFromPixelsX(w->width());
+}
+
+double scaleHeight(const QWidget *w)
+{
+    return platform::twipsFromPixelsY(w->height());
+}
+
+} // namespace
+
+frmTextResource::frmTextResource(QWidget *parent)
+    : SourceViewer(parent)
+    , imgPapiros(new QLabel(this))
+    , rtbTextResource(new RichTextBox(this))
+    , Label1(new QLabel(this))
+{
+    setObjectName(QStringLiteral("frmTextResource"));
+    imgPapiros->setObjectName(QStringLiteral("imgPapiros"));
+    rtbTextResource->setObjectName(QStringLiteral("rtbTextResource"));
+    Label1->setObjectName(QStringLiteral("Label1"));
+
+    imgPapiros->setScaledContents(true);
+    platform::resumeNext(
+        [this] { imgPapiros->setPixmap(resources::LoadResPicture(QStringLiteral("PAPIROS"))); });
+    imgPapiros->lower();
+    Label1->hide();
+    platform::resumeNext([this] { Label1->setCursor(resources::LoadResCursor(QStringLiteral("HAND"))); });
+
+    connect(
+        rtbTextResource, &RichTextBox::MouseMove, this, [this](int button, int shift, double x, double y) {
+            platform::guarded([&] { rtbTextResource_MouseMove(button, shift, x, y); });
+        });
+    connect(rtbTextResource, &RichTextBox::MouseUp, this, [this](int button, int shift, double x, double y) {
+        platform::guarded([&] { rtbTextResource_MouseUp(button, shift, x, y); });
+    });
+}
+
+frmTextResource::~frmTextResource() = default;
+
+void frmTextResource::Load()
+{
+    useSerifSubstitute();
+    QFont font(QStringLiteral("Times New Roman"));
+    font.setPointSize(12);
+    rtbTextResource->setFont(font);
+    rtbTextResource->document()->setDefaultFont(font);
+
+    m_loaded = false;
+    resize(platform::pixelsFromTwipsX(FormWidth - FrameWidthTwips),
+        platform::pixelsFromTwipsY(FormHeight - FrameHeightTwips));
+    rtbTextResource->Move(BoxLeft, BoxTop, BoxWidth, BoxHeight);
+    m_widthRatio = platform::twipsFromPixelsX(rtbTextResource->width()) / scaleWidth(this);
+    m_heightRatio = platform::twipsFromPixelsY(rtbTextResource->height()) / scaleHeight(this);
+    rtbTextResource->setLocked(true);
+    rtbTextResource->setBackColor(BoxBackColor);
+
+    LoadText();
+
+    m_windowListPlace = 0;
+    if (ShellWindow *shell = ShellWindow::instance()) {
+        if (shell->mnuListUBound() == 1) {
+            shell->windowListSeparator()->setVisible(true);
+            QAction *entry = shell->mnuList(1);
+            entry->setVisible(true);
+            entry->setText(windowTitle());
+            m_windowListPlace = 1;
+        }
+    }
+    m_loaded = true;
+    Form_Resize();
+}
+
+void frmTextResource::LoadText()
+{
+    auto rs
+        = modGlobal::gDatabase->OpenRecordset(QStringLiteral("SELECT TextPath, Author, Book From Resources ")
+                + QStringLiteral("WHERE ResourceID= ") + QString::number(ResourceID()),
+            content::dbOpenSnapshot);
+    const clsTexts texts(*modGlobal::gDatabase, modGlobal::gDataFolder);
+    rtbTextResource->LoadFile(platform::contentPath(modGlobal::gDataFolder, QStringLiteral("\\piges\\"),
+                                  rs->Fields(QStringLiteral("TextPath")).text()),
+        RichTextBox::RichTextFile);
+    setWindowTitle(rs->Fields(QStringLiteral("Book")).text());
+    m_hotWords = texts.HotWords(ResourceID());
+    FillHotWords();
+    rs->Close();
+}
+
+void frmTextResource::FillHotWords()
+{
+    if (!m_hotWords)
+        return;
+    m_textModel = std::make_unique<RichTextBoxHotWordModel>(*rtbTextResource);
+    hotwords::FillHotWords(*m_textModel, *m_hotWords);
+}
+
+CHotWord *frmTextResource::hotWordAt(int place) const
+{
+    return m_hotWords ? hotwords::HitHotWord(*m_hotWords, place) : nullptr;
+}
+
+void frmTextResource::resizeEvent(QResizeEvent *event)
+{
+    SourceViewer::resizeEvent(event);
+    platform::guarded([this] { Form_Resize(); });
+}
+
+void frmTextResource::Form_Resize()
+{
+    imgPapiros->setGeometry(0, 0, width(), height());
+    if (!m_loaded)
+        return;
+    const double sw = scaleWidth(this);
+    const double sh = scaleHeight(this);
+    const double boxWidth = sw * m_widthRatio;
+    const double boxHeight = sh * m_heightRatio;
+    // The left is rounded before halving and the top is not; the half twip between them
+    // cannot be seen.
+    const double left = std::floor(std::nearbyint(sw - boxWidth) / 2);
+    const double top = (sh - boxHeight) / 2;
+    rtbTextResource->setGeometry(platform::pixelsFromTwipsX(left), platform::pixelsFromTwipsY(top),
+        platform::pixelsFromTwipsX(boxWidth), platform::pixelsFromTwipsY(boxHeight));
+    rtbTextResource->setRightMargin(boxWidth >= 450 ? int(std::lround(boxWidth - 450)) : 0);
+    rtbTextResource->Refresh();
+}
+
+void frmTextResource::rtbTextResource_MouseMove(int, int, double x, double y)
+{
+    const QPoint pixels(
+        int(std::nearbyint(x)) / platform::TwipsPerPixelX, int(std::nearbyint(y)) / platform::TwipsPerPixelY);
+    const int place = rtbTextResource->CharFromPos(pixels);
+    if (hotWordAt(place)) {
+        rtbTextResource->setMousePointer(RichTextBox::CustomPointer);
+        rtbTextResource->setMouseIcon(Label1->cursor());
+    } else {
+        rtbTextResource->setMousePointer(RichTextBox::DefaultPointer);
+    }
+}
+
+void frmTextResource::rtbTextResource_MouseUp(int, int, double, double)
+{
+    // The caret decides, not the pointer: a selection tests only where it begins.
+    const CHotWord *word = hotWordAt(rtbTextResource->SelStart());
+    if (!word)
+        return;
+    const QPoint cursor = QCursor::pos();
+    if (word->HotwordType() == 1) {
+        frmToolTips *tip = frmToolTips::instance();
+        tip->setTipLeft(platform::twipsFromPixelsX(cursor.x()));
+        tip->setTipTop(platform::twipsFromPixelsY(cursor.y()));
+        tip->setTipText(word->Comment());
+        tip->setTipPicture(word->Photo());
+        ShellWindow *shell = ShellWindow::existing();
+        tip->Show(shell ? shell->window() : window());
+    } else if (word->HotwordType() == 0) {
+        QApplication::setOverrideCursor(Qt::WaitCursor);
+        // The index shows the term when it stands; until then a term's click is quiet.
+        const bool shown = platform::guarded([word] {
+            viewerlinks::openIndex(word->IndexType(), word->phrase(), word->Comment(), word->Photo());
+        });
+        Q_UNUSED(shown);
+        QApplication::restoreOverrideCursor();
+    }
+}
+
+void frmTextResource::showEvent(QShowEvent *event)
+{
+    SourceViewer::showEvent(event);
+    auto *sub = qobject_cast<QMdiSubWindow *>(parentWidget());
+    if (sub && sub != m_watchedSub) {
+        m_watchedSub = sub;
+        trimSystemMenu(sub);
+        connect(sub, &QMdiSubWindow::windowStateChanged, this,
+            [this](Qt::WindowStates before, Qt::WindowStates now) {
+                if ((now & Qt::WindowActive) && !(before & Qt::WindowActive))
+                    platform::resumeNext([this] { Form_Activate(); });
+            });
+    }
+}
+
+void frmTextResource::trimSystemMenu(QMdiSubWindow *sub)
+{
+    // The window menu of a text offers no more than moving, sizing and closing the
+    // window; "stay on top" has no meaning among the shell's children.
+    QMenu *menu = sub->systemMenu();
+    if (!menu)
+        return;
+    const QList<QAction *> actions = menu->actions();
+    for (QAction *action : actions) {
+        if (action->objectName() == QLatin1String("StayOnTop") || action->isCheckable())
+            menu->removeAction(action);
+    }
+}
+
+void frmTextResource::Form_Activate()
+{
+    ShellWindow *shell = ShellWindow::existing();
+    if (!shell)
+        return;
+    for (int i = 1; i <= shell->mnuListUBound(); ++i)
+        shell->mnuList(i)->setChecked(false);
+    // The entry of this window is cleared too, not marked.
+    shell->mnuList(m_windowListPlace)->setChecked(false);
+}
+
+void frmTextResource::closeEvent(QCloseEvent *event)
+{
+    if (LoadedFromTheFormSearchResources)
+        platform::resumeNext([this] { viewerlinks::unghostSearchItem(QString::number(ResourceID())); });
+    SourceViewer::closeEvent(event);
+}

@@ -1,0 +1,83 @@
+#pragma once
+
+#include "sourceviewer.h"
+
+#include <QCursor>
+#include <QPointer>
+
+#include <memory>
+
+class CHotWord;
+class QLabel;
+class QMdiSubWindow;
+class RichTextBox;
+class RichTextBoxHotWordModel;
+class colHotWords;
+
+// A text source: its rich-text file in a parchment-coloured box over the stretched
+// parchment, read-only. Its coloured words are hot: the cursor turns to a hand over them,
+// and a click opens the popup tip of a comment or the index at a term.
+class frmTextResource final : public SourceViewer
+{
+    Q_OBJECT
+
+public:
+    explicit frmTextResource(QWidget *parent = nullptr);
+    ~frmTextResource() override;
+    Q_DISABLE_COPY_MOVE(frmTextResource)
+
+    // Controls.
+    QLabel *const imgPapiros; // the parchment, filling the client area
+    RichTextBox *const rtbTextResource; // the text
+    QLabel *const Label1; // never seen: holds the hot-word cursor
+
+    Kind kind() const override { return Kind::Text; }
+
+    // Set by the search window when it opens the text.
+    bool LoadedFromTheFormSearchResources = false;
+
+    // Reads the resource's row, loads its file, builds and locates its hot words. Raises
+    // platform::RuntimeError for a missing row or file, or a Null in a hot word's row.
+    void Load() override;
+
+    // Locates the hot words in the loaded text (done by Load).
+    void FillHotWords();
+
+    // The hot words of the text, located; null before Load.
+    colHotWords *hotWords() const { return m_hotWords.get(); }
+    // The place in the shell's window list, 0 or 1.
+    qint16 windowListPlace() const { return m_windowListPlace; }
+
+    // The box's events, as the box gives them (button, shift, twips in the box).
+    void rtbTextResource_MouseMove(int button, int shift, double x, double y);
+    void rtbTextResource_MouseUp(int button, int shift, double x, double y);
+    void Form_Activate();
+
+    // The design size of the window, in twips, and the box's place in it.
+    static constexpr int FormWidth = 9300;
+    static constexpr int FormHeight = 5310;
+    static constexpr int BoxLeft = 1074;
+    static constexpr int BoxTop = 450;
+    static constexpr int BoxWidth = 7031;
+    static constexpr int BoxHeight = 4004;
+    static constexpr quint32 BoxBackColor = 0xC1EEFE; // RGB(254, 238, 193)
+
+protected:
+    void resizeEvent(QResizeEvent *event) override;
+    void closeEvent(QCloseEvent *event) override;
+    void showEvent(QShowEvent *event) override;
+
+private:
+    void LoadText();
+    void Form_Resize();
+    void trimSystemMenu(QMdiSubWindow *sub);
+    CHotWord *hotWordAt(int place) const;
+
+    std::unique_ptr<colHotWords> m_hotWords;
+    std::unique_ptr<RichTextBoxHotWordModel> m_textModel;
+    double m_widthRatio = 0;
+    double m_heightRatio = 0;
+    qint16 m_windowListPlace = 0;
+    bool m_loaded = false;
+    QPointer<QMdiSubWindow> m_watchedSub;
+};

@@ -1,0 +1,216 @@
+#include "frmtooltips.h"
+
+#include <errorpolicy.h>
+#include <msgbox.h>
+#include <runtimeerror.h>
+#include <twips.h>
+
+#include <QApplication>
+#include <QClipboard>
+#include <QFileInfo>
+#include <QGuiApplication>
+#include <QImageReader>
+#include <QKeyEvent>
+#include <QMenu>
+#include <QMouseEvent>
+#include <QPainter>
+#include <QScreen>
+#include <QToolTip>
+
+QPointer<frmToolTips> frmToolTips::s_instance;
+
+frmToolTips *frmToolTips::instance()
+{
+    if (!s_instance)
+        s_instance = new frmToolTips;
+    return s_instance;
+}
+
+frmToolTips *frmToolTips::existing()
+{
+    return s_instance;
+}
+
+frmToolTips::frmToolTips(QWidget *parent)
+    : QWidget(parent, Qt::Tool | Qt::FramelessWindowHint)
+    , mnuPopUp(new QMenu(this))
+    , mnuCopyText(mnuPopUp->addAction(QStringLiteral("Αντιγραφή κειμένου")))
+    , mnuCopyPicture(mnuPopUp->addAction(QStringLiteral("Αντιγραφή εικόνας")))
+{
+    setObjectName(QStringLiteral("frmToolTips"));
+    mnuPopUp->setObjectName(QStringLiteral("mnuPopUp"));
+    mnuCopyText->setObjectName(QStringLiteral("mnuCopyText"));
+    mnuCopyPicture->setObjectName(QStringLiteral("mnuCopyPicture"));
+    setAttribute(Qt::WA_DeleteOnClose);
+    setFocusPolicy(Qt::StrongFocus);
+    // The design size, kept by a tip that has nothing to show.
+    resize(200, 100);
+    connect(mnuCopyText, &QAction::triggered, this,
+        [this] { platform::guarded([this] { mnuCopyText_Click(); }); });
+    connect(mnuCopyPicture, &QAction::triggered, this,
+        [this] { platform::guarded([this] { mnuCopyPicture_Click(); }); });
+}
+
+frmToolTips::~frmToolTips() = default;
+
+QString frmToolTips::TipPicture() const
+{
+    return QString::number(m_picture.isNull() ? 0 : m_picture.cacheKey());
+}
+
+void frmToolTips::setTipPicture(const QString &path)
+{
+    if (path.isEmpty()) {
+        m_picture = QImage();
+        return;
+    }
+    if (!QFileInfo(path).isFile())
+        throw platform::RuntimeError(platform::errors::FileNotFound, QStringLiteral("Το αρχείο δεν βρέθηκε"));
+    QImageReader reader(path);
+    QImage picture = reader.read();
+    if (picture.isNull())
+        throw platform::RuntimeError(platform::errors::InvalidPicture, QStringLiteral("Μη έγκυρη εικόνα"));
+    m_picture = picture;
+}
+
+void frmToolTips::Show(QWidget *owner)
+{
+    if (owner && parentWidget() != owner)
+        setParent(owner, windowFlags());
+    Form_Load();
+    show();
+    raise();
+    activateWindow();
+    setFocus();
+}
+
+void frmToolTips::Form_Load()
+{
+    try {
+        QPalette p = palette();
+        p.setColor(QPalette::Window, QToolTip::palette().color(QPalette::ToolTipBase));
+        p.setColor(QPalette::WindowText, QToolTip::palette().color(QPalette::ToolTipText));
+        setPalette(p);
+        static const bool substituted = [] {
+            QFont::insertSubstitution(QStringLiteral("Arial"), QStringLiteral("Liberation Sans"));
+            return true;
+        }();
+        Q_UNUSED(substituted);
+        QFont font(QStringLiteral("Arial"));
+        font.setPointSize(10);
+        setFont(font);
+        ShowTip();
+    } catch (const platform::RuntimeError &e) {
+        // The tip stays as far as it was built.
+        platform::MsgBox(QString::number(e.number()) + QStringLiteral(", ") + e.description());
+    }
+}
+
+void frmToolTips::ShowTip()
+{
+    m_layout = tipgeometry::layOut(
+        QFontMetrics(font()), m_tipText, m_picture.isNull() ? QSize() : m_picture.size());
+    mnuCopyPicture->setVisible(m_layout.hasPicture);
+    mnuCopyText->setVisible(m_layout.hasText || !m_layout.hasPicture);
+    if (m_layout.empty) {
+        platform::MsgBox(QStringLiteral("ΔΕΝ υπάρχει ΟΥΤΕ εικόνα ΟΥΤΕ κείμενο"));
+        return;
+    }
+
+    const int w = m_layout.widthTwips / platform::TwipsPerPixelX;
+    const int h = m_layout.heightTwips / platform::TwipsPerPixelY;
+    const QRect screen = QGuiApplication::primaryScreen() ? QGuiApplication::primaryScreen()->geometry()
+                                                          : QRect(0, 0, 800, 600);
+    const QPoint at = tipgeometry::place(m_tipLeft, m_tipTop, m_layout.widthTwips, m_layout.heightTwips,
+        QSize(platform::twipsFromPixelsX(screen.width()), platform::twipsFromPixelsY(screen.height())));
+    move(screen.left() + at.x() / platform::TwipsPerPixelX, screen.top() + at.y() / platform::TwipsPerPixelY);
+    resize(w + tipgeometry::Enlargement, h + tipgeometry::Enlargement);
+
+    m_image = QPixmap(size());
+    m_image.fill(palette().color(QPalette::Window));
+    QPainter painter(&m_image);
+    if (m_layout.hasText) {
+        // Measured centred, drawn from the left.
+        painter.setFont(font());
+        painter.setPen(palette().color(QPalette::WindowText));
+        painter.drawText(m_layout.text, Qt::TextWordWrap | Qt::AlignLeft | Qt::AlignTop, m_tipText);
+    }
+    if (m_layout.hasPicture)
+        painter.drawImage(m_layout.picture.topLeft(), m_picture);
+
+    // The frame around the tip, and the shadow behind it, which is part of the window:
+    // a click on it is a click on the tip.
+    const QRect tip(0, 0, w, h);
+    painter.setPen(QColor(51, 51, 51));
+    painter.setBrush(Qt::NoBrush);
+    painter.drawRect(tip.adjusted(0, 0, -1, -1));
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(QColor(128, 128, 128));
+    for (const QRect &r : tipgeometry::shadow(w, h))
+        painter.drawRect(r);
+    painter.end();
+    setMask(tipgeometry::outline(w, h));
+    update();
+}
+
+void frmToolTips::paintEvent(QPaintEvent *)
+{
+    QPainter painter(this);
+    if (m_image.isNull())
+        painter.fillRect(rect(), palette().color(QPalette::Window));
+    else
+        painter.drawPixmap(0, 0, m_image);
+}
+
+void frmToolTips::Unload()
+{
+    if (m_closing)
+        return;
+    m_closing = true;
+    close();
+}
+
+void frmToolTips::keyPressEvent(QKeyEvent *event)
+{
+    if (event->key() == Qt::Key_Escape) {
+        Unload();
+        return;
+    }
+    QWidget::keyPressEvent(event);
+}
+
+void frmToolTips::mouseReleaseEvent(QMouseEvent *event)
+{
+    const QPoint p = event->position().toPoint();
+    // Both ends count as inside.
+    if (p.x() < 0 || p.x() > width() || p.y() < 0 || p.y() > height())
+        return;
+    if (event->button() == Qt::RightButton) {
+        mnuPopUp->popup(event->globalPosition().toPoint());
+        return;
+    }
+    Unload();
+}
+
+void frmToolTips::changeEvent(QEvent *event)
+{
+    QWidget::changeEvent(event);
+    // The menu of the tip is a popup of its own and leaves the tip active.
+    if (event->type() == QEvent::ActivationChange && isVisible() && !isActiveWindow()
+        && !mnuPopUp->isVisible())
+        Unload();
+}
+
+void frmToolTips::mnuCopyText_Click()
+{
+    QClipboard *clipboard = QGuiApplication::clipboard();
+    clipboard->clear();
+    clipboard->setText(m_tipText);
+}
+
+void frmToolTips::mnuCopyPicture_Click()
+{
+    QClipboard *clipboard = QGuiApplication::clipboard();
+    clipboard->clear();
+    clipboard->setImage(m_picture);
+}

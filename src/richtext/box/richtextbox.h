@@ -192,7 +192,8 @@ public:
     int FormatRange(QPainter *painter, const QRectF &rectTwips, int from, bool render = true);
     // Forgets the layout FormatRange keeps between pages.
     void FormatRangeDone();
-    // Prints the selection over the device's pages, within its page layout's margins.
+    // Prints the selection over the device's pages, within its page layout's margins;
+    // without a selection, the whole text.
     void SelPrint(QPagedPaintDevice *device) const;
 
 signals:

@@ -240,9 +240,19 @@ void RichTextBox::SelPrint(QPagedPaintDevice *device) const
 {
     if (!device)
         return;
-    QTextDocument selection;
-    selection.setDefaultFont(document()->defaultFont());
-    QTextCursor(&selection).insertFragment(currentCursor().selection());
+    // A copy of the whole text, cut down to the selection, keeps the pictures, which a
+    // bare fragment would leave behind. Without a selection all of the text prints.
+    std::unique_ptr<QTextDocument> selection(document()->clone());
+    const QTextCursor selected = currentCursor();
+    if (selected.hasSelection()) {
+        QTextCursor cut(selection.get());
+        cut.setPosition(selected.selectionEnd());
+        cut.movePosition(QTextCursor::End, QTextCursor::KeepAnchor);
+        cut.removeSelectedText();
+        cut.setPosition(0);
+        cut.setPosition(selected.selectionStart(), QTextCursor::KeepAnchor);
+        cut.removeSelectedText();
+    }
 
     QPainter painter(device);
     if (!painter.isActive())
@@ -250,7 +260,7 @@ void RichTextBox::SelPrint(QPagedPaintDevice *device) const
     const QRect paint = device->pageLayout().paintRectPixels(device->logicalDpiX());
     const QRectF rectTwips(0, 0, paint.width() * 1440.0 / device->logicalDpiX(),
         paint.height() * 1440.0 / device->logicalDpiY());
-    richtextbox::PageLayout pages(selection, device, rectTwips.width());
+    richtextbox::PageLayout pages(*selection, device, rectTwips.width());
     int from = 0;
     for (;;) {
         const int next = pages.formatRange(&painter, rectTwips, from, true);

@@ -455,6 +455,30 @@ private slots:
         QVERIFY(ink);
     }
 
+    void picturesPrint()
+    {
+        QImage picture(40, 30, QImage::Format_RGB32);
+        picture.fill(Qt::blue);
+        const QString path = tempPath(u"μπλε.png"_s);
+        QVERIFY(picture.save(path));
+        RichTextBox box;
+        box.setText(u"Εικόνα: "_s);
+        box.setSelStart(8);
+        box.InsertPicture(path);
+
+        QImage page(400, 300, QImage::Format_RGB32);
+        page.fill(Qt::white);
+        QPainter painter(&page);
+        const QRectF rect(0, 0, 400 * 1440.0 / page.logicalDpiX(), 300 * 1440.0 / page.logicalDpiY());
+        QCOMPARE(box.FormatRange(&painter, rect, 0), box.TextLength());
+        painter.end();
+        int blue = 0;
+        for (int y = 0; y < page.height(); ++y)
+            for (int x = 0; x < page.width(); ++x)
+                blue += page.pixel(x, y) == qRgb(0, 0, 255);
+        QCOMPARE_GT(blue, 40 * 30 / 2);
+    }
+
     void emptyDocumentPrintsOneBlankPage()
     {
         RichTextBox box;
@@ -485,23 +509,37 @@ private slots:
         QCOMPARE_LT(box.LineCount(), lines);
     }
 
-    void selPrintPrintsTheSelection()
+    void selPrintPrintsTheSelectionOrAll()
     {
         RichTextBox box;
         QString text;
         for (int i = 0; i < 200; ++i)
             text += u"Επιλεγμένη γραμμή %1\n"_s.arg(i);
         box.setText(text);
+        auto pagesPrinted = [&](const QString &name) {
+            QPrinter printer(QPrinter::ScreenResolution);
+            printer.setOutputFormat(QPrinter::PdfFormat);
+            printer.setOutputFileName(tempPath(name));
+            box.SelPrint(&printer);
+            QFile file(tempPath(name));
+            if (!file.open(QIODevice::ReadOnly))
+                return -1;
+            const QByteArray content = file.readAll();
+            if (!content.startsWith("%PDF"))
+                return -1;
+            static const QRegularExpression page(u"/Type\\s*/Page[^s]"_s);
+            return int(QString::fromLatin1(content).count(page));
+        };
         box.setSelStart(0);
+        box.setSelLength(60);
+        QCOMPARE(pagesPrinted(u"επιλογή.pdf"_s), 1);
+        box.setSelStart(0);
+        const int all = pagesPrinted(u"όλο.pdf"_s);
+        QCOMPARE_GT(all, 2);
+        box.setSelStart(box.TextLength() / 2);
         box.setSelLength(box.TextLength());
-        QPrinter printer(QPrinter::ScreenResolution);
-        printer.setOutputFormat(QPrinter::PdfFormat);
-        const QString pdf = tempPath(u"επιλογή.pdf"_s);
-        printer.setOutputFileName(pdf);
-        box.SelPrint(&printer);
-        QFile file(pdf);
-        QVERIFY(file.open(QIODevice::ReadOnly));
-        QVERIFY(file.read(5).startsWith("%PDF"));
+        const int half = pagesPrinted(u"μισό.pdf"_s);
+        QVERIFY(half > 1 && half < all);
     }
 };
 

@@ -7,6 +7,7 @@
 
 #include <sqlite3.h>
 
+#include <QCryptographicHash>
 #include <QElapsedTimer>
 
 #include <cerrno>
@@ -200,16 +201,9 @@ private:
     int m_fd;
 };
 
-} // namespace
-
-std::unique_ptr<sqlite::Connection> importJet(
-    const QString &path, const QByteArray &bytes, const ImportOptions &options)
+// Runs the reader on the bytes and returns the serialized database it sends back.
+QByteArray readInChild(const QString &path, const QByteArray &bytes, const ImportOptions &options)
 {
-    Header header;
-    QString reason;
-    if (!checkHeader(bytes, &header, &reason))
-        throw errors::unrecognizedFormat(path);
-
     preloadCodePages(options.jet3CodePage);
 
     int fds[2];
@@ -325,6 +319,49 @@ std::unique_ptr<sqlite::Connection> importJet(
     }
     if (!haveData || !WIFEXITED(status) || WEXITSTATUS(status) != 0)
         throw errors::unrecognizedFormat(path);
+    return data;
+}
+
+// The last import, by the file's content: the search window opens the database afresh,
+// and a second open of the same file is then a copy in memory instead of a new import.
+struct LastImport
+{
+    QByteArray key;
+    QByteArray data;
+};
+
+LastImport &lastImport()
+{
+    static LastImport last;
+    return last;
+}
+
+} // namespace
+
+void forgetLastImport()
+{
+    lastImport() = LastImport();
+}
+
+std::unique_ptr<sqlite::Connection> importJet(
+    const QString &path, const QByteArray &bytes, const ImportOptions &options)
+{
+    Header header;
+    QString reason;
+    if (!checkHeader(bytes, &header, &reason))
+        throw errors::unrecognizedFormat(path);
+
+    LastImport &last = lastImport();
+    const QByteArray key
+        = QCryptographicHash::hash(bytes, QCryptographicHash::Sha256) + '\0' + options.jet3CodePage;
+    QByteArray data;
+    if (last.key == key) {
+        data = last.data;
+    } else {
+        data = readInChild(path, bytes, options);
+        last.key = key;
+        last.data = data;
+    }
 
     auto connection = sqlite::Connection::openMemory();
     installGreekTextRules(connection->handle());

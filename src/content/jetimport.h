@@ -29,4 +29,8 @@ struct ImportOptions
 std::unique_ptr<sqlite::Connection> importJet(
     const QString &path, const QByteArray &bytes, const ImportOptions &options);
 
+// The last import is kept, by the file's content, so that opening the same file again
+// copies it instead of reading it anew. This forgets it (for measurements and tests).
+void forgetLastImport();
+
 } // namespace content::jet

@@ -2,6 +2,7 @@
 
 #include <contenterrors.h>
 #include <database.h>
+#include <jetimport.h>
 #include <jetreader.h>
 
 #include <sqlite3.h>
@@ -275,6 +276,7 @@ private slots:
         content::OpenOptions options;
         qint64 lastDone = -1, lastTotal = -1;
         int calls = 0;
+        content::jet::forgetLastImport();
         options.progress = [&](qint64 done, qint64 total) {
             ++calls;
             if (done < lastDone)
@@ -293,6 +295,7 @@ private slots:
     {
         content::OpenOptions options;
         options.progress = [](qint64, qint64) { return false; };
+        content::jet::forgetLastImport();
         try {
             Database::OpenDatabase(fixtures::jet3(), options);
             QFAIL("no error");
@@ -323,6 +326,30 @@ private slots:
         QCOMPARE(content::jet::jetDateTime(45000.0), QStringLiteral("2023-03-15T00:00:00"));
         QCOMPARE(content::jet::jetDateTime(1e12), QString());
         QCOMPARE(content::jet::jetDateTime(std::nan("")), QString());
+    }
+
+    void openingAgainGivesAFreshCopyOfTheSameContent()
+    {
+        QTemporaryDir dir;
+        const QString path = writeFile(dir, "course.mdb", fixtures::bytes(fixtures::jet4()));
+        const auto first = Database::OpenDatabase(path);
+        int calls = 0;
+        content::OpenOptions options;
+        options.progress = [&](qint64, qint64) {
+            ++calls;
+            return true;
+        };
+        const auto second = Database::OpenDatabase(path, options);
+        QCOMPARE(calls, 0); // copied, not read again
+        QVERIFY(first->handle() != second->handle());
+        sqlite3_exec(first->handle(), "DELETE FROM Themes", nullptr, nullptr, nullptr);
+        QCOMPARE(second->OpenRecordset(QStringLiteral("Themes"))->RecordCount(), 3L);
+
+        // Another file at the same path is read anew.
+        writeFile(dir, "course.mdb", fixtures::bytes(fixtures::jet3()));
+        const auto third = Database::OpenDatabase(path, options);
+        QVERIFY(calls > 0);
+        QCOMPARE(third->OpenRecordset(QStringLiteral("Themes"))->RecordCount(), 3L);
     }
 
     void kindIsToldByContentNotName()

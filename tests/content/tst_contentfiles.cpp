@@ -266,6 +266,22 @@ private slots:
         QCOMPARE(one->Fields(QStringLiteral("EuretirioID")).Value(), QVariant(1));
     }
 
+    void pathWithGreekSpacesAndUriCharactersOpens()
+    {
+        QTemporaryDir dir;
+        QVERIFY(QDir(dir.path()).mkpath(QStringLiteral("Το Αιγαίο #1 ? 100%")));
+        const QString folder = dir.filePath(QStringLiteral("Το Αιγαίο #1 ? 100%"));
+        const QString sqlitePath = folder + QStringLiteral("/μάθημα.sqlite");
+        Database::OpenDatabase(fixtures::jet4())->saveCopy(sqlitePath);
+        QCOMPARE(
+            Database::OpenDatabase(sqlitePath)->OpenRecordset(QStringLiteral("Resources"))->RecordCount(),
+            14L);
+        const QString jetPath = folder + QStringLiteral("/μάθημα.mdb");
+        QVERIFY(QFile::copy(fixtures::jet3(), jetPath));
+        QCOMPARE(
+            Database::OpenDatabase(jetPath)->OpenRecordset(QStringLiteral("Resources"))->RecordCount(), 14L);
+    }
+
     void savedCopyOpensAgainWithTheSameData()
     {
         QTemporaryDir dir;

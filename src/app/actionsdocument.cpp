@@ -48,9 +48,10 @@ void openCopyInWordProcessor(const QString &dataFolder, const QString &folderLit
         throw platform::RuntimeError(platform::errors::FileNotFound,
             QStringLiteral("Δεν είναι δυνατή η αντιγραφή του αρχείου «%1».").arg(source));
 
-    // "-n" opens the file as a template: a new untitled document with its content.
-    const platform::LaunchResult started
-        = platform::launchDetached(program, {QStringLiteral("--writer"), QStringLiteral("-n"), copy});
+    // "-n" opens the file as a template: a new untitled document with its content, in
+    // the module its format calls for (Writer for the assignments). "--writer" is left
+    // out, since with it an office that is not running yet may add an empty document.
+    const platform::LaunchResult started = platform::launchDetached(program, {QStringLiteral("-n"), copy});
     if (!started.started)
         throw platform::RuntimeError(platform::errors::CannotCreateObject, started.error);
 }

@@ -7,7 +7,7 @@
 namespace actions {
 
 // Copies the file (data folder + folder literal + name, matched without regard to case)
-// to a private temporary folder and starts LibreOffice Writer on the copy as on a
+// to a private temporary folder and starts LibreOffice on the copy as on a
 // template, which gives an untitled document and brings Writer to the front. Raises
 // platform::RuntimeError with a description for the user when the file is missing or
 // there is no word processor.

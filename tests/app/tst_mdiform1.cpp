@@ -2,6 +2,8 @@
 #include "../viewing/fakeviewers.h"
 #include "shellcontent.h"
 
+#include <btn.h>
+#include <frmnewfirst.h>
 #include <frmploigisi.h>
 #include <frmsmallbutton.h>
 #include <launch.h>
@@ -425,16 +427,15 @@ private slots:
         QVERIFY2(m_boxes.isEmpty(), m_boxes.isEmpty() ? "" : qPrintable(m_boxes[0].text));
         QTRY_VERIFY(QFileInfo::exists(argvFile));
         const QStringList argv = testing::readRecorded(argvFile);
-        QCOMPARE(argv.size(), 3);
-        QCOMPARE(argv[0], QStringLiteral("--writer"));
-        QCOMPARE(argv[1], QStringLiteral("-n"));
+        QCOMPARE(argv.size(), 2);
+        QCOMPARE(argv[0], QStringLiteral("-n"));
         const QString original = m_content->folder() + QStringLiteral("/Actions/Εργασία 1.odt");
-        QVERIFY(argv[2] != original);
-        QCOMPARE(QFileInfo(argv[2]).fileName(), QStringLiteral("Εργασία 1.odt"));
-        QFile copy(argv[2]);
+        QVERIFY(argv[1] != original);
+        QCOMPARE(QFileInfo(argv[1]).fileName(), QStringLiteral("Εργασία 1.odt"));
+        QFile copy(argv[1]);
         QVERIFY(copy.open(QIODevice::ReadOnly));
         QCOMPARE(copy.readAll(), QByteArray("assignment body"));
-        QDir(QFileInfo(argv[2]).absolutePath()).removeRecursively();
+        QDir(QFileInfo(argv[1]).absolutePath()).removeRecursively();
     }
 
     void actionsDocumentWithoutWordProcessorGivesTheBox()
@@ -556,6 +557,33 @@ private slots:
         QVERIFY(tree->isVisible());
         emit shell->TlbMain->ButtonClick(QStringLiteral("Ploigisi"));
         QCOMPARE(shell->findChildren<frmPloigisi *>().size(), 1);
+    }
+
+    void theBarStandsOnTopAndItsButtonsReachTheShell()
+    {
+        MDIForm1 *shell = openShell(106);
+        QVERIFY(QTest::qWaitForWindowExposed(shell));
+        QCOMPARE(shell->TlbMain->width(), shell->centralWidget()->width());
+        QCOMPARE(shell->TlbMain->y(), 0);
+        QVERIFY(shell->mdiArea()->y() >= shell->TlbMain->height());
+        Btn *ploigisi = nullptr;
+        for (Btn *b : shell->TlbMain->Btn1)
+            if (b->Tag() == u"Ploigisi")
+                ploigisi = b;
+        QVERIFY(ploigisi);
+        QTest::mouseClick(ploigisi, Qt::LeftButton, {}, ploigisi->rect().center());
+        QVERIFY(shell->findChild<frmPloigisi *>());
+    }
+
+    void unloadShowsTheRealStartScreen()
+    {
+        MDIForm1::setStartScreenFactory({});
+        MDIForm1 *shell = openShell(101);
+        shell->mnuExit->trigger();
+        flushDeletes();
+        QCOMPARE(visibleTopLevels().size(), 1);
+        QVERIFY(qobject_cast<frmNewFirst *>(visibleTopLevels().first()));
+        MDIForm1::setStartScreenFactory([] { return new StartScreen; });
     }
 
     void togglesOpenAndCloseTheirWindowAndTheWindowKeepsTheMark()

@@ -450,6 +450,9 @@ void RichTextBox::setRightMargin(int twips)
 void RichTextBox::setTargetDevice(int lineWidthTwips)
 {
     m_targetWidthTwips = std::max(0, lineWidthTwips);
+    // Metrics free of the screen's hinting measure the text as the printer will, so the
+    // lines break at the same words on screen and on paper.
+    document()->setUseDesignMetrics(m_targetWidthTwips > 0);
     applyWrapping();
 }
 

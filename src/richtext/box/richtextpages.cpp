@@ -36,6 +36,7 @@ PageLayout::PageLayout(const QTextDocument &source, QPaintDevice *device, double
 {
     m_document->setUndoRedoEnabled(false);
     m_document->setDocumentMargin(0);
+    m_document->setUseDesignMetrics(true);
     // Laying out for the device itself makes the lines break where the device's own
     // font metrics say, and scales the indents from screen pixels to device pixels.
     m_document->documentLayout()->setPaintDevice(device);

@@ -3,6 +3,7 @@
 #include <richtextbox.h>
 #include <runtimeerror.h>
 
+#include <QAbstractTextDocumentLayout>
 #include <QApplication>
 #include <QFile>
 #include <QImage>
@@ -507,6 +508,39 @@ private slots:
         QVERIFY(block.layout()->lineAt(0).naturalTextWidth() <= 6000 / 15.0);
         box.setTargetDevice(0);
         QCOMPARE_LT(box.LineCount(), lines);
+    }
+
+    void printedLinesBreakWhereTheScreenBreaksThem()
+    {
+        RichTextBox box;
+        box.resize(500, 300);
+        box.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&box));
+        QString text;
+        for (int i = 0; i < 12; ++i)
+            text += u"Ο Θουκυδίδης γράφει για τον καθαρμό της Δήλου από τους Αθηναίους το χειμώνα. "_s;
+        box.setText(text + u"\n"_s + text);
+        const int lineWidth = 6 * 1440;
+        box.setTargetDevice(lineWidth);
+
+        QList<int> screen;
+        for (QTextBlock block = box.document()->begin(); block.isValid(); block = block.next()) {
+            box.document()->documentLayout()->blockBoundingRect(block);
+            for (int i = 0; i < block.layout()->lineCount(); ++i)
+                screen.append(block.position() + block.layout()->lineAt(i).textStart());
+        }
+
+        QPrinter printer(QPrinter::HighResolution);
+        printer.setOutputFormat(QPrinter::PdfFormat);
+        printer.setOutputFileName(tempPath(u"γραμμές.pdf"_s));
+        QPainter painter(&printer);
+        // A page one twip high holds one line, so each page tells where a line begins.
+        QList<int> printed {0};
+        for (int next = 0;
+             (next = box.FormatRange(&painter, QRectF(0, 0, lineWidth, 1), next, false)) < box.TextLength();)
+            printed.append(next);
+        painter.end();
+        QCOMPARE(printed, screen);
     }
 
     void selPrintPrintsTheSelectionOrAll()

@@ -17,7 +17,7 @@ struct ImportOptions
     QByteArray jet3CodePage;
     std::function<bool(qint64 done, qint64 total)> progress;
     // With no sign of life from the reader for this long, it is taken to be stuck.
-    int stallTimeoutMs = 30000;
+    int stallTimeoutMs = 15000;
 };
 
 // Imports the Jet file whose bytes are given into a new in-memory SQLite database with

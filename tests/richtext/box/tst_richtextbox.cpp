@@ -10,6 +10,7 @@
 #include <QFile>
 #include <QImage>
 #include <QMimeData>
+#include <QMouseEvent>
 #include <QScrollBar>
 #include <QSignalSpy>
 #include <QTemporaryDir>
@@ -658,7 +659,9 @@ private slots:
         connect(&box, &RichTextBox::MouseMove, &box, [&](int button, int shift, double x, double y) {
             moves.append({double(button), double(shift), x, y});
         });
-        QTest::mouseMove(box.viewport(), QPoint(20, 10));
+        QMouseEvent move(QEvent::MouseMove, QPointF(20, 10), box.viewport()->mapToGlobal(QPointF(20, 10)),
+            Qt::NoButton, Qt::NoButton, Qt::NoModifier);
+        QCoreApplication::sendEvent(box.viewport(), &move);
         QVERIFY(!moves.isEmpty());
         const QPoint inBox = box.viewport()->mapTo(&box, QPoint(20, 10));
         QCOMPARE(moves.last(), (QList<double> {0, 0, inBox.x() * 15.0, inBox.y() * 15.0}));

@@ -209,6 +209,21 @@ private slots:
         QCOMPARE(box.CharFromPos(QPoint(10, 190)), 4); // below the text: the last line
     }
 
+    void anEmptyBoxAnswersAtPlaceZero()
+    {
+        RichTextBox box;
+        box.resize(200, 100);
+        box.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&box));
+        QCOMPARE(box.TextLength(), 0);
+        QCOMPARE(box.CharFromPos(QPoint(50, 50)), 0);
+        QCOMPARE(box.GetLineFromChar(0), 0);
+        QCOMPARE(box.GetLineFromChar(10), 0);
+        QCOMPARE(box.LineCount(), 1);
+        QCOMPARE(box.Find(u"α"_s), -1);
+        QCOMPARE(box.SelColor(), std::optional<quint32>(0));
+    }
+
     void posFromCharIsWhereTheCharacterIsDrawn()
     {
         RichTextBox box;

@@ -1,0 +1,55 @@
+#pragma once
+
+// A shell for the tests of the viewers: the area for child windows and the window list
+// of the "Παράθυρα" menu (entries 0 and 1, hidden, and the separator above them).
+
+#include <shellwindow.h>
+
+#include <QAction>
+#include <QMainWindow>
+#include <QMdiArea>
+#include <QMenu>
+
+namespace testing {
+
+class ViewerShell final : public QMainWindow, public ShellWindow
+{
+public:
+    ViewerShell()
+        : m_area(new QMdiArea)
+        , m_menu(new QMenu(this))
+    {
+        setCentralWidget(m_area);
+        resize(800, 600);
+        m_separator = m_menu->addSeparator();
+        m_separator->setVisible(false);
+        for (int i = 0; i <= 1; ++i) {
+            QAction *entry = m_menu->addAction(QStringLiteral("List"));
+            entry->setCheckable(true);
+            entry->setVisible(false);
+            m_list.append(entry);
+        }
+        ShellWindow::setCurrent(this);
+    }
+    ~ViewerShell() override { ShellWindow::clearCurrent(this); }
+    QWidget *window() override { return this; }
+    QMdiArea *mdiArea() override { return m_area; }
+    int mnuListUBound() const override { return int(m_list.size()) - 1; }
+    QAction *mnuList(int index) override { return m_list.value(index); }
+    QAction *windowListSeparator() override { return m_separator; }
+    void setSelectedActivity(qint32) override { }
+    void LoadResources() override { }
+    void UnloadResources() override { }
+    void setToggleChecked(Toggle, bool) override { }
+
+    // A third entry, as if another window had taken a place in the list.
+    void growList() { m_list.append(m_menu->addAction(QStringLiteral("List"))); }
+
+private:
+    QMdiArea *m_area;
+    QMenu *m_menu;
+    QAction *m_separator = nullptr;
+    QList<QAction *> m_list;
+};
+
+} // namespace testing

@@ -471,6 +471,16 @@ private slots:
         }
     }
 
+    void greekFoldsAccentedCapitalsAndFinalSigma()
+    {
+        QCOMPARE(richtextbox::foldCase(u"ΆΈΉΊΌΎΏΪΫ ΑΣ ας Σ"_s), u"άέήίόύώϊϋ ασ ασ σ"_s);
+        QCOMPARE(richtextbox::foldCase(u"ABC"_s), u"abc"_s);
+        QVERIFY(richtextbox::isWordCharacter(u'ά'));
+        QVERIFY(richtextbox::isWordCharacter(u'7'));
+        QVERIFY(!richtextbox::isWordCharacter(u'·'));
+        QVERIFY(!richtextbox::isWordCharacter(u';'));
+    }
+
     void findKeepsWithinTheRange()
     {
         RichTextBox box;

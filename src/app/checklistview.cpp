@@ -176,6 +176,7 @@ void CheckListView::mousePressEvent(QMouseEvent *event)
         // The box toggles on release and leaves the selection alone.
         m_pressedBox = index;
         m_boxPressed = true;
+        setFocus(Qt::MouseFocusReason);
         event->accept();
         return;
     }

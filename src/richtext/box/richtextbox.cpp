@@ -192,7 +192,11 @@ void RichTextBox::setSelStart(int place)
 
 int RichTextBox::SelLength() const
 {
-    const QTextCursor cursor = currentCursor();
+    if (m_pending) {
+        const int length = TextLength();
+        return std::abs(std::min(m_pendingPosition, length) - std::min(m_pendingAnchor, length));
+    }
+    const QTextCursor cursor = QTextEdit::textCursor();
     return cursor.selectionEnd() - cursor.selectionStart();
 }
 

@@ -26,6 +26,20 @@ double pixelsY(int twips)
     return double(twips) / platform::TwipsPerPixelY;
 }
 
+// Windows names a font by its character set ("Arial Greek", "Times New Roman CE"); the
+// family to show is the one before the suffix, which the Greek charset of the writer
+// keeps saying on the way back out.
+QString displayFamily(const QString &name)
+{
+    static const QLatin1StringView suffixes[] = {QLatin1StringView(" Greek"), QLatin1StringView(" CE"),
+        QLatin1StringView(" Cyr"), QLatin1StringView(" Baltic"), QLatin1StringView(" Tur")};
+    for (const QLatin1StringView suffix : suffixes) {
+        if (name.endsWith(suffix) && name.size() > suffix.size())
+            return name.chopped(suffix.size());
+    }
+    return name;
+}
+
 QString nextPictureName()
 {
     static QAtomicInteger<quint64> counter;
@@ -132,7 +146,7 @@ const QTextCharFormat &DocumentSink::charFormat(const CharState &state)
             if (m_tables->color(state.background, value))
                 format.setBackground(colorFromRgb(value));
             if (const FontEntry *font = m_tables->font(state.font); font && !font->name.isEmpty())
-                format.setFontFamilies(QStringList {font->name});
+                format.setFontFamilies(QStringList {displayFamily(font->name)});
         }
         format.setFontPointSize(state.halfPoints / 2.0);
         if (state.bold)

@@ -127,6 +127,44 @@ private slots:
         QCOMPARE(plain.runs[2].length, 2);
     }
 
+    void eachCharacterHasItsOwnColour()
+    {
+        // The same word three times, black, red and red, then a word half red and half blue:
+        // the colours that locating hot words asks of each place.
+        const auto plain = richtext::readPlainText(
+            "{\\rtf1\\ansi\\ansicpg1253{\\colortbl ;\\red255\\green0\\blue0;\\red0\\green0\\blue255;}"
+            "\\'e1\\'e3\\'ef\\'f1\\'dc \\cf1\\'e1\\'e3\\'ef\\'f1\\'dc\\cf0  "
+            "\\cf1\\'e1\\'e3\\'ef\\'f1\\'dc\\cf0  "
+            "\\cf1\\'ed\\'e1\\cf2\\'fc\\'f2\\cf0 }");
+        QCOMPARE(plain.text, QStringLiteral("αγορά αγορά αγορά ναός"));
+        const auto colourAt = [&](int place) {
+            const richtext::TextRun &run = plain.runs[std::size_t(richtext::runIndexAt(plain, place))];
+            return run.colorIsAuto ? -1 : int(run.color);
+        };
+        for (int p = 0; p < 5; ++p)
+            QCOMPARE(colourAt(p), -1);
+        for (int p = 6; p < 11; ++p)
+            QCOMPARE(colourAt(p), 0x0000FF);
+        for (int p = 12; p < 17; ++p)
+            QCOMPARE(colourAt(p), 0x0000FF);
+        QCOMPARE(colourAt(18), 0x0000FF);
+        QCOMPARE(colourAt(19), 0x0000FF);
+        QCOMPARE(colourAt(20), 0xFF0000);
+        QCOMPARE(colourAt(21), 0xFF0000);
+        QCOMPARE(colourAt(11), -1);
+    }
+
+    void windowsCharsetFontNamesShowTheirFamily()
+    {
+        QTextDocument document;
+        richtext::readDocument("{\\rtf1{\\fonttbl{\\f0\\fcharset161 Arial Greek;}}\\f0 a}", &document);
+        QCOMPARE(formatAt(document, 0).fontFamilies().toStringList(), QStringList {QStringLiteral("Arial")});
+        // The runs say what the file says.
+        QCOMPARE(
+            richtext::readPlainText("{\\rtf1{\\fonttbl{\\f0\\fcharset161 Arial Greek;}}\\f0 a}").runs[0].font,
+            QStringLiteral("Arial Greek"));
+    }
+
     void runIndexAtFindsTheRunOfAPlace()
     {
         const auto plain = richtext::readPlainText(readData(QStringLiteral("greek_colors.rtf")));

@@ -130,7 +130,7 @@ void RichTextBox::ensureLayoutWidth() const
     // A box that has not been shown yet has not heard of its size, and its lines are
     // still wrapped at the width it was made with. Callers measure such boxes to size
     // them, so wrap at the width they will have.
-    if (isVisible() || lineWrapMode() != QTextEdit::WidgetWidth)
+    if (isVisible() || !testAttribute(Qt::WA_PendingResizeEvent) || lineWrapMode() != QTextEdit::WidgetWidth)
         return;
     const int width = contentsRect().width() - viewportMargins().left() - viewportMargins().right();
     if (width > 0 && document()->textWidth() != width)

@@ -90,6 +90,15 @@ private slots:
         const int wide = box.LineCount();
         QCOMPARE_LT(wide, narrow);
         QCOMPARE_LT(wide, 4);
+
+        // Shown at that width, the count stays; hidden and narrowed, it follows again.
+        window.resize(1000, 100);
+        window.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&window));
+        QCOMPARE(box.LineCount(), wide);
+        window.hide();
+        box.resize(120, 50);
+        QCOMPARE(box.LineCount(), narrow);
     }
 
     void aTwelveLineLegendCountsTwelveLines()

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "rtfkeywords.h"
 #include "rtfstate.h"
 #include "rtftokenizer.h"
 
@@ -68,7 +69,8 @@ private:
     void closeGroup();
     void skipCurrentGroup();
     void handleWord(std::string_view word, bool hasParam, int param);
-    void handlePictWord(int keyword, int param);
+    void handlePictWord(Kw keyword, int param);
+    void handleTableWord(Dest dest, Kw keyword, int param);
     void handleText(std::string_view bytes);
     void handleByte(unsigned char byte);
     void handleSymbol(unsigned char symbol);

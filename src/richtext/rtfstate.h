@@ -113,6 +113,11 @@ public:
     virtual void finish(const ParaState &para) = 0;
 };
 
+inline int clampInt(int value, int low, int high)
+{
+    return value < low ? low : value > high ? high : value;
+}
+
 // The place a picture takes in the plain text, as in the document.
 inline constexpr char16_t ObjectCharacter = u'\uFFFC';
 

@@ -56,6 +56,9 @@ public:
 
     void Image1_DblClick();
 
+    // The size Load worked out, which the shell's child frame is sized around.
+    QSize sizeHint() const override { return m_minimum.isValid() ? m_minimum : SourceViewer::sizeHint(); }
+
 protected:
     void resizeEvent(QResizeEvent *event) override;
     void closeEvent(QCloseEvent *event) override;

@@ -94,8 +94,7 @@ void frmTextResource::Load()
     rtbTextResource->document()->setDefaultFont(font);
 
     m_loaded = false;
-    resize(platform::pixelsFromTwipsX(FormWidth - FrameWidthTwips),
-        platform::pixelsFromTwipsY(FormHeight - FrameHeightTwips));
+    resize(sizeHint());
     rtbTextResource->Move(BoxLeft, BoxTop, BoxWidth, BoxHeight);
     m_widthRatio = platform::twipsFromPixelsX(rtbTextResource->width()) / scaleWidth(this);
     m_heightRatio = platform::twipsFromPixelsY(rtbTextResource->height()) / scaleHeight(this);
@@ -140,6 +139,12 @@ void frmTextResource::FillHotWords()
         return;
     m_textModel = std::make_unique<RichTextBoxHotWordModel>(*rtbTextResource);
     hotwords::FillHotWords(*m_textModel, *m_hotWords);
+}
+
+QSize frmTextResource::sizeHint() const
+{
+    return QSize(platform::pixelsFromTwipsX(FormWidth - FrameWidthTwips),
+        platform::pixelsFromTwipsY(FormHeight - FrameHeightTwips));
 }
 
 CHotWord *frmTextResource::hotWordAt(int place) const

@@ -62,6 +62,9 @@ public:
     static constexpr int BoxHeight = 4004;
     static constexpr quint32 BoxBackColor = 0xC1EEFE; // RGB(254, 238, 193)
 
+    // The design size once loaded, which the shell's child frame is sized around.
+    QSize sizeHint() const override;
+
 protected:
     void resizeEvent(QResizeEvent *event) override;
     void closeEvent(QCloseEvent *event) override;

@@ -1,0 +1,339 @@
+#include "../hotwords/paintedrtf.h"
+#include "../hotwords/testcontent.h"
+#include "viewershell.h"
+
+#include <colhotwords.h>
+#include <errorpolicy.h>
+#include <frmtextresource.h>
+#include <frmtooltips.h>
+#include <hotwordlocator.h>
+#include <hotwordtextmodel.h>
+#include <modglobal.h>
+#include <msgbox.h>
+#include <richtextbox.h>
+#include <rtf.h>
+#include <runtimeerror.h>
+#include <sourceviewer.h>
+#include <twips.h>
+#include <viewerlinks.h>
+
+#include <QDir>
+#include <QFile>
+#include <QLabel>
+#include <QMdiSubWindow>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+using paintedrtf::Black;
+using paintedrtf::Blue;
+using paintedrtf::Red;
+
+namespace {
+
+// "Η Νάξος (κόκκινη) και η σμύριδα (μπλε)· ο οψιανός μόνο μαύρος."
+QByteArray naxosText()
+{
+    return paintedrtf::rtf({{u"Η "_s, Black}, {u"Νάξος"_s, Red}, {u" και η "_s, Black}, {u"σμύριδα"_s, Blue},
+        {u" της. Ο οψιανός όμως είναι της Μήλου.\nΔεύτερη παράγραφος για τη "_s, Black}, {u"Νάξο"_s, Red},
+        {u"."_s, Black}});
+}
+
+void writeFile(const QString &path, const QByteArray &data)
+{
+    QDir().mkpath(QFileInfo(path).absolutePath());
+    QFile file(path);
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.write(data);
+}
+
+} // namespace
+
+class tst_frmTextResource : public QObject
+{
+    Q_OBJECT
+
+private:
+    QTemporaryDir m_dir;
+    testing::ViewerShell *m_shell = nullptr;
+    QStringList m_messages;
+
+    frmTextResource *open(qint32 id)
+    {
+        auto *viewer = new frmTextResource;
+        viewer->setResourceID(id);
+        viewer->Load();
+        modGlobal::CenterAndShow(viewer);
+        return viewer;
+    }
+
+    // A click as the pupil gives it: the press puts the caret, the release asks.
+    static void clickAt(frmTextResource *viewer, int place)
+    {
+        RichTextBox *box = viewer->rtbTextResource;
+        const QPoint at = box->PosFromChar(place) + QPoint(2, box->fontMetrics().height() / 2);
+        QTest::mouseClick(box->viewport(), Qt::LeftButton, {}, at);
+    }
+
+private slots:
+    void initTestCase()
+    {
+        const QString root = m_dir.path();
+        writeFile(root + u"/piges/naxos.rtf"_s, naxosText());
+        writeFile(root + u"/piges/plain.rtf"_s, paintedrtf::rtf({{u"Κείμενο χωρίς λέξεις."_s, Black}}));
+        QImage photo(40, 30, QImage::Format_RGB32);
+        photo.fill(Qt::darkGreen);
+        QDir().mkpath(root + u"/photos"_s);
+        photo.save(root + u"/photos/emery.png"_s);
+
+        testcontent::Builder b;
+        b.textResource(7, u"naxos.rtf"_s, u"Ηρόδοτος, Ιστορίαι"_s);
+        b.textResource(8, u"plain.rtf"_s, u"Δεύτερο βιβλίο"_s);
+        b.textResource(9, u"gone.rtf"_s, u"Χαμένο"_s);
+        b.comment(1, u"Πέτρωμα της Νάξου"_s, u"emery.png"_s);
+        b.commentLink(1, 7, u"σμύριδα"_s);
+        b.comment(2, u"Ηφαιστειακό γυαλί"_s);
+        b.commentLink(2, 7, u"οψιανός"_s);
+        b.term(30, u"Νάξος"_s, u"Νησί των Κυκλάδων"_s, 2, u"naxos.jpg"_s);
+        b.termLink(30, 7, u"νάξο"_s);
+        b.comment(3, u"Άλλο σχόλιο"_s);
+        b.commentLink(3, 8, u"απούσα"_s);
+        modGlobal::gDatabase = b.database();
+        modGlobal::gDataFolder = root;
+    }
+
+    void cleanupTestCase() { modGlobal::gDatabase.reset(); }
+
+    void init()
+    {
+        m_messages.clear();
+        platform::setMsgBoxHook([this](const QString &text, int, const QString &) {
+            m_messages << text;
+            return int(platform::vbOK);
+        });
+        m_shell = new testing::ViewerShell;
+        m_shell->show();
+        QVERIFY(QTest::qWaitForWindowExposed(m_shell));
+    }
+
+    void cleanup()
+    {
+        if (frmToolTips *tip = frmToolTips::existing())
+            tip->close();
+        delete m_shell;
+        m_shell = nullptr;
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        platform::setMsgBoxHook({});
+        viewerlinks::setIndexOpener({});
+        viewerlinks::setSearchItemUnghoster({});
+    }
+
+    void aTextTileOpensThisViewer()
+    {
+        std::unique_ptr<SourceViewer> viewer(SourceViewer::create(SourceViewer::Kind::Text));
+        QVERIFY(qobject_cast<frmTextResource *>(viewer.get()));
+    }
+
+    void loadShowsTheBookOnTheParchment()
+    {
+        frmTextResource *viewer = open(7);
+        QCOMPARE(viewer->windowTitle(), u"Ηρόδοτος, Ιστορίαι"_s);
+        RichTextBox *box = viewer->rtbTextResource;
+        QVERIFY(box->Locked());
+        QCOMPARE(box->BackColor(), quint32(0xC1EEFE));
+        QVERIFY(box->Text().startsWith(u"Η Νάξος και η σμύριδα"_s));
+        QCOMPARE(viewer->imgPapiros->geometry(), viewer->rect());
+        QVERIFY(!viewer->imgPapiros->pixmap().isNull());
+        QCOMPARE(viewer->size(), QSize((9300 - 120) / 15, (5310 - 405) / 15));
+        // Placed at 1074, 450, 7031, 4004, then centred by the resize that follows.
+        QCOMPARE(box->geometry(), QRect((612 - 469) / 2, 30, qRound(7031 / 15.0), qRound(4004 / 15.0)));
+        QCOMPARE(box->font().family(), u"Times New Roman"_s);
+        QDir().mkpath(QStringLiteral(TREMIDIA_TEST_OUTPUT_DIR));
+        viewer->grab().save(QStringLiteral(TREMIDIA_TEST_OUTPUT_DIR "/text_viewer.png"));
+    }
+
+    void theHotWordsAreLocatedAsOnThePlainText()
+    {
+        frmTextResource *viewer = open(7);
+        colHotWords *words = viewer->hotWords();
+        QVERIFY(words);
+        QCOMPARE(words->Count(), 3);
+        QCOMPARE(words->Item(1).First(), 14);
+        QCOMPARE(words->Item(1).Last(), 21);
+        QCOMPARE(words->Item(2).First(), 0); // black only
+        QCOMPARE(words->Item(3).First(), 2);
+
+        // The same locating over the plain text of the same file.
+        PlainTextHotWordModel plain(richtext::readPlainText(naxosText()));
+        colHotWords again;
+        for (const CHotWord &w : *words)
+            again.Add(
+                0, 0, w.ExactPhrase(), w.Comment(), w.Photo(), w.HotwordType(), w.IndexType(), w.phrase());
+        hotwords::FillHotWords(plain, again);
+        for (int i = 1; i <= words->Count(); ++i) {
+            QCOMPARE(again.Item(i).First(), words->Item(i).First());
+            QCOMPARE(again.Item(i).Last(), words->Item(i).Last());
+        }
+    }
+
+    void aClickOnACommentOpensTheTip()
+    {
+        frmTextResource *viewer = open(7);
+        clickAt(viewer, 16);
+        frmToolTips *tip = frmToolTips::existing();
+        QVERIFY(tip);
+        QVERIFY(tip->isVisible());
+        QCOMPARE(tip->TipText(), u"Πέτρωμα της Νάξου"_s);
+        QVERIFY(tip->TipPicture() != u"0"_s);
+        QCOMPARE(tip->parentWidget(), m_shell);
+        tip->grab().save(QStringLiteral(TREMIDIA_TEST_OUTPUT_DIR "/text_viewer_tip.png"));
+    }
+
+    void aClickOnTheFirstCharacterOpensAnUnlocatedHotWord()
+    {
+        frmTextResource *viewer = open(7);
+        viewer->rtbTextResource->setSelStart(0);
+        viewer->rtbTextResource_MouseUp(1, 0, 0, 0);
+        QVERIFY(frmToolTips::existing());
+        QCOMPARE(frmToolTips::existing()->TipText(), u"Ηφαιστειακό γυαλί"_s);
+    }
+
+    void aClickJustBehindAPhraseStillOpensIt()
+    {
+        frmTextResource *viewer = open(7);
+        viewer->rtbTextResource->setSelStart(21);
+        viewer->rtbTextResource_MouseUp(1, 0, 0, 0);
+        QVERIFY(frmToolTips::existing());
+        QCOMPARE(frmToolTips::existing()->TipText(), u"Πέτρωμα της Νάξου"_s);
+    }
+
+    void aSelectionAcrossAHotWordTestsOnlyItsStart()
+    {
+        frmTextResource *viewer = open(7);
+        viewer->rtbTextResource->setSelStart(9);
+        viewer->rtbTextResource->setSelLength(10); // from " και η " into "σμύριδα"
+        viewer->rtbTextResource_MouseUp(1, 0, 0, 0);
+        QVERIFY(!frmToolTips::existing());
+    }
+
+    void anIndexTermGoesToTheIndex()
+    {
+        QStringList asked;
+        viewerlinks::setIndexOpener(
+            [&](qint32 type, const QString &term, const QString &explanation, const QString &picture) {
+                asked << u"%1|%2|%3|%4"_s.arg(type).arg(term, explanation, picture);
+            });
+        frmTextResource *viewer = open(7);
+        viewer->rtbTextResource->setSelStart(4);
+        viewer->rtbTextResource_MouseUp(1, 0, 0, 0);
+        QCOMPARE(asked, QStringList {u"2|Νάξος|Νησί των Κυκλάδων|naxos.jpg"_s});
+        QVERIFY(!frmToolTips::existing());
+    }
+
+    void anIndexTermWithoutTheIndexDoesNothing()
+    {
+        frmTextResource *viewer = open(7);
+        viewer->rtbTextResource->setSelStart(4);
+        viewer->rtbTextResource_MouseUp(1, 0, 0, 0);
+        QVERIFY(!frmToolTips::existing());
+        QVERIFY(m_messages.isEmpty());
+    }
+
+    void theHandShowsOverAHotWord()
+    {
+        frmTextResource *viewer = open(7);
+        RichTextBox *box = viewer->rtbTextResource;
+        const QPoint over = box->PosFromChar(16) + QPoint(2, 4);
+        viewer->rtbTextResource_MouseMove(0, 0, over.x() * 15.0, over.y() * 15.0);
+        QCOMPARE(box->MousePointer(), int(RichTextBox::CustomPointer));
+        const QPoint plain = box->PosFromChar(10) + QPoint(2, 4);
+        viewer->rtbTextResource_MouseMove(0, 0, plain.x() * 15.0, plain.y() * 15.0);
+        QCOMPARE(box->MousePointer(), int(RichTextBox::DefaultPointer));
+    }
+
+    void resizingKeepsTheBoxsShareAndItsMargin()
+    {
+        frmTextResource *viewer = open(7);
+        auto *sub = qobject_cast<QMdiSubWindow *>(viewer->parentWidget());
+        QVERIFY(sub);
+        viewer->resize(900, 500);
+        RichTextBox *box = viewer->rtbTextResource;
+        const double ratio = box->width() / 900.0;
+        QVERIFY(qAbs(ratio - 469.0 / 612.0) < 0.01);
+        QVERIFY(qAbs(box->x() - (900 - box->width()) / 2) <= 1);
+        QCOMPARE(box->RightMargin(), int(std::lround(900 * 15 * (469.0 * 15 / (612 * 15)) - 450)));
+    }
+
+    void resizingBelow450TwipsSetsNoRightMargin()
+    {
+        frmTextResource *viewer = open(7);
+        viewer->resize(30, 100);
+        QVERIFY(viewer->rtbTextResource->width() * 15 < 450);
+        QCOMPARE(viewer->rtbTextResource->RightMargin(), 0);
+    }
+
+    void theWindowListTakesTheLastTextsCaption()
+    {
+        frmTextResource *first = open(7);
+        QVERIFY(m_shell->windowListSeparator()->isVisible());
+        QVERIFY(m_shell->mnuList(1)->isVisible());
+        QCOMPARE(m_shell->mnuList(1)->text(), u"Ηρόδοτος, Ιστορίαι"_s);
+        QCOMPARE(first->windowListPlace(), qint16(1));
+        frmTextResource *second = open(8);
+        QCOMPARE(m_shell->mnuList(1)->text(), u"Δεύτερο βιβλίο"_s);
+        QCOMPARE(second->windowListPlace(), qint16(1));
+
+        m_shell->growList();
+        frmTextResource *third = open(7);
+        QCOMPARE(m_shell->mnuList(1)->text(), u"Δεύτερο βιβλίο"_s);
+        QCOMPARE(third->windowListPlace(), qint16(0));
+    }
+
+    void activationClearsTheWindowListMarks()
+    {
+        frmTextResource *viewer = open(7);
+        m_shell->mnuList(1)->setChecked(true);
+        viewer->Form_Activate();
+        QVERIFY(!m_shell->mnuList(1)->isChecked());
+        QVERIFY(!m_shell->mnuList(0)->isChecked());
+    }
+
+    void closingTellsTheTileAndUnghostsTheSearchItem()
+    {
+        QStringList tags;
+        viewerlinks::setSearchItemUnghoster([&](const QString &tag) { tags << tag; });
+        frmTextResource *viewer = open(7);
+        viewer->LoadedFromTheFormSearchResources = true;
+        QSignalSpy unloaded(viewer, &SourceViewer::OnUnload);
+        viewer->Unload();
+        QCOMPARE(unloaded.count(), 1);
+        QCOMPARE(tags, QStringList {u"7"_s});
+    }
+
+    void closingWithTheSearchListGoneDoesNothingMore()
+    {
+        frmTextResource *viewer = open(8);
+        viewer->LoadedFromTheFormSearchResources = true;
+        QSignalSpy unloaded(viewer, &SourceViewer::OnUnload);
+        viewer->Unload();
+        QCOMPARE(unloaded.count(), 1);
+        QVERIFY(m_messages.isEmpty());
+    }
+
+    void aMissingFileGoesUpToTheOpener()
+    {
+        auto viewer = std::make_unique<frmTextResource>();
+        viewer->setResourceID(9);
+        bool raised = false;
+        try {
+            viewer->Load();
+        } catch (const platform::RuntimeError &) {
+            raised = true;
+        }
+        QVERIFY(raised);
+    }
+};
+
+QTEST_MAIN(tst_frmTextResource)
+#include "tst_frmtextresource.moc"

@@ -71,6 +71,12 @@ public:
                             m_styles[styleName].properties.insert(
                                 a.qualifiedName().toString(), a.value().toString());
                     }
+                } else if (name == u"style:tab-stop") {
+                    if (!styleName.isEmpty()) {
+                        QString &stops = m_styles[styleName].properties[u"tab-stops"_s];
+                        stops += (stops.isEmpty() ? QString() : u","_s)
+                            + attributes.value(u"style:position"_s).toString();
+                    }
                 } else if (name == u"office:text") {
                     inBody = true;
                 } else if (inBody && name == u"text:list") {
@@ -221,6 +227,9 @@ private slots:
         box.setSelIndent(1440);
         box.setSelHangingIndent(360);
         box.setSelRightIndent(720);
+        select(u"στηλοθέτη"_s);
+        box.setSelTabCount(1);
+        box.setSelTabs(0, 2000);
         select(u"Πρώτη κουκίδα\nΔεύτερη"_s);
         box.setSelBullet(true);
         box.setSelIndent(360);
@@ -279,7 +288,10 @@ private slots:
         QVERIFY(first && second);
         QVERIFY(first->inList);
         QVERIFY(second->inList);
-        QVERIFY(!odf.paragraphOf(u"Τέλος"_s)->inList);
+        const Paragraph *tabbed = odf.paragraphOf(u"Τέλος"_s);
+        QVERIFY(tabbed);
+        QVERIFY(!tabbed->inList);
+        QCOMPARE(twips(tabbed->properties.value(u"tab-stops"_s)), 2000);
         QVERIFY(!indented->inList);
     }
 };

@@ -26,6 +26,12 @@ CollatorPtr openGreekCollator()
     if (U_FAILURE(status) || !collator)
         return nullptr;
     ucol_setStrength(collator.get(), UCOL_SECONDARY);
+    // The Greek tailoring puts Greek script before Latin; the engine the content was made
+    // for kept the common order, Latin first, and tailored the Greek letters only.
+    const int32_t noReordering = UCOL_REORDER_CODE_NONE;
+    ucol_setReorderCodes(collator.get(), &noReordering, 1, &status);
+    if (U_FAILURE(status))
+        return nullptr;
     return collator;
 }
 

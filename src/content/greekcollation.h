@@ -6,7 +6,8 @@ struct sqlite3;
 
 // Text comparison as the content's database engine did it: by the letters first, with
 // case ignored and final sigma equal to sigma; accents only break ties between words
-// that are otherwise the same. One rule serves `=`, DISTINCT and ORDER BY on text.
+// that are otherwise the same; Latin script sorts before Greek. One rule serves `=`,
+// DISTINCT and ORDER BY on text.
 namespace content {
 
 // <0, 0, >0.

@@ -60,6 +60,13 @@ private slots:
         QVERIFY(compareText(u"ποτέ", u"πότε") != 0);
     }
 
+    void latinSortsBeforeGreek()
+    {
+        QVERIFY(compareText(u"Meiggs – Lewis, GHI 23", u"Αθηναίων Πολιτεία, 22") < 0);
+        QVERIFY(compareText(u"zeta", u"άλφα") < 0);
+        QVERIFY(compareText(u"102", u"Αθήνα") < 0);
+    }
+
     void sqliteAllowsNocaseToBeReplaced()
     {
         auto db = Connection::openMemory();

@@ -130,6 +130,27 @@ private slots:
         QVERIFY(query.out.contains("Εκκλησία του Δήμου\t\\N\t4"));
     }
 
+    void importAcceptsAnSqliteFileToo()
+    {
+        QTemporaryDir dir;
+        const QString first = dir.filePath(QStringLiteral("first.sqlite"));
+        const QString second = dir.filePath(QStringLiteral("second.sqlite"));
+        QCOMPARE(tool({QStringLiteral("import"), fixtures::jet4(), first}).exitCode, 0);
+        QCOMPARE(tool({QStringLiteral("import"), first, second}).exitCode, 0);
+        const Run a = tool({QStringLiteral("tables"), first});
+        const Run b = tool({QStringLiteral("tables"), second});
+        QCOMPARE(b.exitCode, 0);
+        QCOMPARE(b.out, a.out);
+    }
+
+    void queryWithNoRowsPrintsTheHeaderOnly()
+    {
+        const Run r = tool({QStringLiteral("query"), fixtures::jet4(),
+            QStringLiteral("SELECT ResourceID, Book FROM Resources WHERE ResourceID = 1")});
+        QCOMPARE(r.exitCode, 0);
+        QCOMPARE(r.out, QByteArray("ResourceID\tBook\n"));
+    }
+
     void badInputExitsWithOneLineOnStderr_data()
     {
         QTest::addColumn<QStringList>("args");

@@ -243,31 +243,38 @@ Recordset::Recordset()
 
 Recordset::~Recordset() = default;
 
-#define CHECK_OPEN()                                                                                         \
-    if (d->closed)                                                                                           \
-    throw errors::objectNoLongerSet()
+namespace {
+
+// A closed recordset answers nothing, as the engine's did.
+void checkOpen(const Recordset::Private *d)
+{
+    if (d->closed)
+        throw errors::objectNoLongerSet();
+}
+
+} // namespace
 
 long Recordset::RecordCount() const
 {
-    CHECK_OPEN();
+    checkOpen(d.get());
     return d->count;
 }
 
 bool Recordset::BOF() const
 {
-    CHECK_OPEN();
+    checkOpen(d.get());
     return d->count == 0 || d->position < 0;
 }
 
 bool Recordset::Eof() const
 {
-    CHECK_OPEN();
+    checkOpen(d.get());
     return d->count == 0 || d->position >= d->count;
 }
 
 void Recordset::MoveFirst()
 {
-    CHECK_OPEN();
+    checkOpen(d.get());
     if (d->forwardOnly)
         throw errors::notSupported();
     if (d->count == 0)
@@ -277,7 +284,7 @@ void Recordset::MoveFirst()
 
 void Recordset::MoveLast()
 {
-    CHECK_OPEN();
+    checkOpen(d.get());
     if (d->count == 0)
         throw errors::noCurrentRecord();
     d->position = d->count - 1;
@@ -285,7 +292,7 @@ void Recordset::MoveLast()
 
 void Recordset::MoveNext()
 {
-    CHECK_OPEN();
+    checkOpen(d.get());
     if (d->count == 0 || d->position >= d->count)
         throw errors::noCurrentRecord();
     ++d->position;
@@ -293,7 +300,7 @@ void Recordset::MoveNext()
 
 void Recordset::MovePrevious()
 {
-    CHECK_OPEN();
+    checkOpen(d.get());
     if (d->forwardOnly)
         throw errors::notSupported();
     if (d->count == 0 || d->position < 0)
@@ -303,7 +310,7 @@ void Recordset::MovePrevious()
 
 long Recordset::AbsolutePosition() const
 {
-    CHECK_OPEN();
+    checkOpen(d.get());
     if (d->forwardOnly)
         throw errors::notSupported();
     return d->position >= 0 && d->position < d->count ? d->position : -1;
@@ -311,7 +318,7 @@ long Recordset::AbsolutePosition() const
 
 Field Recordset::Fields(const QString &name) const
 {
-    CHECK_OPEN();
+    checkOpen(d.get());
     int column = -1;
     for (int c = 0; c < d->columns && column < 0; ++c) {
         if (d->names.at(c).compare(name, Qt::CaseInsensitive) == 0)
@@ -330,13 +337,13 @@ Field Recordset::Fields(const QString &name) const
 
 int Recordset::fieldCount() const
 {
-    CHECK_OPEN();
+    checkOpen(d.get());
     return d->columns;
 }
 
 QString Recordset::fieldName(int index) const
 {
-    CHECK_OPEN();
+    checkOpen(d.get());
     if (index < 0 || index >= d->columns)
         throw errors::itemNotFound();
     return d->names.at(index);
@@ -344,7 +351,7 @@ QString Recordset::fieldName(int index) const
 
 QVariant Recordset::value(int index) const
 {
-    CHECK_OPEN();
+    checkOpen(d.get());
     if (index < 0 || index >= d->columns)
         throw errors::itemNotFound();
     if (d->position < 0 || d->position >= d->count)
@@ -354,7 +361,7 @@ QVariant Recordset::value(int index) const
 
 void Recordset::setIndex(const QString &indexName)
 {
-    CHECK_OPEN();
+    checkOpen(d.get());
     if (!d->tableType)
         throw errors::notSupported();
     const auto it = d->indexes.constFind(indexName.toLower());
@@ -387,13 +394,13 @@ void Recordset::setIndex(const QString &indexName)
 
 QString Recordset::Index() const
 {
-    CHECK_OPEN();
+    checkOpen(d.get());
     return d->indexName;
 }
 
 void Recordset::Seek(const QString &comparison, const QVariant &key)
 {
-    CHECK_OPEN();
+    checkOpen(d.get());
     if (!d->tableType)
         throw errors::notSupported();
     if (d->indexColumns.empty())
@@ -433,13 +440,13 @@ void Recordset::Seek(const QString &comparison, const QVariant &key)
 
 bool Recordset::NoMatch() const
 {
-    CHECK_OPEN();
+    checkOpen(d.get());
     return d->noMatch;
 }
 
 void Recordset::Close()
 {
-    CHECK_OPEN();
+    checkOpen(d.get());
     d->closed = true;
     d->values.clear();
     d->values.shrink_to_fit();

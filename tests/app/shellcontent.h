@@ -36,6 +36,22 @@ inline const QStringList &shellSchema()
             "Caption TEXT COLLATE NOCASE, Lezanda TEXT COLLATE NOCASE, Kind TEXT COLLATE NOCASE, "
             "Museum TEXT COLLATE NOCASE)"),
         QStringLiteral("CREATE TABLE ResTypes (ResTypeID INTEGER PRIMARY KEY, ResType TEXT COLLATE NOCASE)"),
+        QStringLiteral("CREATE TABLE Places (PlaceID INTEGER PRIMARY KEY, Place TEXT COLLATE NOCASE)"),
+        QStringLiteral("CREATE TABLE Chronologicals (ChronologicalID INTEGER PRIMARY KEY, "
+                       "Chronological TEXT COLLATE NOCASE)"),
+        QStringLiteral("CREATE TABLE Keywords (KeywordID INTEGER PRIMARY KEY, Keyword TEXT COLLATE NOCASE)"),
+        QStringLiteral("CREATE TABLE RelKeywordResource (KeywordID INTEGER, ResourceID INTEGER)"),
+        QStringLiteral("CREATE TABLE Comments (CommentID INTEGER PRIMARY KEY, Comment TEXT COLLATE NOCASE, "
+                       "Picture TEXT COLLATE NOCASE)"),
+        QStringLiteral("CREATE TABLE RelCommentResource (CommentID INTEGER, ResourceID INTEGER, "
+                       "ExactPhrase TEXT COLLATE NOCASE)"),
+        QStringLiteral("CREATE TABLE Euretirio (EuretirioID INTEGER PRIMARY KEY, Oros TEXT COLLATE NOCASE, "
+                       "Epexigisi TEXT COLLATE NOCASE, EuretirioTypeID INTEGER, Picture TEXT COLLATE NOCASE, "
+                       "Sound TEXT COLLATE NOCASE, Video TEXT COLLATE NOCASE)"),
+        QStringLiteral("CREATE TABLE EuretirioTypes (EuretirioTypeID INTEGER PRIMARY KEY, "
+                       "EuretirioType TEXT COLLATE NOCASE)"),
+        QStringLiteral("CREATE TABLE RelEuretirioResource (EuretirioID INTEGER, ResourceID INTEGER, "
+                       "ExactPhrase TEXT COLLATE NOCASE)"),
     };
     return schema;
 }
@@ -136,7 +152,11 @@ private:
                        .arg(text, picture);
             // On disk the names differ in case from the database, as on the school's discs.
             if (type == 2)
-                writeFile(QStringLiteral("piges/Text%1.RTF").arg(id), "{\\rtf1\\ansi Κείμενο}");
+                writeFile(QStringLiteral("piges/Text%1.RTF").arg(id),
+                    QByteArrayLiteral(
+                        "{\\rtf1\\ansi\\ansicpg1253 {\\colortbl;\\red0\\green0\\blue0;"
+                        "\\red128\\green0\\blue0;}\\f0\\fs24 \\'c7 \\'f0\\'e7\\'e3\\'de "
+                        "\\cf2 \\'e4\\'e7\\'ec\\'ef\\'ea\\'f1\\'e1\\'f4\\'df\\'e1\\cf1 .\\par }"));
             else
                 writePicture(QStringLiteral("pictures/photo%1.png").arg(id));
         }

@@ -48,6 +48,16 @@ private slots:
         const QPoint areaOrigin = shell->mdiArea()->mapTo(shell, QPoint(0, 0));
         const QRect firstTile = shell->Tiles().at(0)->parentWidget()->geometry().translated(areaOrigin);
         QVERIFY(image.pixelColor(firstTile.center()) != image.pixelColor(firstTile.topLeft() - QPoint(3, 3)));
+
+        // With a source open, as a pupil sees it while reading.
+        shell->Tiles().at(0)->Image1_Click();
+        shell->Tiles().at(1)->Image1_Click();
+        // The windows settle their frames through posted events; let them before the grab.
+        for (int i = 0; i < 3; ++i)
+            QCoreApplication::processEvents();
+        const QString open = QStringLiteral(TREMIDIA_TEST_OUTPUT_DIR "/mdiform1-13-tiles-open.png");
+        QVERIFY(shell->grab().toImage().save(open, "PNG"));
+        qInfo("shell picture with sources open: %s", qPrintable(open));
         shell->close();
     }
 };

@@ -374,6 +374,12 @@ std::unique_ptr<sqlite::Connection> importJet(
     if (rc != SQLITE_OK)
         throw errors::unrecognizedFormat(path);
     try {
+        // What comes back from a reader that libmdb may have led astray is checked like
+        // any other file.
+        auto check = connection->prepare(QStringLiteral("PRAGMA quick_check"));
+        if (!check->step() || check->value(0).toString() != u"ok")
+            throw errors::unrecognizedFormat(path);
+        check.reset();
         // Keys on text were ordered by the reader's plain rule; order them by the Greek one.
         connection->execute(QStringLiteral("REINDEX"));
     } catch (const sqlite::Error &) {

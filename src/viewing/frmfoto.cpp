@@ -2,6 +2,7 @@
 
 #include <runtimeerror.h>
 
+#include <QCloseEvent>
 #include <QEvent>
 #include <QFileInfo>
 #include <QImageReader>
@@ -61,4 +62,13 @@ void frmFoto::changeEvent(QEvent *event)
     QWidget::changeEvent(event);
     if (event->type() == QEvent::ActivationChange && isVisible() && !isActiveWindow())
         Unload();
+}
+
+void frmFoto::closeEvent(QCloseEvent *event)
+{
+    QWidget::closeEvent(event);
+    // A closed window is gone; the next use makes a new one, even before this one is
+    // deleted.
+    if (event->isAccepted() && s_instance == this)
+        s_instance = nullptr;
 }

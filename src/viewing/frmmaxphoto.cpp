@@ -3,6 +3,7 @@
 #include <errorpolicy.h>
 #include <runtimeerror.h>
 
+#include <QCloseEvent>
 #include <QFileInfo>
 #include <QImageReader>
 #include <QKeyEvent>
@@ -96,4 +97,13 @@ void frmMaxPhoto::mouseReleaseEvent(QMouseEvent *)
 void frmMaxPhoto::keyPressEvent(QKeyEvent *)
 {
     Unload();
+}
+
+void frmMaxPhoto::closeEvent(QCloseEvent *event)
+{
+    QWidget::closeEvent(event);
+    // A closed window is gone; the next use makes a new one, even before this one is
+    // deleted.
+    if (event->isAccepted() && s_instance == this)
+        s_instance = nullptr;
 }

@@ -7,6 +7,7 @@
 
 #include <QApplication>
 #include <QClipboard>
+#include <QCloseEvent>
 #include <QFileInfo>
 #include <QGuiApplication>
 #include <QImageReader>
@@ -213,4 +214,13 @@ void frmToolTips::mnuCopyPicture_Click()
     QClipboard *clipboard = QGuiApplication::clipboard();
     clipboard->clear();
     clipboard->setImage(m_picture);
+}
+
+void frmToolTips::closeEvent(QCloseEvent *event)
+{
+    QWidget::closeEvent(event);
+    // A closed window is gone; the next use makes a new one, even before this one is
+    // deleted.
+    if (event->isAccepted() && s_instance == this)
+        s_instance = nullptr;
 }

@@ -190,6 +190,22 @@ private slots:
         tip->grab().save(QStringLiteral(TREMIDIA_TEST_OUTPUT_DIR "/text_viewer_tip.png"));
     }
 
+    void aSecondClickWhileATipIsOpenGetsAFreshTip()
+    {
+        frmTextResource *viewer = open(7);
+        clickAt(viewer, 16);
+        QPointer<frmToolTips> first(frmToolTips::existing());
+        QVERIFY(first);
+        first->Unload(); // as the tip's loss of activation does
+        viewer->rtbTextResource->setSelStart(0);
+        viewer->rtbTextResource_MouseUp(1, 0, 0, 0);
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        QVERIFY(first.isNull());
+        QVERIFY(frmToolTips::existing());
+        QVERIFY(frmToolTips::existing()->isVisible());
+        QCOMPARE(frmToolTips::existing()->TipText(), u"Ηφαιστειακό γυαλί"_s);
+    }
+
     void aClickOnTheFirstCharacterOpensAnUnlocatedHotWord()
     {
         frmTextResource *viewer = open(7);

@@ -1,0 +1,83 @@
+// Times what the pupil waits for in the main shell: the tiles of an activity coming up
+// (at the first entry and at a change of activity in the tree) and going away.
+
+#include "../../tests/app/shellcontent.h"
+
+#include <frmsmallbutton.h>
+#include <mdiform1.h>
+#include <msgbox.h>
+
+#include <QApplication>
+#include <QElapsedTimer>
+#include <QMdiArea>
+
+#include <algorithm>
+#include <cstdio>
+
+namespace {
+
+double median(QList<double> values)
+{
+    std::sort(values.begin(), values.end());
+    return values.isEmpty() ? 0.0 : values.at(values.size() / 2);
+}
+
+void flush()
+{
+    for (int i = 0; i < 3; ++i) {
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        QCoreApplication::processEvents();
+    }
+}
+
+} // namespace
+
+int main(int argc, char *argv[])
+{
+    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    QApplication app(argc, argv);
+    testing::ShellContent content;
+    if (!content.open()) {
+        std::fprintf(stderr, "could not build the course\n");
+        return 1;
+    }
+    platform::setMsgBoxHook([](const QString &, int, const QString &) { return int(platform::vbOK); });
+    MDIForm1::registerDefaultInstance();
+    MDIForm1::setStartScreenFactory([] { return nullptr; });
+
+    constexpr int Rounds = 30;
+    QList<double> firstEntry;
+    QList<double> change;
+    QList<double> unload;
+    for (int round = 0; round < Rounds; ++round) {
+        QElapsedTimer timer;
+        timer.start();
+        auto *shell = static_cast<MDIForm1 *>(ShellWindow::instance());
+        shell->setSelectedActivity(113);
+        shell->show();
+        QCoreApplication::processEvents();
+        shell->repaint();
+        firstEntry << timer.nsecsElapsed() / 1e6;
+
+        timer.restart();
+        shell->UnloadResources();
+        flush();
+        unload << timer.nsecsElapsed() / 1e6;
+
+        timer.restart();
+        shell->setSelectedActivity(round % 2 ? 113 : 107);
+        shell->LoadResources();
+        QCoreApplication::processEvents();
+        shell->repaint();
+        change << timer.nsecsElapsed() / 1e6;
+
+        shell->close();
+        flush();
+    }
+    std::printf("shell with 13 tiles, first entry to painted:   median %.2f ms (%d rounds)\n",
+        median(firstEntry), Rounds);
+    std::printf("unloading 13 tiles:                            median %.2f ms\n", median(unload));
+    std::printf("change of activity (7 or 13 tiles) to painted: median %.2f ms\n", median(change));
+    return 0;
+}

@@ -226,6 +226,7 @@ private slots:
 
     void greekJet3FileReadsRightWithNothingSet()
     {
+        content::jet::forgetLastImport();
         qputenv("MDB_JET3_CHARSET", "CP1252");
         const auto db = Database::OpenDatabase(fixtures::jet3());
         qunsetenv("MDB_JET3_CHARSET");

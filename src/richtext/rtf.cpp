@@ -1,9 +1,11 @@
 #include "rtf.h"
 
+#include "rtfcodepages.h"
 #include "rtfreader.h"
 #include "rtfsinks.h"
 #include "rtfwriter.h"
 
+#include <QStringDecoder>
 #include <QTextCursor>
 #include <QTextDocument>
 #include <QTextDocumentFragment>
@@ -34,14 +36,65 @@ bool isRtf(const QByteArray &data)
     return data.mid(i, 5) == "{\\rtf";
 }
 
+namespace {
+
+// Bytes that are not RTF read as plain text, as the rich-edit control reads them: UTF-8
+// when they are valid UTF-8, else the Greek code page; each line a paragraph.
+void readPlainBytes(const QByteArray &data, RtfSink &sink)
+{
+    QStringDecoder utf8(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
+    QString text = utf8(data);
+    if (utf8.hasError()) {
+        const codepages::CodePage &greek = codepages::codePage(1253);
+        text.resize(0);
+        text.reserve(data.size());
+        for (const char c : data)
+            text.append(QChar(greek.decode(static_cast<unsigned char>(c))));
+    }
+    if (text.startsWith(QChar(u'\uFEFF')))
+        text.remove(0, 1);
+    const CharState chars;
+    const ParaState para;
+    QString line;
+    for (qsizetype i = 0; i < text.size(); ++i) {
+        const char16_t c = text.at(i).unicode();
+        if (c == u'\r' || c == u'\n') {
+            if (c == u'\r' && i + 1 < text.size() && text.at(i + 1) == u'\n')
+                ++i;
+            if (!line.isEmpty())
+                sink.text(line, chars);
+            line.resize(0);
+            sink.paragraphEnd(chars, para);
+            continue;
+        }
+        if ((c < 0x20 && c != u'\t') || c == u'\u2029' || c == u'\uFDD0' || c == u'\uFDD1')
+            continue;
+        line.append(QChar(c));
+    }
+    if (!line.isEmpty())
+        sink.text(line, chars);
+    sink.finish(para);
+}
+
+template<typename Sink> void readInto(const QByteArray &data, Sink &sink)
+{
+    if (!isRtf(data)) {
+        readPlainBytes(data, sink);
+        return;
+    }
+    RtfReader reader(data, sink);
+    sink.setTables(&reader.tables());
+    reader.read();
+}
+
+} // namespace
+
 PlainText readPlainText(const QByteArray &rtf)
 {
     PlainText out;
     out.text.reserve(rtf.size() / 3);
     PlainTextSink sink(out);
-    RtfReader reader(rtf, sink);
-    sink.setTables(&reader.tables());
-    reader.read();
+    readInto(rtf, sink);
     return out;
 }
 
@@ -56,9 +109,7 @@ void readDocument(const QByteArray &rtf, QTextDocument *document)
         QTextCursor cursor(document);
         cursor.beginEditBlock();
         DocumentSink sink(cursor);
-        RtfReader reader(rtf, sink);
-        sink.setTables(&reader.tables());
-        reader.read();
+        readInto(rtf, sink);
         cursor.endEditBlock();
     }
     document->setUndoRedoEnabled(undo);
@@ -73,9 +124,7 @@ void insertRtf(QTextCursor &cursor, const QByteArray &rtf)
     cursor.removeSelectedText();
     DocumentSink sink(cursor);
     sink.setApplyFinal(false);
-    RtfReader reader(rtf, sink);
-    sink.setTables(&reader.tables());
-    reader.read();
+    readInto(rtf, sink);
     cursor.endEditBlock();
 }
 

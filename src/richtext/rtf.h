@@ -45,7 +45,9 @@ struct PlainText
 // True when the bytes look like RTF ("{\rtf").
 bool isRtf(const QByteArray &data);
 
-// Never throws, never hangs: malformed input gives what could be read.
+// Never throws, never hangs: malformed input gives what could be read. Bytes that are not
+// RTF at all read as plain text (UTF-8, else code page 1253), one paragraph a line, as the
+// rich-edit control takes them.
 PlainText readPlainText(const QByteArray &rtf);
 void readDocument(const QByteArray &rtf, QTextDocument *document);
 // Inserts RTF at the cursor of an existing document (for SelRTF).

@@ -141,7 +141,7 @@ void RtfWriter::writeHeader()
         word("f", i);
         word("fnil");
         word("fcharset", isSymbolFamily(m_fonts.at(i)) ? 2 : 161);
-        writeText(m_fonts.at(i));
+        writeFontName(m_fonts.at(i));
         m_out.append(";}");
         m_needDelimiter = false;
     }
@@ -245,6 +245,28 @@ void RtfWriter::writeText(const QString &text)
         } else {
             m_out.append('?');
         }
+        m_needDelimiter = false;
+    }
+}
+
+void RtfWriter::writeFontName(const QString &name)
+{
+    // Font names go in the code page of their charset alone, as the rich-edit control
+    // writes them; readers take no Unicode escapes there.
+    for (const QChar qc : name) {
+        const char16_t c = qc.unicode();
+        if (c == u'\\' || c == u'{' || c == u'}' || c == u';' || c < 0x20)
+            continue;
+        if (c < 0x80) {
+            literal(static_cast<char>(c));
+            continue;
+        }
+        const int byte = codepages::greekByte(c);
+        if (byte < 0)
+            continue;
+        m_out.append("\\'");
+        m_out.append(HexDigits[(byte >> 4) & 0xF]);
+        m_out.append(HexDigits[byte & 0xF]);
         m_needDelimiter = false;
     }
 }

@@ -48,6 +48,7 @@ private:
     void writeBlock(const QTextBlock &block);
     void writeCharFormat(const QTextCharFormat &format);
     void writeText(const QString &text);
+    void writeFontName(const QString &name);
     void writePicture(const QTextImageFormat &format);
     void word(const char *control);
     void word(const char *control, long long value);

@@ -4,6 +4,7 @@
 #include <QFile>
 #include <QRandomGenerator>
 #include <QTest>
+#include <QTextCursor>
 #include <QTextDocument>
 
 namespace {
@@ -48,7 +49,8 @@ private slots:
     {
         QCOMPARE(readBothWays("{\\rtf1 abc{\\b def"), QStringLiteral("abcdef"));
         QCOMPARE(readBothWays("{\\rtf1 a}}}b{c}"), QStringLiteral("a"));
-        QCOMPARE(readBothWays("}}}{\\rtf1 a\\par b}"), QStringLiteral("a\nb"));
+        // Without "{\\rtf" in front the bytes are not RTF at all, and read as plain text.
+        QCOMPARE(readBothWays("}}}{\\rtf1 a\\par b}"), QStringLiteral("}}}{\\rtf1 a\\par b}"));
         QCOMPARE(readBothWays("{\\rtf1 {{{{x"), QStringLiteral("x"));
     }
 
@@ -123,6 +125,21 @@ private slots:
         QByteArray nested = "{\\rtf1 ";
         nested += QByteArray(200, '{') + "x" + QByteArray(200, '}') + "y}";
         QCOMPARE(readBothWays(nested), QStringLiteral("xy"));
+    }
+
+    void bytesThatAreNotRtfReadAsPlainText()
+    {
+        QCOMPARE(readBothWays("\xce\x91\xce\xb8\xce\xae\xce\xbd\xce\xb1\r\nline\rend\n"),
+            QStringLiteral("Αθήνα\nline\nend\n"));
+        QCOMPARE(readBothWays("\xc1\xe8\xde\xed\xe1\ttab\x01"), QStringLiteral("Αθήνα\ttab"));
+        QCOMPARE(readBothWays("\xEF\xBB\xBFutf8"), QStringLiteral("utf8"));
+
+        QTextDocument document;
+        document.setPlainText(QStringLiteral("αρχή τέλος"));
+        QTextCursor cursor(&document);
+        cursor.setPosition(5);
+        richtext::insertRtf(cursor, QStringLiteral("μέση ").toUtf8());
+        QCOMPARE(document.toPlainText(), QStringLiteral("αρχή μέση τέλος"));
     }
 
     void hiddenTextAndUnknownDestinationsAreLeftOut()

@@ -256,7 +256,10 @@ void MDIForm1::TlbMain_ButtonClick(const QString &key)
     } else if (key == u"Network") {
         outside::StartConference();
     } else if (key == u"Ploigisi") {
-        frmPloigisi::defaultInstance(this)->show();
+        frmPloigisi *tree = frmPloigisi::defaultInstance(this);
+        tree->show();
+        tree->raise();
+        tree->activateWindow();
     } else if (key == u"SearchResources") {
         showChild(ChildWindow::SearchResources, false);
     }

@@ -109,6 +109,10 @@ private slots:
         MDIForm1::setStartScreenFactory([] { return new StartScreen; });
         modGlobal::setEndHook([this] { ++m_ends; });
         m_path = qgetenv("PATH");
+        // The mail tests bring a desktop of their own; the machine's plays no part.
+        for (const char *name : {"XDG_CURRENT_DESKTOP", "DESKTOP_SESSION", "KDE_FULL_SESSION",
+                 "GNOME_DESKTOP_SESSION_ID", "MATE_DESKTOP_SESSION_ID", "XDG_MENU_PREFIX"})
+            qunsetenv(name);
     }
 
     void cleanupTestCase()

@@ -10,6 +10,7 @@
 #include <msgbox.h>
 #include <richtextbox.h>
 #include <runtimeerror.h>
+#include <shellwindow.h>
 #include <twips.h>
 
 #include <QApplication>
@@ -282,6 +283,13 @@ void frmResPhoto::Image1_DblClick()
     frmMaxPhoto *view = frmMaxPhoto::instance();
     view->setThePicture(m_photoPath);
     view->setBackColor(photolayout::PanelColor);
+    // Over the shell, in its middle, and above it while open.
+    if (ShellWindow *shell = ShellWindow::existing()) {
+        QWidget *owner = shell->window();
+        if (view->parentWidget() != owner)
+            view->setParent(owner, view->windowFlags());
+        view->move(owner->frameGeometry().center() - QPoint(view->width() / 2, view->height() / 2));
+    }
     view->show();
     view->raise();
     view->activateWindow();

@@ -231,6 +231,28 @@ private slots:
         QCOMPARE(second->TreeView1->currentItem(), second->node(QStringLiteral("Ac106Sc10")));
     }
 
+    void theSchoolFileGivesTheWholePath()
+    {
+        const QString path = QStringLiteral(TREMIDIA_FIXTURES_DIR "/content-jet4.mdb");
+        if (!QFileInfo::exists(path))
+            QSKIP("the school's fixture files are not on this machine");
+        std::unique_ptr<content::Database> course = std::move(modGlobal::gDatabase);
+        modGlobal::gDatabase = content::Database::OpenDatabase(path);
+
+        frmPloigisi *tree = openTree(120, 12);
+        QCOMPARE(tree->TreeView1->topLevelItemCount(), 3);
+        QCOMPARE(tree->node(QStringLiteral("Th17"))->childCount(), 0);
+        QCOMPARE(tree->node(QStringLiteral("Sc31"))->parent(), tree->node(QStringLiteral("Th5")));
+        QCOMPARE(tree->node(QStringLiteral("Sc31"))->childCount(), 0);
+        QCOMPARE(tree->node(QStringLiteral("Sc10"))->childCount(), 3);
+        QCOMPARE(tree->node(QStringLiteral("Sc12"))->childCount(), 3);
+        QCOMPARE(tree->TreeView1->currentItem(), tree->node(QStringLiteral("Ac120Sc12")));
+        QCOMPARE(tree->node(QStringLiteral("Ac101Sc10"))->text(0),
+            QStringLiteral("Δραστηριότητα: Εντοπίστε στον χάρτη τους δήμους και τις τριττύες της Αττικής"));
+        tree->close();
+        modGlobal::gDatabase = std::move(course);
+    }
+
     void treeFillsTheWindowAboveTheCentredGoButton()
     {
         frmPloigisi *tree = openTree(101, 10);

@@ -321,6 +321,44 @@ private slots:
         QCOMPARE(shell->Tiles().at(1)->ResourceID(), 303);
     }
 
+    void schoolFilesGiveOneTilePerLink_data()
+    {
+        QTest::addColumn<QString>("file");
+        QTest::newRow("jet4") << QStringLiteral("content-jet4.mdb");
+        QTest::newRow("jet3") << QStringLiteral("content-jet3.mdb");
+    }
+
+    void schoolFilesGiveOneTilePerLink()
+    {
+        QFETCH(QString, file);
+        const QString path = QStringLiteral(TREMIDIA_FIXTURES_DIR "/") + file;
+        if (!QFileInfo::exists(path))
+            QSKIP("the school's fixture files are not on this machine");
+        std::unique_ptr<content::Database> course = std::move(modGlobal::gDatabase);
+        modGlobal::gDatabase = content::Database::OpenDatabase(path);
+
+        const QList<QPair<qint32, QList<int>>> expected = {{101, {205, 250}}, {102, {201, 204, 204}},
+            {103, {202, 208, 212, 221}}, {107, {211, 233}}, {120, {}}};
+        auto *shell = static_cast<MDIForm1 *>(ShellWindow::instance());
+        shell->show();
+        for (const auto &[activity, resources] : expected) {
+            shell->UnloadResources();
+            shell->setSelectedActivity(activity);
+            shell->LoadResources();
+            flushDeletes();
+            QList<int> ids;
+            for (QWidget *w : QApplication::allWidgets())
+                if (auto *tile = qobject_cast<frmSmallButton *>(w))
+                    ids << tile->ResourceID();
+            std::sort(ids.begin(), ids.end());
+            QCOMPARE(ids, resources);
+        }
+        QVERIFY(m_boxes.isEmpty());
+        shell->close();
+        flushDeletes();
+        modGlobal::gDatabase = std::move(course);
+    }
+
     void menuExitReturnsToTheStartScreen()
     {
         MDIForm1 *shell = openShell(106);

@@ -266,15 +266,20 @@ bool frmResPhoto::eventFilter(QObject *watched, QEvent *event)
     }
 }
 
-void frmResPhoto::startDrag()
+QMimeData *frmResPhoto::Image1_OLEStartDrag() const
 {
     auto *data = new QMimeData;
     data->setImageData(m_picture);
+    return data;
+}
+
+void frmResPhoto::startDrag()
+{
     auto *drag = new QDrag(Image1);
-    drag->setMimeData(data);
+    drag->setMimeData(Image1_OLEStartDrag());
     drag->setPixmap(
         QPixmap::fromImage(m_picture.scaled(64, 64, Qt::KeepAspectRatio, Qt::SmoothTransformation)));
-    drag->exec(Qt::CopyAction, Qt::CopyAction);
+    drag->exec(AllowedEffects, Qt::CopyAction);
 }
 
 void frmResPhoto::Image1_DblClick()

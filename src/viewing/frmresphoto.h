@@ -7,6 +7,7 @@
 
 class QFrame;
 class QLabel;
+class QMimeData;
 class RichTextBox;
 
 // A photograph among the sources: the picture at its own size in a panel, its caption
@@ -55,6 +56,10 @@ public:
     const photolayout::Layout &layout() const { return m_layout; }
 
     void Image1_DblClick();
+
+    // What a drag of the picture offers: the picture itself, to be copied only.
+    QMimeData *Image1_OLEStartDrag() const;
+    static constexpr Qt::DropActions AllowedEffects = Qt::CopyAction;
 
     // The size Load worked out, which the shell's child frame is sized around.
     QSize sizeHint() const override { return m_minimum.isValid() ? m_minimum : SourceViewer::sizeHint(); }

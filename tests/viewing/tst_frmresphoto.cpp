@@ -17,6 +17,7 @@
 #include <QFile>
 #include <QFrame>
 #include <QLabel>
+#include <QMimeData>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
@@ -281,6 +282,15 @@ private slots:
         QTest::mouseClick(view, Qt::LeftButton);
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
         QVERIFY(watch.isNull());
+    }
+
+    void aDragOffersThePictureForCopying()
+    {
+        frmResPhoto *viewer = open(1);
+        std::unique_ptr<QMimeData> data(viewer->Image1_OLEStartDrag());
+        QVERIFY(data->hasImage());
+        QCOMPARE(qvariant_cast<QImage>(data->imageData()).size(), QSize(399, 120));
+        QCOMPARE(frmResPhoto::AllowedEffects, Qt::DropActions(Qt::CopyAction));
     }
 
     void closingTellsTheTileAndUnghostsTheSearchItem()

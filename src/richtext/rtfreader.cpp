@@ -160,6 +160,13 @@ void RtfReader::closeGroup()
     case Dest::FontTable:
         commitFontName();
         break;
+    case Dest::ColorTable:
+        // Some writers leave the ";" off the last colour.
+        if (!m_color.isAuto && (m_stack.size() < 2 || m_stack[m_stack.size() - 2].dest != Dest::ColorTable)) {
+            m_tables.colors.push_back(m_color);
+            m_color = ColorEntry {};
+        }
+        break;
     case Dest::Pict:
         if (m_stack.size() < 2 || m_stack[m_stack.size() - 2].dest != Dest::Pict) {
             m_stack.pop_back();

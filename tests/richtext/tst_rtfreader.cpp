@@ -165,6 +165,13 @@ private slots:
             QStringLiteral("Arial Greek"));
     }
 
+    void aLastColourWithoutItsSemicolonStillCounts()
+    {
+        const auto plain = richtext::readPlainText("{\\rtf1{\\colortbl;\\red0\\green128\\blue0}\\cf1 a}");
+        QVERIFY(!plain.runs.front().colorIsAuto);
+        QCOMPARE(plain.runs.front().color, 0x008000u);
+    }
+
     void runIndexAtFindsTheRunOfAPlace()
     {
         const auto plain = richtext::readPlainText(readData(QStringLiteral("greek_colors.rtf")));

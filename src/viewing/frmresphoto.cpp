@@ -84,6 +84,7 @@ void frmResPhoto::setResourceID(qint32 resourceID)
 void frmResPhoto::GetRecord(qint32 number)
 {
     m_found = true;
+    // Without the content database there is no workspace to open the table in.
     if (!modGlobal::gDatabase) {
         tell(QStringLiteral("Δεν μπορώ να δημιουργήσω το Workspace"));
         m_found = false;

@@ -23,6 +23,7 @@
 #include <QLabel>
 #include <QMdiSubWindow>
 #include <QMenu>
+#include <QScopeGuard>
 
 #include <cmath>
 
@@ -206,13 +207,10 @@ void frmTextResource::rtbTextResource_MouseUp(int, int, double, double)
         ShellWindow *shell = ShellWindow::existing();
         tip->Show(shell ? shell->window() : window());
     } else if (word->HotwordType() == 0) {
-        QApplication::setOverrideCursor(Qt::WaitCursor);
         // The index shows the term when it stands; until then a term's click is quiet.
-        const bool shown = platform::guarded([word] {
-            viewerlinks::openIndex(word->IndexType(), word->phrase(), word->Comment(), word->Photo());
-        });
-        Q_UNUSED(shown);
-        QApplication::restoreOverrideCursor();
+        QApplication::setOverrideCursor(Qt::WaitCursor);
+        const auto restore = qScopeGuard([] { QApplication::restoreOverrideCursor(); });
+        viewerlinks::openIndex(word->IndexType(), word->phrase(), word->Comment(), word->Photo());
     }
 }
 

@@ -608,6 +608,8 @@ private slots:
         QCOMPARE(shell->TlbMain->width(), shell->centralWidget()->width());
         QCOMPARE(shell->TlbMain->y(), 0);
         QVERIFY(shell->mdiArea()->y() >= shell->TlbMain->height());
+        // The bar keeps the height of its buttons, whatever the shell's layout offers.
+        QCOMPARE(shell->TlbMain->Height(), shell->TlbMain->Btn1[0]->Height() + 90);
         Btn *ploigisi = nullptr;
         for (Btn *b : shell->TlbMain->Btn1)
             if (b->Tag() == u"Ploigisi")

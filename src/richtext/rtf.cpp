@@ -135,6 +135,25 @@ QTextDocumentFragment readFragment(const QByteArray &rtf)
     return QTextDocumentFragment(&document);
 }
 
+QByteArray rtfFromString(const QString &rtf)
+{
+    QByteArray out;
+    out.reserve(rtf.size() + 16);
+    for (const QChar qc : rtf) {
+        const char16_t c = qc.unicode();
+        if (c < 0x80) {
+            out.append(static_cast<char>(c));
+            continue;
+        }
+        const int byte = codepages::greekByte(c);
+        if (byte >= 0)
+            out.append(static_cast<char>(byte));
+        else
+            out.append("\\u" + QByteArray::number(static_cast<qint16>(c)) + '?');
+    }
+    return out;
+}
+
 int runIndexAt(const PlainText &plain, int place)
 {
     const auto &runs = plain.runs;

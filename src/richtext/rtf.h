@@ -56,6 +56,11 @@ QTextDocumentFragment readFragment(const QByteArray &rtf);
 // cursor's document, which a bare fragment cannot carry.
 void insertRtf(QTextCursor &cursor, const QByteArray &rtf);
 
+// RTF held in a string, as the TextRTF and SelRTF properties take it, as the bytes the
+// reader reads: characters of code page 1253 as its bytes (the control receives strings
+// in the system's code page), any other character as a Unicode escape.
+QByteArray rtfFromString(const QString &rtf);
+
 // The index of the run that holds the character at place, or -1 past the end. Runs are
 // sorted, so this is a binary search.
 int runIndexAt(const PlainText &plain, int place);

@@ -172,6 +172,17 @@ private slots:
         QCOMPARE(plain.runs.front().color, 0x008000u);
     }
 
+    void rtfHeldInAStringReadsAsTheControlReadsIt()
+    {
+        const QString held
+            = QStringLiteral("{\\rtf1\\ansi\\ansicpg1253 {\\b Ο νόμος για τον οστρακισμό} €\\par}");
+        const QByteArray bytes = richtext::rtfFromString(held);
+        QVERIFY(bytes.contains("\\b \xcf \xed\xfc\xec\xef\xf2"));
+        const auto plain = richtext::readPlainText(bytes);
+        QCOMPARE(plain.text, QStringLiteral("Ο νόμος για τον οστρακισμό €\n"));
+        QVERIFY(plain.runs.front().bold);
+    }
+
     void runIndexAtFindsTheRunOfAPlace()
     {
         const auto plain = richtext::readPlainText(readData(QStringLiteral("greek_colors.rtf")));

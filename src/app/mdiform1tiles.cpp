@@ -63,6 +63,8 @@ void MDIForm1::CreateTiles()
         // A tile is a bare picture in the area: no title bar, no frame.
         QMdiSubWindow *sub = area->addSubWindow(tile, Qt::FramelessWindowHint);
         sub->setObjectName(QStringLiteral("tileFrame%1").arg(counter));
+        // Nor a window menu, whose shortcuts would close a tile from the keyboard.
+        sub->setSystemMenu(nullptr);
         sub->resize(tile->size());
         tile->Load();
         rs.MoveNext();

@@ -19,7 +19,7 @@ struct TextRun
 {
     int start = 0;
     int length = 0;
-    // 0x00BBGGRR; colorAuto for the "auto" colour (which reads as black, 0).
+    // 0x00BBGGRR; colorIsAuto for the "auto" colour (which reads as black, 0).
     quint32 color = 0;
     bool colorIsAuto = true;
     bool bold = false;
@@ -50,7 +50,7 @@ bool isRtf(const QByteArray &data);
 // rich-edit control takes them.
 PlainText readPlainText(const QByteArray &rtf);
 void readDocument(const QByteArray &rtf, QTextDocument *document);
-// Inserts RTF at the cursor of an existing document (for SelRTF).
+// The RTF as a fragment, for pasting elsewhere; its pictures stay behind (see insertRtf).
 QTextDocumentFragment readFragment(const QByteArray &rtf);
 // Inserts RTF at the cursor, replacing its selection; pictures become resources of the
 // cursor's document, which a bare fragment cannot carry.

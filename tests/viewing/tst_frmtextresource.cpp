@@ -2,7 +2,9 @@
 #include "../hotwords/testcontent.h"
 #include "viewershell.h"
 
+#include <clstexts.h>
 #include <colhotwords.h>
+#include <contentpath.h>
 #include <errorpolicy.h>
 #include <frmtextresource.h>
 #include <frmtooltips.h>
@@ -21,6 +23,7 @@
 #include <QFile>
 #include <QLabel>
 #include <QMdiSubWindow>
+#include <QScopeGuard>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
@@ -335,6 +338,49 @@ private slots:
         viewer->Unload();
         QCOMPARE(unloaded.count(), 1);
         QVERIFY(m_messages.isEmpty());
+    }
+
+    void theViewerAndTheContentToolLocateTheSampleAlike()
+    {
+        const QString sample = QStringLiteral(TREMIDIA_BINARY_DIR "/sample/tremidia.sqlite");
+        if (!QFile::exists(sample))
+            QSKIP("the sample course is not built");
+        auto ours = std::move(modGlobal::gDatabase);
+        const QString ourFolder = modGlobal::gDataFolder;
+        const auto restore = qScopeGuard([&] {
+            modGlobal::gDatabase = std::move(ours);
+            modGlobal::gDataFolder = ourFolder;
+        });
+        modGlobal::gDatabase = content::Database::OpenDatabase(sample);
+        modGlobal::gDataFolder = QFileInfo(sample).absolutePath();
+
+        auto rs = modGlobal::gDatabase->OpenRecordset(
+            u"SELECT ResourceID, TextPath FROM Resources WHERE ResTypeID = 2"_s);
+        int texts = 0;
+        int located = 0;
+        while (!rs->Eof()) {
+            const qint32 id = rs->Fields(u"ResourceID"_s).Value().toInt();
+            QFile file(platform::contentPath(
+                modGlobal::gDataFolder, u"\\piges\\"_s, rs->Fields(u"TextPath"_s).text()));
+            QVERIFY(file.open(QIODevice::ReadOnly));
+            PlainTextHotWordModel plain(richtext::readPlainText(file.readAll()));
+            auto expected = clsTexts(*modGlobal::gDatabase, modGlobal::gDataFolder).HotWords(id);
+            hotwords::FillHotWords(plain, *expected);
+
+            frmTextResource viewer;
+            viewer.setResourceID(id);
+            viewer.Load();
+            QCOMPARE(viewer.hotWords()->Count(), expected->Count());
+            for (int i = 1; i <= expected->Count(); ++i) {
+                QCOMPARE(viewer.hotWords()->Item(i).First(), expected->Item(i).First());
+                QCOMPARE(viewer.hotWords()->Item(i).Last(), expected->Item(i).Last());
+                located += expected->Item(i).Last() > 0 ? 1 : 0;
+            }
+            ++texts;
+            rs->MoveNext();
+        }
+        QVERIFY(texts > 0);
+        QVERIFY(located > 0);
     }
 
     void aMissingFileGoesUpToTheOpener()

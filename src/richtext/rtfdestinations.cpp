@@ -35,26 +35,33 @@ void RtfReader::resolveList(ParaState &para) const
 {
     if (para.listOverride <= 0)
         return;
-    para.list = ListKind::None;
-    for (const ListOverride &o : m_overrides) {
-        if (o.number != para.listOverride)
-            continue;
-        for (const WordList &list : m_lists) {
-            if (list.id != o.listId)
+    // Paragraphs of one list follow each other; the tables are searched once for them.
+    if (m_resolved.valid && m_resolved.listOverride == para.listOverride
+        && m_resolved.listLevel == para.listLevel) {
+        para.list = m_resolved.list;
+        para.listStart = m_resolved.listStart;
+        return;
+    }
+    para.list = ListKind::Bullet; // an override that no table defines still marks a list item
+    const auto search = [&] {
+        for (const ListOverride &o : m_overrides) {
+            if (o.number != para.listOverride)
                 continue;
-            if (list.levels.empty()) {
-                para.list = ListKind::Bullet;
+            for (const WordList &list : m_lists) {
+                if (list.id != o.listId)
+                    continue;
+                if (!list.levels.empty()) {
+                    const ListLevel &level = list.levels[static_cast<std::size_t>(
+                        clampInt(para.listLevel, 0, static_cast<int>(list.levels.size()) - 1))];
+                    para.list = listKindForNfc(level.nfc);
+                    para.listStart = level.start;
+                }
                 return;
             }
-            const ListLevel &level = list.levels[static_cast<std::size_t>(
-                clampInt(para.listLevel, 0, static_cast<int>(list.levels.size()) - 1))];
-            para.list = listKindForNfc(level.nfc);
-            para.listStart = level.start;
-            return;
         }
-    }
-    // An override that no table defines still marks a list item.
-    para.list = ListKind::Bullet;
+    };
+    search();
+    m_resolved = {true, para.listOverride, para.listLevel, para.list, para.listStart};
 }
 
 void RtfReader::commitFontName()
@@ -245,6 +252,7 @@ void RtfReader::handleTableWord(Dest dest, Kw keyword, int param)
         }
         return;
     case Dest::ListTable:
+        m_resolved.valid = false;
         switch (keyword) {
         case Kw::List:
             m_lists.emplace_back();
@@ -270,6 +278,7 @@ void RtfReader::handleTableWord(Dest dest, Kw keyword, int param)
         }
         return;
     case Dest::ListOverrideTable:
+        m_resolved.valid = false;
         switch (keyword) {
         case Kw::ListOverride:
             m_overrides.emplace_back();

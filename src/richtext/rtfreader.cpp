@@ -8,7 +8,7 @@ namespace richtext {
 
 namespace {
 
-// Frames beyond this depth are not kept; their braces are still counted.
+// Groups nested deeper than this are passed over whole; no document nests so deep.
 constexpr std::size_t MaxDepth = 512;
 
 // Indents and spacing beyond a few metres of paper are junk; keeping them sane keeps

@@ -111,6 +111,15 @@ private:
     int m_pendingTabKind = 0;
     std::vector<WordList> m_lists;
     std::vector<ListOverride> m_overrides;
+    struct ResolvedList
+    {
+        bool valid = false;
+        int listOverride = 0;
+        int listLevel = 0;
+        ListKind list = ListKind::None;
+        int listStart = 1;
+    };
+    mutable ResolvedList m_resolved;
 };
 
 } // namespace richtext

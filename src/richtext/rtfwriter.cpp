@@ -89,22 +89,25 @@ QString RtfWriter::familyOf(const QTextCharFormat &format) const
 
 int RtfWriter::fontIndex(const QString &family)
 {
-    const qsizetype at = m_fonts.indexOf(family);
-    if (at >= 0)
-        return static_cast<int>(at);
+    const auto it = m_fontIndex.constFind(family);
+    if (it != m_fontIndex.cend())
+        return it.value();
     m_fonts.append(family);
-    return static_cast<int>(m_fonts.size() - 1);
+    const int index = static_cast<int>(m_fonts.size() - 1);
+    m_fontIndex.insert(family, index);
+    return index;
 }
 
 int RtfWriter::colorIndex(const QColor &color)
 {
     const quint32 value = bgr(color);
-    for (std::size_t i = 0; i < m_colors.size(); ++i) {
-        if (m_colors[i] == value)
-            return static_cast<int>(i + 1);
-    }
+    const auto it = m_colorIndex.constFind(value);
+    if (it != m_colorIndex.cend())
+        return it.value();
     m_colors.push_back(value);
-    return static_cast<int>(m_colors.size());
+    const int index = static_cast<int>(m_colors.size()); // after the "auto" entry
+    m_colorIndex.insert(value, index);
+    return index;
 }
 
 void RtfWriter::collectTables()
@@ -128,8 +131,7 @@ void RtfWriter::collectTables()
         }
     }
     if (bullets) {
-        const qsizetype at = m_fonts.indexOf(QStringLiteral("Symbol"));
-        m_symbolFont = at >= 0 ? static_cast<int>(at) : fontIndex(QStringLiteral("Symbol"));
+        m_symbolFont = fontIndex(QStringLiteral("Symbol"));
     }
 }
 

@@ -2,6 +2,7 @@
 
 #include <QByteArray>
 #include <QColor>
+#include <QHash>
 #include <QString>
 #include <QStringList>
 
@@ -57,7 +58,9 @@ private:
     const QTextDocument &m_document;
     QByteArray m_out;
     QStringList m_fonts;
+    QHash<QString, int> m_fontIndex;
     std::vector<quint32> m_colors; // 0x00BBGGRR, after the "auto" entry
+    QHash<quint32, int> m_colorIndex;
     int m_symbolFont = -1;
     QString m_defaultFamily;
     double m_defaultPointSize = 12;

@@ -217,8 +217,11 @@ void frmPloigisi::Form_Load()
             = m_nodes.value(QStringLiteral("Ac") + QString::number(modGlobal::gActivityID)
                 + QStringLiteral("Sc") + QString::number(modGlobal::gScenarioID));
         TreeView1->setCurrentItem(selected);
-        if (selected)
+        if (selected) {
+            for (QTreeWidgetItem *up = selected->parent(); up; up = up->parent())
+                up->setExpanded(true);
             TreeView1->scrollToItem(selected);
+        }
     });
     resumeNext([this] {
         QTreeWidgetItem *selected = TreeView1->currentItem();

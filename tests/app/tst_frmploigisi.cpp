@@ -159,6 +159,8 @@ private slots:
     {
         frmPloigisi *tree = openTree(120, 12);
         QCOMPARE(tree->TreeView1->currentItem(), tree->node(QStringLiteral("Ac120Sc12")));
+        QVERIFY(tree->node(QStringLiteral("Sc12"))->isExpanded());
+        QVERIFY(tree->node(QStringLiteral("Th5"))->isExpanded());
         QCOMPARE(tree->PendingScenarioID(), 12);
         QVERIFY(!tree->cmdGo->isEnabled());
     }

@@ -35,33 +35,30 @@ void RtfReader::resolveList(ParaState &para) const
 {
     if (para.listOverride <= 0)
         return;
-    // Paragraphs of one list follow each other; the tables are searched once for them.
-    if (m_resolved.valid && m_resolved.listOverride == para.listOverride
-        && m_resolved.listLevel == para.listLevel) {
-        para.list = m_resolved.list;
-        para.listStart = m_resolved.listStart;
-        return;
+    if (!m_listIndexValid) {
+        // Built once the tables are read, so that each paragraph costs two look-ups.
+        m_overrideIndex.clear();
+        for (const ListOverride &o : m_overrides)
+            m_overrideIndex.try_emplace(o.number, o.listId);
+        m_listIndex.clear();
+        for (std::size_t i = 0; i < m_lists.size(); ++i)
+            m_listIndex.try_emplace(m_lists[i].id, i);
+        m_listIndexValid = true;
     }
     para.list = ListKind::Bullet; // an override that no table defines still marks a list item
-    const auto search = [&] {
-        for (const ListOverride &o : m_overrides) {
-            if (o.number != para.listOverride)
-                continue;
-            for (const WordList &list : m_lists) {
-                if (list.id != o.listId)
-                    continue;
-                if (!list.levels.empty()) {
-                    const ListLevel &level = list.levels[static_cast<std::size_t>(
-                        clampInt(para.listLevel, 0, static_cast<int>(list.levels.size()) - 1))];
-                    para.list = listKindForNfc(level.nfc);
-                    para.listStart = level.start;
-                }
-                return;
-            }
-        }
-    };
-    search();
-    m_resolved = {true, para.listOverride, para.listLevel, para.list, para.listStart};
+    const auto o = m_overrideIndex.find(para.listOverride);
+    if (o == m_overrideIndex.end())
+        return;
+    const auto l = m_listIndex.find(o->second);
+    if (l == m_listIndex.end())
+        return;
+    const WordList &list = m_lists[l->second];
+    if (list.levels.empty())
+        return;
+    const ListLevel &level = list.levels[static_cast<std::size_t>(
+        clampInt(para.listLevel, 0, static_cast<int>(list.levels.size()) - 1))];
+    para.list = listKindForNfc(level.nfc);
+    para.listStart = level.start;
 }
 
 void RtfReader::commitFontName()
@@ -252,7 +249,7 @@ void RtfReader::handleTableWord(Dest dest, Kw keyword, int param)
         }
         return;
     case Dest::ListTable:
-        m_resolved.valid = false;
+        m_listIndexValid = false;
         switch (keyword) {
         case Kw::List:
             m_lists.emplace_back();
@@ -278,7 +275,7 @@ void RtfReader::handleTableWord(Dest dest, Kw keyword, int param)
         }
         return;
     case Dest::ListOverrideTable:
-        m_resolved.valid = false;
+        m_listIndexValid = false;
         switch (keyword) {
         case Kw::ListOverride:
             m_overrides.emplace_back();

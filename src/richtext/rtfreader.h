@@ -8,6 +8,7 @@
 #include <QString>
 
 #include <string_view>
+#include <unordered_map>
 #include <vector>
 
 namespace richtext::codepages {
@@ -111,15 +112,9 @@ private:
     int m_pendingTabKind = 0;
     std::vector<WordList> m_lists;
     std::vector<ListOverride> m_overrides;
-    struct ResolvedList
-    {
-        bool valid = false;
-        int listOverride = 0;
-        int listLevel = 0;
-        ListKind list = ListKind::None;
-        int listStart = 1;
-    };
-    mutable ResolvedList m_resolved;
+    mutable std::unordered_map<int, int> m_overrideIndex; // \ls number to list id
+    mutable std::unordered_map<int, std::size_t> m_listIndex; // list id to its place
+    mutable bool m_listIndexValid = false;
 };
 
 } // namespace richtext

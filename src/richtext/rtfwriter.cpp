@@ -13,6 +13,7 @@
 #include <QTextList>
 #include <QUrl>
 
+#include <charconv>
 #include <cmath>
 
 namespace richtext {
@@ -66,9 +67,11 @@ void RtfWriter::word(const char *control)
 
 void RtfWriter::word(const char *control, long long value)
 {
+    char digits[24];
+    const auto end = std::to_chars(digits, digits + sizeof digits, value).ptr;
     m_out.append('\\');
     m_out.append(control);
-    m_out.append(QByteArray::number(value));
+    m_out.append(digits, end - digits);
     m_needDelimiter = true;
 }
 

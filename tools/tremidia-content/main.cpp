@@ -1,9 +1,13 @@
 #include "commands.h"
 
+#include <QDir>
 #include <QGuiApplication>
 #include <QTextStream>
 
 #include <cstdio>
+
+#include <sys/stat.h>
+#include <unistd.h>
 
 namespace {
 
@@ -28,6 +32,14 @@ int main(int argc, char *argv[])
     // display is enough for that.
     if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
         qputenv("QT_QPA_PLATFORM", "offscreen");
+    // Run from a maintenance shell or a build there is often no session runtime folder;
+    // give Qt a private one rather than a warning on every run.
+    if (qEnvironmentVariableIsEmpty("XDG_RUNTIME_DIR")) {
+        const QByteArray dir
+            = QDir::tempPath().toLocal8Bit() + "/tremidia-content-runtime-" + QByteArray::number(getuid());
+        ::mkdir(dir.constData(), 0700);
+        qputenv("XDG_RUNTIME_DIR", dir);
+    }
     QGuiApplication app(argc, argv);
 
     QStringList args = app.arguments();

@@ -25,8 +25,15 @@ void CenterAndShow(QWidget *form)
     QMdiSubWindow *sub = qobject_cast<QMdiSubWindow *>(form);
     if (!sub)
         sub = qobject_cast<QMdiSubWindow *>(form->parentWidget());
-    if (!sub || sub->mdiArea() != area)
-        sub = area->addSubWindow(form);
+    if (!sub || sub->mdiArea() != area) {
+        // A child window takes its size from its form, as the form was designed; the
+        // sub-window would otherwise shrink it to its own default.
+        const QSize designed = form->size();
+        const Qt::WindowFlags flags = form->windowFlags() & Qt::FramelessWindowHint;
+        sub = area->addSubWindow(form, flags ? Qt::SubWindow | Qt::FramelessWindowHint : Qt::SubWindow);
+        const QMargins frame = sub->contentsMargins();
+        sub->resize(designed.grownBy(frame));
+    }
 
     const double scaleWidth = platform::twipsFromPixelsX(area->viewport()->width());
     const double scaleHeight = platform::twipsFromPixelsY(area->viewport()->height());

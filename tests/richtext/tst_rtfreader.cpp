@@ -98,6 +98,43 @@ private slots:
         }
     }
 
+    void aWordProcessorsRtfReadsLikeTheOriginal_data()
+    {
+        QTest::addColumn<QString>("name");
+        QTest::newRow("colours") << QStringLiteral("greek_colors");
+        QTest::newRow("lists") << QStringLiteral("word_lists");
+        QTest::newRow("pictures") << QStringLiteral("pictures");
+    }
+    void aWordProcessorsRtfReadsLikeTheOriginal()
+    {
+        // The files of this folder, saved again by LibreOffice Writer: Unicode escapes,
+        // styles, its own list tables and picture wrapping.
+        QFETCH(QString, name);
+        const auto original = richtext::readPlainText(readData(name + QStringLiteral(".rtf")));
+        const auto saved = richtext::readPlainText(
+            readData(QStringLiteral("libreoffice/") + name + QStringLiteral(".rtf")));
+        QCOMPARE(saved.text, original.text);
+        for (int p = 0; p < int(original.text.size()); ++p) {
+            if (original.text.at(p) == u'\n')
+                continue;
+            const auto &a = original.runs[std::size_t(richtext::runIndexAt(original, p))];
+            const auto &b = saved.runs[std::size_t(richtext::runIndexAt(saved, p))];
+            QCOMPARE(b.colorIsAuto ? -1 : int(b.color), a.colorIsAuto ? -1 : int(a.color));
+            QCOMPARE(b.bold, a.bold);
+            QCOMPARE(b.italic, a.italic);
+            QCOMPARE(b.underline, a.underline);
+        }
+        if (name == u"word_lists") {
+            QTextDocument document;
+            richtext::readDocument(readData(QStringLiteral("libreoffice/word_lists.rtf")), &document);
+            const QTextBlock first = document.begin().next();
+            QVERIFY(first.textList());
+            QCOMPARE(first.textList()->format().style(), QTextListFormat::ListDisc);
+            QVERIFY(first.next().next().textList());
+            QCOMPARE(first.next().next().textList()->format().style(), QTextListFormat::ListDecimal);
+        }
+    }
+
     void greekCodePageBytesBecomeGreekLetters()
     {
         const auto plain

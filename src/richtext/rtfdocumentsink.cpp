@@ -93,6 +93,12 @@ QTextBlockFormat blockFormatFor(const ParaState &para)
         format.setTopMargin(pixelsY(para.spaceBefore));
     if (para.spaceAfter != 0)
         format.setBottomMargin(pixelsY(para.spaceAfter));
+    if (para.lineSpacing > 0 && para.lineMultiple)
+        format.setLineHeight(para.lineSpacing * 100.0 / 240.0, QTextBlockFormat::ProportionalHeight);
+    else if (para.lineSpacing > 0)
+        format.setLineHeight(pixelsY(para.lineSpacing), QTextBlockFormat::MinimumHeight);
+    else if (para.lineSpacing < 0)
+        format.setLineHeight(pixelsY(-para.lineSpacing), QTextBlockFormat::FixedHeight);
     if (para.list != ListKind::None) {
         if (para.firstLineIndent != 0)
             format.setProperty(ListFirstLineIndentProperty, para.firstLineIndent);

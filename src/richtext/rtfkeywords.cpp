@@ -110,6 +110,8 @@ const std::unordered_map<std::string_view, Kw> &table()
         {"fi", Kw::Fi},
         {"sb", Kw::Sb},
         {"sa", Kw::Sa},
+        {"sl", Kw::Sl},
+        {"slmult", Kw::SlMult},
         {"tx", Kw::Tx},
         {"tqr", Kw::Tqr},
         {"tqc", Kw::Tqc},

@@ -62,6 +62,8 @@ enum class Kw : quint8 {
     Fi,
     Sb,
     Sa,
+    Sl,
+    SlMult,
     Tx,
     Tqr,
     Tqc,

@@ -618,6 +618,12 @@ void RtfReader::handleWord(std::string_view word, bool hasParam, int param)
     case Kw::Sa:
         para.spaceAfter = clampTwips(param);
         break;
+    case Kw::Sl:
+        para.lineSpacing = hasParam ? clampTwips(param) : 0;
+        break;
+    case Kw::SlMult:
+        para.lineMultiple = on;
+        break;
     case Kw::Tqr:
         m_pendingTabKind = 2;
         break;

@@ -48,6 +48,8 @@ struct ParaState
     int firstLineIndent = 0;
     int spaceBefore = 0;
     int spaceAfter = 0;
+    int lineSpacing = 0; // \sl: 0 single; above 0 at least, below 0 exactly (twips)
+    bool lineMultiple = false; // \slmult1: lineSpacing in 240ths of a line
     int tabCount = 0;
     std::array<TabStop, MaxTabs> tabs {};
     ListKind list = ListKind::None;

@@ -385,6 +385,29 @@ void RtfWriter::writeBlock(const QTextBlock &block)
         word("sb", sb);
     if (const int sa = twipsY(format.bottomMargin()); sa != 0)
         word("sa", sa);
+    switch (format.lineHeightType()) {
+    case QTextBlockFormat::ProportionalHeight:
+        if (const int sl = static_cast<int>(std::lround(format.lineHeight() * 240.0 / 100.0));
+            sl > 0 && sl != 240) {
+            word("sl", sl);
+            word("slmult", 1);
+        }
+        break;
+    case QTextBlockFormat::MinimumHeight:
+        if (const int sl = twipsY(format.lineHeight()); sl > 0) {
+            word("sl", sl);
+            word("slmult", 0);
+        }
+        break;
+    case QTextBlockFormat::FixedHeight:
+        if (const int sl = twipsY(format.lineHeight()); sl > 0) {
+            word("sl", -sl);
+            word("slmult", 0);
+        }
+        break;
+    default:
+        break;
+    }
     for (const QTextOption::Tab &tab : format.tabPositions()) {
         switch (tab.type) {
         case QTextOption::CenterTab:

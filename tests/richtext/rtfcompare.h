@@ -60,6 +60,7 @@ inline QString describeBlock(const QTextBlock &block)
     parts << QString::number(f.textIndent()) << QString::number(f.topMargin())
           << QString::number(f.bottomMargin());
     parts << f.property(richtext::ListFirstLineIndentProperty).toString();
+    parts << QStringLiteral("line %1 %2").arg(f.lineHeight()).arg(f.lineHeightType());
     for (const QTextOption::Tab &tab : f.tabPositions())
         parts << QStringLiteral("tab %1 %2").arg(tab.position).arg(int(tab.type));
     if (const QTextList *list = block.textList()) {

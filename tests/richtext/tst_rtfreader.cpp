@@ -294,7 +294,7 @@ private slots:
         QTextDocument document;
         richtext::readDocument(
             "{\\rtf1\\pard\\qc\\li300\\ri150\\fi-150\\sb60\\sa120\\tqr\\tx1500\\tx3000 a\\par"
-            "\\pard\\qr b\\par\\pard\\qj c}",
+            "\\pard\\qr\\sl360\\slmult1 b\\par\\pard\\qj c}",
             &document);
         const QTextBlockFormat a = document.begin().blockFormat();
         QCOMPARE(a.alignment() & Qt::AlignHorizontal_Mask, Qt::AlignHCenter);
@@ -308,6 +308,9 @@ private slots:
         QCOMPARE(a.tabPositions().at(1).position, 200.0);
         QCOMPARE(
             document.begin().next().blockFormat().alignment() & Qt::AlignHorizontal_Mask, Qt::AlignRight);
+        QCOMPARE(document.begin().next().blockFormat().lineHeightType(),
+            int(QTextBlockFormat::ProportionalHeight));
+        QCOMPARE(document.begin().next().blockFormat().lineHeight(), 150.0);
         QCOMPARE(document.lastBlock().blockFormat().alignment() & Qt::AlignHorizontal_Mask, Qt::AlignJustify);
     }
 

@@ -71,6 +71,19 @@ QTextBlockFormat randomBlockFormat(QRandomGenerator &random, bool inList)
         f.setTopMargin(random.bounded(0, 20));
     if (random.bounded(3) == 0)
         f.setBottomMargin(random.bounded(0, 20));
+    switch (random.bounded(8)) {
+    case 0:
+        f.setLineHeight(random.bounded(2) ? 150 : 115, QTextBlockFormat::ProportionalHeight);
+        break;
+    case 1:
+        f.setLineHeight(random.bounded(10, 40), QTextBlockFormat::MinimumHeight);
+        break;
+    case 2:
+        f.setLineHeight(random.bounded(10, 40), QTextBlockFormat::FixedHeight);
+        break;
+    default:
+        break;
+    }
     if (random.bounded(4) == 0) {
         QList<QTextOption::Tab> tabs;
         static const QTextOption::TabType types[]

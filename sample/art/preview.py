@@ -7,8 +7,8 @@ sys.path.insert(0, os.path.dirname(os.path.abspath(__file__)))
 import objects, scenes, maps, frescoes, plans  # noqa: E402
 
 os.makedirs("/tmp/preview", exist_ok=True)
-for spec in sys.argv[1:]:
-    name, w, h = spec.split(":")
+for item in sys.argv[1:]:
+    name, w, h = item.split(":")
     mod, fn = name.split(".")
     s = getattr(globals()[mod], fn)(int(w), int(h))
     p = f"/tmp/preview/{fn}_{w}.svg"

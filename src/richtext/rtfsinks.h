@@ -86,8 +86,7 @@ private:
     bool m_applyFinal = true;
 };
 
-// Block and list formats of a paragraph, shared by the reader and the checks of the
-// writer's output.
+// The block format and the list style that a paragraph of RTF becomes.
 QTextBlockFormat blockFormatFor(const ParaState &para);
 QTextListFormat::Style listStyleFor(ListKind kind);
 

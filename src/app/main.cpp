@@ -1,6 +1,7 @@
 #include "main_routine.h"
 #include "mdiform1.h"
 
+#include <programbitmaps.h>
 #include <translations.h>
 
 #include <QApplication>
@@ -9,7 +10,9 @@ int main(int argc, char *argv[])
 {
     QApplication app(argc, argv);
     QApplication::setApplicationName(QStringLiteral("tremidia"));
-    QApplication::setApplicationDisplayName(QStringLiteral("Τρεμίδια"));
+    // No display name: the window system would add it to every caption, and the
+    // windows' captions are the program's own text.
+    QApplication::setWindowIcon(resources::LoadResIcon(QStringLiteral("agio")));
     platform::installGreekTranslations(app);
     MDIForm1::registerDefaultInstance();
 

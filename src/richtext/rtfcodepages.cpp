@@ -100,7 +100,11 @@ CodePage::CodePage(int number)
         QString out;
         const int error = converter.convert(&byte, 1, out);
         if (error == 0 && out.size() == 1) {
-            m_table[b] = out.at(0).unicode();
+            const char16_t c = out.at(0).unicode();
+            // Some pages (the EBCDIC ones) give control characters for high bytes; those
+            // would stand for nothing in a document, so they read as unknown.
+            const bool control = c < 0x20 || c == u'\u2029' || c == u'\uFDD0' || c == u'\uFDD1';
+            m_table[b] = b >= 0x80 && control ? u'\uFFFD' : c;
         } else if (error == EINVAL && b >= 0x80) {
             m_lead[b] = true;
             m_doubleByte = true;

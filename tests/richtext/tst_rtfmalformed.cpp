@@ -142,6 +142,27 @@ private slots:
         QCOMPARE(document.toPlainText(), QStringLiteral("αρχή μέση τέλος"));
     }
 
+    void codePagesWithControlCharactersGiveNone()
+    {
+        // EBCDIC pages give control characters for high bytes; a document has no place
+        // for them, and the writer could not give them back.
+        for (const int page : {500, 1390}) {
+            QByteArray rtf = "{\\rtf1\\ansi\\ansicpg" + QByteArray::number(page) + ' ';
+            for (int b = 0x80; b < 0x100; ++b)
+                rtf += "\\'" + QByteArray::number(b, 16);
+            rtf += '}';
+            const QString text = readBothWays(rtf);
+            QVERIFY(text != Disagreement);
+            for (const QChar c : text)
+                QVERIFY2(c.unicode() >= 0x20, qPrintable(QString::number(c.unicode(), 16)));
+            QTextDocument document;
+            richtext::readDocument(rtf, &document);
+            QTextDocument again;
+            richtext::readDocument(richtext::writeDocument(document), &again);
+            QCOMPARE(documentText(again), text);
+        }
+    }
+
     void hiddenTextAndUnknownDestinationsAreLeftOut()
     {
         QCOMPARE(

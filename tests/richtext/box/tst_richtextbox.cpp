@@ -1,6 +1,8 @@
 // RichTextBox as the windows use it: places, selection, formats and their Null
 // readings, Find, the box's own properties and its signals.
 
+#include "richtextboxtesthelpers.h"
+
 #include <richtextbox.h>
 #include <richtextsearch.h>
 #include <runtimeerror.h>
@@ -22,24 +24,7 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
-constexpr quint32 Red = 0x0000FF; // RGB(255, 0, 0)
-constexpr quint32 Blue = 0xFF0000; // RGB(0, 0, 255)
-
-int errorNumberOf(const std::function<void()> &statement)
-{
-    try {
-        statement();
-    } catch (const platform::RuntimeError &e) {
-        return e.number();
-    }
-    return 0;
-}
-
-void select(RichTextBox &box, int start, int length)
-{
-    box.setSelStart(start);
-    box.setSelLength(length);
-}
+using namespace richtextboxtest;
 
 // How the text viewer locates a hot word: the first occurrence, ignoring case, whose
 // first character is painted; then the whole phrase must be of one colour, not black.

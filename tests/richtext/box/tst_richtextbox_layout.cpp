@@ -1,5 +1,7 @@
 // RichTextBox on screen and on paper: line counts, points and places, files, printing.
 
+#include "richtextboxtesthelpers.h"
+
 #include <richtextbox.h>
 #include <runtimeerror.h>
 
@@ -19,28 +21,7 @@
 
 using namespace Qt::Literals::StringLiterals;
 
-namespace {
-
-constexpr quint32 Red = 0x0000FF; // RGB(255, 0, 0)
-constexpr quint32 Blue = 0xFF0000; // RGB(0, 0, 255)
-
-int errorNumberOf(const std::function<void()> &statement)
-{
-    try {
-        statement();
-    } catch (const platform::RuntimeError &e) {
-        return e.number();
-    }
-    return 0;
-}
-
-void select(RichTextBox &box, int start, int length)
-{
-    box.setSelStart(start);
-    box.setSelLength(length);
-}
-
-} // namespace
+using namespace richtextboxtest;
 
 class tst_RichTextBoxLayout : public QObject
 {

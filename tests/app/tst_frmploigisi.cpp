@@ -1,3 +1,5 @@
+#include "../support/msgboxrecorder.h"
+
 #include "shellcontent.h"
 
 #include <btn.h>
@@ -47,13 +49,7 @@ class tst_frmPloigisi : public QObject
 {
     Q_OBJECT
 
-    struct Shown
-    {
-        QString text;
-        int style;
-        QString title;
-    };
-    QList<Shown> m_boxes;
+    testing::MsgBoxRecorder m_boxes;
     testing::ShellContent *m_content = nullptr;
     RecordingShell *m_shell = nullptr;
 
@@ -89,11 +85,7 @@ private slots:
 
     void init()
     {
-        m_boxes.clear();
-        platform::setMsgBoxHook([this](const QString &text, int style, const QString &title) {
-            m_boxes.append({text, style, title});
-            return int(platform::vbOK);
-        });
+        m_boxes.install();
         m_shell = new RecordingShell;
         m_shell->show();
     }

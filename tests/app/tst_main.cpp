@@ -1,3 +1,5 @@
+#include "../support/msgboxrecorder.h"
+
 #include "startscreencontent.h"
 
 #include <checklistview.h>
@@ -23,13 +25,7 @@ class tst_Main : public QObject
 {
     Q_OBJECT
 
-    struct Shown
-    {
-        QString text;
-        int style;
-        QString title;
-    };
-    QList<Shown> m_shown;
+    testing::MsgBoxRecorder m_shown;
     QTemporaryDir m_dir;
 
     QString configHome() const { return m_dir.filePath(QStringLiteral("config")); }
@@ -81,11 +77,7 @@ private slots:
 
     void init()
     {
-        m_shown.clear();
-        platform::setMsgBoxHook([this](const QString &text, int style, const QString &title) {
-            m_shown.append({text, style, title});
-            return int(platform::vbOK);
-        });
+        m_shown.install();
         QDir(configHome()).removeRecursively();
         modGlobal::gDatabase.reset();
         modGlobal::gDatabasePath.clear();

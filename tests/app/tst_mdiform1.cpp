@@ -1,3 +1,5 @@
+#include "../support/msgboxrecorder.h"
+
 #include "../outside/recorder.h"
 #include "../viewing/fakeviewers.h"
 #include "shellcontent.h"
@@ -74,13 +76,7 @@ class tst_MDIForm1 : public QObject
 {
     Q_OBJECT
 
-    struct Shown
-    {
-        QString text;
-        int style;
-        QString title;
-    };
-    QList<Shown> m_boxes;
+    testing::MsgBoxRecorder m_boxes;
     testing::ShellContent *m_content = nullptr;
     int m_ends = 0;
     QByteArray m_path;
@@ -123,12 +119,8 @@ private slots:
 
     void init()
     {
-        m_boxes.clear();
         m_ends = 0;
-        platform::setMsgBoxHook([this](const QString &text, int style, const QString &title) {
-            m_boxes.append({text, style, title});
-            return int(platform::vbOK);
-        });
+        m_boxes.install();
         FakeViewer::registerAll();
         StartScreen::created = 0;
     }

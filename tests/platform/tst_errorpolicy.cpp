@@ -1,3 +1,5 @@
+#include "../support/msgboxrecorder.h"
+
 #include <errorpolicy.h>
 #include <msgbox.h>
 
@@ -8,23 +10,10 @@ class tst_ErrorPolicy : public QObject
 {
     Q_OBJECT
 
-    struct Shown
-    {
-        QString text;
-        int style;
-        QString title;
-    };
-    QList<Shown> m_shown;
+    testing::MsgBoxRecorder m_shown;
 
 private slots:
-    void init()
-    {
-        m_shown.clear();
-        platform::setMsgBoxHook([this](const QString &text, int style, const QString &title) {
-            m_shown.append({text, style, title});
-            return int(platform::vbOK);
-        });
-    }
+    void init() { m_shown.install(); }
     void cleanup() { platform::setMsgBoxHook({}); }
 
     void untrappedErrorStopsHandlerAndShowsBox()

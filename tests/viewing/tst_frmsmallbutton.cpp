@@ -1,3 +1,5 @@
+#include "../support/msgboxrecorder.h"
+
 #include "../app/shellcontent.h"
 #include "fakeviewers.h"
 
@@ -49,13 +51,7 @@ class tst_frmSmallButton : public QObject
 {
     Q_OBJECT
 
-    struct Shown
-    {
-        QString text;
-        int style;
-        QString title;
-    };
-    QList<Shown> m_boxes;
+    testing::MsgBoxRecorder m_boxes;
     testing::ShellContent *m_content = nullptr;
     AreaShell *m_shell = nullptr;
 
@@ -92,11 +88,7 @@ private slots:
 
     void init()
     {
-        m_boxes.clear();
-        platform::setMsgBoxHook([this](const QString &text, int style, const QString &title) {
-            m_boxes.append({text, style, title});
-            return int(platform::vbOK);
-        });
+        m_boxes.install();
         FakeViewer::registerAll();
         m_shell = new AreaShell;
         m_shell->show();

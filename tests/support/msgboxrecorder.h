@@ -1,0 +1,34 @@
+#pragma once
+
+// Stands in for the user in front of the program's message boxes: records each box the
+// program would show and answers OK.
+
+#include <msgbox.h>
+
+#include <QList>
+#include <QString>
+
+namespace testing {
+
+struct ShownBox
+{
+    QString text;
+    int style = 0;
+    QString title;
+};
+
+class MsgBoxRecorder : public QList<ShownBox>
+{
+public:
+    // Forgets what was recorded and takes the place of the dialogs.
+    void install()
+    {
+        clear();
+        platform::setMsgBoxHook([this](const QString &text, int style, const QString &title) {
+            append({text, style, title});
+            return int(platform::vbOK);
+        });
+    }
+};
+
+} // namespace testing

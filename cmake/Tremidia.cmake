@@ -9,7 +9,7 @@ function(tremidia_add_test)
     set_target_properties(${T_NAME} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/tests/bin)
     target_compile_definitions(${T_NAME} PRIVATE
         TREMIDIA_SOURCE_DIR="${PROJECT_SOURCE_DIR}"
-        TREMIDIA_FIXTURES_DIR="${PROJECT_SOURCE_DIR}/../shared/fixtures"
+        TREMIDIA_FIXTURES_DIR="${PROJECT_SOURCE_DIR}/tests/data/jet"
         TREMIDIA_BINARY_DIR="${CMAKE_BINARY_DIR}"
         TREMIDIA_TEST_OUTPUT_DIR="${CMAKE_BINARY_DIR}/test-output")
     add_test(NAME ${T_NAME} COMMAND ${T_NAME})
@@ -32,7 +32,7 @@ function(tremidia_add_bench)
     set_target_properties(${B_NAME} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/bench/bin)
     target_compile_definitions(${B_NAME} PRIVATE
         TREMIDIA_SOURCE_DIR="${PROJECT_SOURCE_DIR}"
-        TREMIDIA_FIXTURES_DIR="${PROJECT_SOURCE_DIR}/../shared/fixtures"
+        TREMIDIA_FIXTURES_DIR="${PROJECT_SOURCE_DIR}/tests/data/jet"
         TREMIDIA_BINARY_DIR="${CMAKE_BINARY_DIR}")
 endfunction()
 

@@ -1,3 +1,4 @@
+#include "childwindows.h"
 #include "main_routine.h"
 #include "mdiform1.h"
 
@@ -15,6 +16,7 @@ int main(int argc, char *argv[])
     QApplication::setWindowIcon(resources::LoadResIcon(QStringLiteral("agio")));
     platform::installGreekTranslations(app);
     MDIForm1::registerDefaultInstance();
+    registerChildWindows();
 
     // After a failed start the error box has been shown; the program ends there.
     if (!Main())

@@ -143,18 +143,15 @@ private slots:
         makeReadOnly(m_content);
         m_before = listing(m_content);
 
+        // As root, who may write anywhere, the share is read by a user who does not own it,
+        // where that user can reach the tool and the share.
         m_asOtherUser = ::geteuid() == 0
             && !QStandardPaths::findExecutable(QStringLiteral("runuser")).isEmpty()
             && QProcess::execute(QStringLiteral("runuser"),
                    {QStringLiteral("-u"), QStringLiteral("nobody"), QStringLiteral("--"),
-                       QStringLiteral("true")})
+                       QStringLiteral("test"), QStringLiteral("-x"), Tool, QStringLiteral("-a"),
+                       QStringLiteral("-r"), m_sqlite})
                 == 0;
-        if (m_asOtherUser) {
-            // The test runs as root, who may write anywhere; the check that the share stays
-            // read-only for the pupils is then made as a user who does not own it.
-            const ProcessRun r = tool({QStringLiteral("tables"), m_sqlite});
-            QVERIFY2(r.exitCode == 0, r.err.constData());
-        }
         qInfo(
             "content tool runs as %s", m_asOtherUser ? "nobody, who does not own the content" : "the owner");
     }

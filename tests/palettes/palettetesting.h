@@ -10,6 +10,8 @@
 #include <QCoreApplication>
 #include <QImage>
 #include <QMouseEvent>
+#include <QPaintEvent>
+#include <QRegion>
 #include <QSignalSpy>
 #include <QTest>
 
@@ -105,12 +107,15 @@ class PaintCounter : public QObject
 public:
     explicit PaintCounter(QWidget &w) { w.installEventFilter(this); }
     int count = 0;
+    QRegion painted;
 
 protected:
     bool eventFilter(QObject *, QEvent *event) override
     {
-        if (event->type() == QEvent::Paint)
+        if (event->type() == QEvent::Paint) {
             ++count;
+            painted += static_cast<QPaintEvent *>(event)->region();
+        }
         return false;
     }
 };

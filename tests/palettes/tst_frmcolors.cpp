@@ -141,6 +141,16 @@ private slots:
         QVERIFY(edgeShows(image, rectOf(1), paletteedge::Kind::Sunken));
     }
 
+    void thePointerMovedByTheWindowSystemRaisesTheCellToo()
+    {
+        frmColors &p = shownPalette();
+        QTest::mouseMove(&p, centreOf(9));
+        QTRY_COMPARE(p.HotIndex(), 9);
+        QTest::mouseMove(&p, centreOf(10));
+        QTRY_COMPARE(p.HotIndex(), 10);
+        QCOMPARE(p.RaisedEdge(), std::optional<QRect>(rectOf(10)));
+    }
+
     void movingInsideOneCellDoesNoDrawing()
     {
         frmColors &p = shownPalette();
@@ -152,10 +162,11 @@ private slots:
         hover(p, QPoint(40, 0));
         QCOMPARE(paints.count, 0);
         QCOMPARE(p.HotIndex(), 3);
-        // Into the next cell, the old one and the new one repaint.
+        // Into the next cell: the old one and the new one repaint, and nothing else.
         hover(p, QPoint(60, 0));
         QVERIFY(paints.count > 0);
         QCOMPARE(p.HotIndex(), 4);
+        QCOMPARE(paints.painted, QRegion(rectOf(3)) + QRegion(rectOf(4)));
     }
 
     void hoveringTheSelectedCellDrawsNoRaisedEdge()

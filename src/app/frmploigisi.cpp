@@ -1,6 +1,7 @@
 #include "frmploigisi.h"
 
 #include <btn.h>
+#include <clicktree.h>
 #include <database.h>
 #include <errorpolicy.h>
 #include <modglobal.h>
@@ -8,12 +9,10 @@
 #include <shellwindow.h>
 
 #include <QCloseEvent>
-#include <QKeyEvent>
 #include <QPointer>
 #include <QTreeWidget>
 
 #include <algorithm>
-#include <functional>
 #include <limits>
 
 namespace {
@@ -48,31 +47,11 @@ qint16 toInteger(const QString &digits)
     return qint16(value);
 }
 
-// The tree control raises its node click when the selection moves by keyboard too
-// (arrows, Home, End, a typed letter), so the Go button always matches the node shown
-// as selected.
-class KeyboardFollowingTree final : public QTreeWidget
-{
-public:
-    using QTreeWidget::QTreeWidget;
-    std::function<void(QTreeWidgetItem *)> nodeReachedByKeyboard;
-
-protected:
-    void keyPressEvent(QKeyEvent *event) override
-    {
-        QTreeWidgetItem *before = currentItem();
-        QTreeWidget::keyPressEvent(event);
-        QTreeWidgetItem *after = currentItem();
-        if (after && after != before && nodeReachedByKeyboard)
-            nodeReachedByKeyboard(after);
-    }
-};
-
 } // namespace
 
 frmPloigisi::frmPloigisi(QWidget *parent)
     : QWidget(parent, Qt::Window)
-    , TreeView1(new KeyboardFollowingTree(this))
+    , TreeView1(new ClickTree(this))
     , TreeView2(new QTreeWidget(this))
     , cmdGo(new Btn(this))
 {
@@ -95,10 +74,9 @@ frmPloigisi::frmPloigisi(QWidget *parent)
     });
     cmdGo->setToolTip(QStringLiteral("Μετάβαση στη δραστηριότητα"));
 
-    connect(TreeView1, &QTreeWidget::itemClicked, this,
+    // A node reached by the keyboard is clicked too, so Go always matches the selection.
+    connect(static_cast<ClickTree *>(TreeView1), &ClickTree::ItemClick, this,
         [this](QTreeWidgetItem *item) { platform::guarded([&] { TreeView1_NodeClick(item); }); });
-    static_cast<KeyboardFollowingTree *>(TreeView1)->nodeReachedByKeyboard
-        = [this](QTreeWidgetItem *item) { platform::guarded([&] { TreeView1_NodeClick(item); }); };
     connect(cmdGo, &Btn::Click, this, [this] { platform::guarded([this] { cmdGo_Click(); }); });
 }
 

@@ -1,6 +1,7 @@
 #include "frmindex.h"
 
 #include <btn.h>
+#include <clicktree.h>
 #include <contentpath.h>
 #include <database.h>
 #include <errorpolicy.h>
@@ -58,7 +59,7 @@ frmIndex *frmIndex::instance(bool create)
 frmIndex::frmIndex(QWidget *parent)
     : QWidget(parent)
     , tbs(new QTabBar(this))
-    , LvEnnoia(new QTreeWidget(this))
+    , LvEnnoia(new ClickTree(this))
     , rtfExp(new RichTextBox(this))
     , cmdPicture(new Btn(this))
     , cmdSound(new Btn(this))
@@ -96,7 +97,8 @@ frmIndex::frmIndex(QWidget *parent)
     Image1->setScaledContents(true);
     layOut();
 
-    connect(LvEnnoia, &QTreeWidget::itemClicked, this,
+    // An item reached by the keyboard is clicked too, as the platform's list does.
+    connect(static_cast<ClickTree *>(LvEnnoia), &ClickTree::ItemClick, this,
         [this](QTreeWidgetItem *item) { platform::guarded([&] { LvEnnoia_ItemClick(item); }); });
     connect(LvEnnoia, &QTreeWidget::itemActivated, this,
         [this](QTreeWidgetItem *item) { platform::guarded([&] { LvEnnoia_ItemClick(item); }); });

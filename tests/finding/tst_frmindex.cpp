@@ -179,6 +179,20 @@ private slots:
         QVERIFY(index->cmdVideo->isEnabled());
     }
 
+    void theArrowKeysMoveTheItemClickAlong()
+    {
+        frmIndex *index = open();
+        QCOMPARE(index->LvEnnoia->currentItem()->text(0), u"Αριστείδης"_s);
+        QTest::keyClick(index->LvEnnoia, Qt::Key_End);
+        QCOMPARE(index->LvEnnoia->currentItem()->text(0), u"Περικλής"_s);
+        QCOMPARE(index->rtfExp->Text(), u"Αθηναίος πολιτικός."_s);
+        QVERIFY(index->cmdSound->isEnabled());
+        QTest::keyClick(index->LvEnnoia, Qt::Key_Up);
+        QTest::keyClick(index->LvEnnoia, Qt::Key_Up);
+        QCOMPARE(index->LvEnnoia->currentItem()->text(0), u"Δήλος"_s);
+        QVERIFY(!index->cmdSound->isEnabled());
+    }
+
     void aTermWithNullExplanationKeepsTheOneBefore()
     {
         frmIndex *index = open();

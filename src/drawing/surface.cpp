@@ -246,79 +246,125 @@ qint64 pointColor(const QImage &image, int x, int y)
     return colorOf(image.pixel(x, y));
 }
 
+namespace {
+
+struct Span
+{
+    int y, x0, x1;
+};
+
+// Paints with `paint` every pixel of the colour `seed` joined side by side to (x, y),
+// which has that colour; `paint` differs from `seed`. Each run is read and painted in
+// one sweep, and the row a run came from is looked at again only where the run reaches
+// past it. When `spans` is given, every painted run is listed there.
+void seedFill(QImage &image, int x, int y, QRgb seed, QRgb paint, std::vector<Span> *spans)
+{
+    const int w = image.width();
+    const int h = image.height();
+    uchar *const bits = image.bits();
+    const qsizetype stride = image.bytesPerLine();
+    auto row = [&](int yy) { return reinterpret_cast<QRgb *>(bits + yy * stride); };
+
+    // A run of row y - dy from x0 to x1 is painted; row y is to be looked at.
+    struct Seed
+    {
+        int y, x0, x1, dy;
+    };
+    std::vector<Seed> stack;
+    stack.reserve(1024);
+    auto push = [&](int yy, int x0, int x1, int dy) {
+        if (yy + dy >= 0 && yy + dy < h)
+            stack.push_back({yy + dy, x0, x1, dy});
+    };
+    auto record = [&](int yy, int x0, int x1) {
+        if (spans)
+            spans->push_back({yy, x0, x1});
+    };
+
+    // The seed's own run, then its neighbours in both directions.
+    QRgb *r = row(y);
+    int left = x;
+    while (left > 0 && r[left - 1] == seed)
+        --left;
+    int right = x;
+    while (right < w - 1 && r[right + 1] == seed)
+        ++right;
+    std::fill(r + left, r + right + 1, paint);
+    record(y, left, right);
+    push(y, left, right, 1);
+    push(y, left, right, -1);
+
+    while (!stack.empty()) {
+        const Seed s = stack.back();
+        stack.pop_back();
+        r = row(s.y);
+        int xx = s.x0;
+        int l = xx;
+        bool inRun = r[xx] == seed;
+        if (inRun) {
+            // The run reaches left of the parent's: paint it, and look back at the
+            // parent's row beyond the parent's left end.
+            while (xx >= 0 && r[xx] == seed)
+                r[xx--] = paint;
+            l = xx + 1;
+            record(s.y, l, s.x0);
+            if (l < s.x0)
+                push(s.y, l, s.x0 - 1, -s.dy);
+            xx = s.x0 + 1;
+        }
+        for (;;) {
+            if (inRun) {
+                const int start = xx;
+                while (xx < w && r[xx] == seed)
+                    r[xx++] = paint;
+                if (xx > start)
+                    record(s.y, start, xx - 1);
+                push(s.y, l, xx - 1, s.dy);
+                // Past the parent's right end the parent's row is looked at again.
+                if (xx > s.x1 + 1)
+                    push(s.y, s.x1 + 1, xx - 1, -s.dy);
+            }
+            ++xx;
+            while (xx <= s.x1 && r[xx] != seed)
+                ++xx;
+            if (xx > s.x1)
+                break;
+            l = xx;
+            inRun = true;
+        }
+    }
+}
+
+} // namespace
+
 bool floodFillSurface(QImage &image, int x, int y, quint32 seedColor, const Brush &brush)
 {
     if (x < 0 || y < 0 || x >= image.width() || y >= image.height())
         return false;
     ensureFormat(image);
     const QRgb seed = rgbOf(seedColor);
-    const int w = image.width();
-    const int h = image.height();
-    uchar *const bits = image.bits();
-    const qsizetype stride = image.bytesPerLine();
-    auto row = [&](int yy) { return reinterpret_cast<QRgb *>(bits + yy * stride); };
-    if (row(y)[x] != seed)
+    if (reinterpret_cast<const QRgb *>(image.constScanLine(y))[x] != seed)
         return false;
     if (brush.paintsNothing())
         return true;
 
-    // A solid brush of another colour paints as it goes: a painted pixel no longer has
-    // the seed's colour, so it is never taken twice. Any other brush leaves pixels of
-    // the seed's colour behind, so the area is found first, with a mark per pixel, and
-    // painted afterwards.
     const QRgb paint = rgbOf(brush.color);
-    const bool direct = brush.style == Solid;
-    if (direct && paint == seed)
+    if (brush.style == Solid) {
+        // A solid brush of the seed's own colour changes nothing.
+        if (paint != seed)
+            seedFill(image, x, y, seed, paint, nullptr);
         return true;
-    std::vector<uchar> taken;
-    if (!direct)
-        taken.assign(size_t(w) * size_t(h), 0);
-    struct Span
-    {
-        int y, x0, x1;
-    };
-    std::vector<Span> found;
-
-    auto fillable = [&](const QRgb *r, int yy, int xx) {
-        return r[xx] == seed && (direct || !taken[size_t(yy) * size_t(w) + size_t(xx)]);
-    };
-    std::vector<std::pair<int, int>> stack;
-    stack.reserve(1024);
-    stack.emplace_back(x, y);
-    while (!stack.empty()) {
-        const auto [sx, sy] = stack.back();
-        stack.pop_back();
-        QRgb *r = row(sy);
-        if (!fillable(r, sy, sx))
-            continue;
-        int x0 = sx;
-        while (x0 > 0 && fillable(r, sy, x0 - 1))
-            --x0;
-        int x1 = sx;
-        while (x1 < w - 1 && fillable(r, sy, x1 + 1))
-            ++x1;
-        if (direct) {
-            std::fill(r + x0, r + x1 + 1, paint);
-        } else {
-            std::fill(
-                taken.begin() + qsizetype(sy) * w + x0, taken.begin() + qsizetype(sy) * w + x1 + 1, uchar(1));
-            found.push_back({sy, x0, x1});
-        }
-        for (const int ny : {sy - 1, sy + 1}) {
-            if (ny < 0 || ny >= h)
-                continue;
-            const QRgb *n = row(ny);
-            bool inRun = false;
-            for (int xx = x0; xx <= x1; ++xx) {
-                const bool f = fillable(n, ny, xx);
-                if (f && !inRun)
-                    stack.emplace_back(xx, ny);
-                inRun = f;
-            }
-        }
     }
-    for (const Span &s : found)
-        brushSpan(image, s.y, s.x0, s.x1, brush);
+    // A hatch leaves pixels of the seed's colour between its lines, so the area is
+    // found first, marked with the seed's colour made transparent, which no pixel of
+    // the picture has, and then painted run by run.
+    std::vector<Span> spans;
+    seedFill(image, x, y, seed, seed & 0x00FFFFFFu, &spans);
+    for (const Span &s : spans) {
+        auto *r = reinterpret_cast<QRgb *>(image.scanLine(s.y));
+        for (int xx = s.x0; xx <= s.x1; ++xx)
+            r[xx] = brush.covers(xx, s.y) ? paint : seed;
+    }
     return true;
 }
 

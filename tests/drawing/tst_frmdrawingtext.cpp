@@ -1,8 +1,8 @@
 // The text dialog and the Text tool that writes its line into the canvas.
 #include "drawingtesting.h"
 
-#include <frmdrawingtext.h>
 #include <drawingtools.h>
+#include <frmdrawingtext.h>
 #include <surface.h>
 
 #include <QApplication>

@@ -103,6 +103,21 @@ private slots:
         QVERIFY(cornerOf(palette, 2) != Highlight);
     }
 
+    void anotherWindowBecomingActiveClosesItWithoutAChoice()
+    {
+        QWidget other;
+        other.show();
+        auto *palette = new frmPastePicture;
+        QPointer<frmPastePicture> guard(palette);
+        QSignalSpy chosen(palette, &frmPastePicture::NewBitmap);
+        palette->show();
+        palette->activateWindow();
+        QTRY_VERIFY(palette->isActiveWindow());
+        other.activateWindow();
+        QTRY_VERIFY(!guard);
+        QCOMPARE(chosen.size(), 0);
+    }
+
     void selectedBitmapFindsTheStampOfThatPictureOnly()
     {
         frmPastePicture palette;

@@ -1,0 +1,110 @@
+// A map among the sources opens in the drawing window that the program registers, with
+// the map as its picture; the pupil draws on it, and closing it tells the tile.
+#include "../app/shellcontent.h"
+#include "drawingtesting.h"
+
+#include <childwindows.h>
+#include <frmsmallbutton.h>
+#include <modglobal.h>
+#include <viewerlinks.h>
+
+#include <QLabel>
+#include <QMdiSubWindow>
+#include <QTemporaryDir>
+
+using namespace testing;
+
+class tst_DrawingMapTile : public QObject
+{
+    Q_OBJECT
+
+    ShellContent *m_content = nullptr;
+
+private slots:
+    void initTestCase()
+    {
+        registerChildWindows();
+        m_content = new ShellContent;
+        QVERIFY(m_content->open());
+    }
+
+    void cleanupTestCase()
+    {
+        delete m_content;
+        modGlobal::gDatabase.reset();
+    }
+
+    void init() { boxes.install(); }
+
+    void mapTileOpensADrawingWindowWithTheMapToDrawOn()
+    {
+        DrawingShell shell;
+        shell.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&shell));
+        auto *tile = new frmSmallButton;
+        tile->setResourceID(303);
+        tile->Label1->setText(QStringLiteral("1"));
+        tile->resize(tile->Image1->size());
+        QMdiSubWindow *sub = shell.mdiArea()->addSubWindow(tile, Qt::FramelessWindowHint);
+        tile->Load();
+        sub->show();
+        QTest::mouseClick(tile->Image1, Qt::LeftButton, {}, QPoint(5, 5));
+
+        auto *drawing = qobject_cast<frmDrawing *>(tile->SourceForm());
+        QVERIFY(drawing);
+        QVERIFY(drawing->isVisible());
+        QCOMPARE(drawing->windowTitle(), QStringLiteral("Λεζάντα «303»"));
+        QCOMPARE(drawing->picPhoto->Picture().size(), QSize(64, 48));
+        QCOMPARE(drawing->picPhoto->Picture().pixel(10, 10), qRgb(120, 90, 40));
+        QCOMPARE(drawing->ResourceID(), 0);
+        QVERIFY(shell.mnuDraw->isChecked());
+        // Its starting picture stays empty until a file comes in.
+        QVERIFY(drawing->InitialPicture().isNull());
+
+        // A hatch, a word and an undo on the map, then a bitmap file.
+        drawing->vFormFillStyle_NewFillStyle(6);
+        drawing->vFormFillColor_NewColor(0xFFFFFF);
+        chooseTool(*drawing, QStringLiteral("FloodFill"));
+        stroke(*drawing, {{10, 10}});
+        QCOMPARE(drawing->picPhoto->Picture().pixel(7, 3), qRgb(255, 255, 255));
+        QCOMPARE(drawing->picPhoto->Picture().pixel(3, 3), qRgb(120, 90, 40));
+        const QImage hatched = drawing->picPhoto->Picture();
+        chooseTool(*drawing, QStringLiteral("Pen"));
+        stroke(*drawing, {{0, 40}, {60, 40}});
+        drawing->tlbGeneral_ButtonClick(QStringLiteral("Undo"));
+        QCOMPARE(drawing->picPhoto->Picture(), hatched);
+        QTemporaryDir dir;
+        AnsweringDialogs dialogs;
+        dialogs.names = {dir.filePath(QStringLiteral("χάρτης.bmp"))};
+        drawing->tlbGeneral_ButtonClick(QStringLiteral("SaveAs"));
+        QCOMPARE(QImage(dir.filePath(QStringLiteral("χάρτης.bmp"))).convertToFormat(QImage::Format_RGB32),
+            hatched);
+
+        drawing->Unload();
+        QVERIFY(!shell.mnuDraw->isChecked());
+        QCOMPARE(tile->currentBitmap(), QStringLiteral("XARTIS2"));
+        QVERIFY(boxes.isEmpty());
+    }
+
+    void closingAWindowOfTheSearchUnghostsItsItem()
+    {
+        QStringList unghosted;
+        viewerlinks::setSearchItemUnghoster([&](const QString &tag) { unghosted.append(tag); });
+        auto *fromSearch = qobject_cast<frmDrawing *>(SourceViewer::create(SourceViewer::Kind::Map));
+        QVERIFY(fromSearch);
+        fromSearch->setAttribute(Qt::WA_DeleteOnClose);
+        fromSearch->Load();
+        fromSearch->setResourceID(303);
+        fromSearch->LoadedFromTheFormSearchResources = true;
+        fromSearch->show();
+        fromSearch->close();
+        QCOMPARE(unghosted, QStringList {QStringLiteral("303")});
+        viewerlinks::setSearchItemUnghoster({});
+    }
+
+private:
+    AnsweringBoxes boxes;
+};
+
+QTEST_MAIN(tst_DrawingMapTile)
+#include "tst_drawingmaptile.moc"

@@ -713,7 +713,7 @@ pictures["BGR_1"] = background()
 
 # ---------------------------------------------------------------------------------------
 # The painter: tool and command icons (20 by 20; the dropdown ones carry a small arrow),
-# the picture of the ten line widths, the four stamps and the drawing cursor.
+# the four stamps and the drawing cursor.
 
 def icon(body, defs=""):
     return svg(20, 20, body, defs)
@@ -774,15 +774,6 @@ def commands():
                                     + "".join(f'<path d="M2 {4 + 3 * i} H13" stroke="{INK}" stroke-width="0.8"/>' for i in range(4)) + DROP_ARROW)
 
 
-def border_widths():
-    # One line per row of the border width palette, one pixel thicker each row.
-    rows = []
-    for i in range(1, 11):
-        y = (i - 1) * 16 + 5
-        rows.append(f'<rect x="6" y="{y + 8 - i / 2:.1f}" width="58" height="{i}" fill="#000000"/>')
-    return svg(70, 170, f'<rect width="70" height="170" fill="#c0c0c0"/>' + "".join(rows))
-
-
 def stamps():
     pictures["STAMP_TRIANGLE"] = svg(22, 24, f'<path d="M11 3 L20 21 H2 Z" fill="{OCHRE}" stroke="{INK}" stroke-width="1.2" stroke-linejoin="round"/>')
     pts = []
@@ -805,7 +796,6 @@ def draw_cursor():
 tools()
 commands()
 stamps()
-pictures["BORDERWIDTHS"] = border_widths()
 pictures["DRAWCURSOR"] = draw_cursor()
 
 # ---------------------------------------------------------------------------------------

@@ -110,7 +110,7 @@ const Entry kEntries[] = {
     {u"keimeno", 32, 32},
     {u"agio", 32, 32},
     {u"xartis", 32, 32},
-    // The painter: tools, commands, the ten line widths, the stamps and its cursor.
+    // The painter: tools, commands, the stamps and its cursor.
     {u"dt_Arrow", PainterIcon, PainterIcon},
     {u"dt_Pen", PainterIcon, PainterIcon},
     {u"dt_Line", PainterIcon, PainterIcon},
@@ -135,7 +135,6 @@ const Entry kEntries[] = {
     {u"dg_BorderColor", PainterIcon, PainterIcon},
     {u"dg_FillColor", PainterIcon, PainterIcon},
     {u"dg_FillStyle", PainterIcon, PainterIcon},
-    {u"BORDERWIDTHS", 70, 170},
     {u"STAMP_TRIANGLE", 22, 24},
     {u"STAMP_STAR", 22, 24},
     {u"STAMP_ROMBOS", 22, 24},

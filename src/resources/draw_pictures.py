@@ -736,9 +736,10 @@ def tools():
     pictures["dt_Line"] = icon(f'<path d="M3 17 L17 3" stroke="{INK}" stroke-width="2" stroke-linecap="round"/>'
                                f'<circle cx="3" cy="17" r="1.6" fill="{TERRACOTTA}"/><circle cx="17" cy="3" r="1.6" fill="{TERRACOTTA}"/>')
     pictures["dt_Ellipse"] = icon(f'<ellipse cx="10" cy="10" rx="8" ry="5.5" {line}/>')
-    pictures["dt_Rectangle"] = icon(f'<rect x="2.5" y="4.5" width="15" height="11" {line}/>')
+    corners = "".join(f'<circle cx="{x}" cy="{y}" r="1.5" fill="{TERRACOTTA}"/>' for x, y in [(2.5, 4.5), (17.5, 15.5)])
+    pictures["dt_Rectangle"] = icon(f'<rect x="2.5" y="4.5" width="15" height="11" {line}/>' + corners)
     pictures["dt_FilledEllipse"] = icon(f'<ellipse cx="10" cy="10" rx="8" ry="5.5" fill="{AEGEAN_LIGHT}" stroke="{INK}" stroke-width="1.6"/>')
-    pictures["dt_FilledRectangle"] = icon(f'<rect x="2.5" y="4.5" width="15" height="11" fill="{OLIVE_LIGHT}" stroke="{INK}" stroke-width="1.6"/>')
+    pictures["dt_FilledRectangle"] = icon(f'<rect x="2.5" y="4.5" width="15" height="11" fill="{OLIVE_LIGHT}" stroke="{INK}" stroke-width="1.6"/>' + corners)
     pictures["dt_FloodFill"] = icon(BUCKET)
     pictures["dt_Text"] = icon(f'<path d="M3 17 L9 3 H11 L17 17 H14.5 L13 13 H7 L5.5 17 Z M7.8 11 H12.2 L10 5.5 Z" fill="{INK}" fill-rule="evenodd"/>')
 

@@ -753,7 +753,8 @@ def commands():
             f'<rect x="5.5" y="2.5" width="8" height="5" fill="{MARBLE}"/><rect x="5" y="11" width="10" height="6.5" fill="{MARBLE_SHADE}"/>')
     pictures["dg_Save"] = icon(disk)
     pictures["dg_SaveAs"] = icon(disk + f'<g transform="translate(6 4) scale(0.7)">{PENCIL}</g>')
-    pictures["dg_Copy"] = icon(f'<path d="M2.5 2.5 H10.5 V13.5 H2.5 Z" {page}/><path d="M8.5 6.5 H16.5 V17.5 H8.5 Z" {page}/>')
+    writing = "".join(f'<path d="M10 {9.3 + 2.2 * i} H15" stroke="{AEGEAN_DARK}" stroke-width="0.7"/>' for i in range(4))
+    pictures["dg_Copy"] = icon(f'<path d="M2.5 2.5 H10.5 V13.5 H2.5 Z" {page}/><path d="M8.5 6.5 H16.5 V17.5 H8.5 Z" {page}/>' + writing)
     pictures["dg_Paste"] = icon(f'<rect x="3" y="3.5" width="12" height="15" rx="1" fill="{TERRACOTTA}" stroke="{INK}" stroke-width="1"/>'
                                 f'<rect x="6.5" y="2" width="5" height="3" fill="{MARBLE_SHADE}" stroke="{INK}" stroke-width="0.8"/>'
                                 f'<path d="M9 8.5 H17.5 V18.5 H9 Z" {page}/>')
@@ -791,7 +792,8 @@ def stamps():
 def draw_cursor():
     # A fine cross whose centre, the hot spot, is left open so the pixel under it shows.
     return svg(32, 32, f'<path d="M16 3 V13 M16 19 V29 M3 16 H13 M19 16 H29" stroke="#ffffff" stroke-width="3"/>'
-                       f'<path d="M16 3 V13 M16 19 V29 M3 16 H13 M19 16 H29" stroke="#000000" stroke-width="1"/>')
+                       f'<path d="M16 3 V13 M16 19 V29 M3 16 H13 M19 16 H29" stroke="#000000" stroke-width="1"/>'
+                       f'<circle cx="16" cy="16" r="4.3" fill="none" stroke="{TERRACOTTA}" stroke-width="0.9" opacity="0.8"/>')
 
 
 tools()

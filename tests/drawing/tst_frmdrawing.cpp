@@ -135,6 +135,19 @@ private slots:
         QVERIFY(t.w.HS->isVisible());
     }
 
+    void aRealDragOnTheCanvasDrawsAndCommits()
+    {
+        Window t;
+        chooseTool(t.w, QStringLiteral("Line"));
+        QTest::mousePress(t.w.picPhoto, Qt::LeftButton, {}, QPoint(10, 40));
+        QVERIFY(t.w.MouseIsDown());
+        QTest::mouseMove(t.w.picPhoto, QPoint(60, 40));
+        QTest::mouseRelease(t.w.picPhoto, Qt::LeftButton, {}, QPoint(60, 40));
+        QVERIFY(!t.w.MouseIsDown());
+        QCOMPARE(t.w.picPhoto->Picture().pixel(35, 40), rgb(0));
+        QCOMPARE(t.w.picPhoto->Picture().pixel(10, 40), rgb(0));
+    }
+
     void rightButtonDrawsLikeTheLeft()
     {
         Window t;

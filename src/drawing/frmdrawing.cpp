@@ -176,6 +176,11 @@ frmDrawing::frmDrawing(QWidget *parent)
 
 frmDrawing::~frmDrawing() = default;
 
+QSize frmDrawing::sizeHint() const
+{
+    return QSize(pixelsFromTwipsX(DesignWidth), pixelsFromTwipsY(DesignHeight));
+}
+
 void frmDrawing::buildToolbars()
 {
     for (const ToolRow &row : kToolRows)

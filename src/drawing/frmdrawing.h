@@ -105,6 +105,9 @@ public:
     // first when there is one.
     bool QuerySave();
 
+    // The size the window is designed at, which the shell's child frame is sized around.
+    QSize sizeHint() const override;
+
 protected:
     void resizeEvent(QResizeEvent *event) override;
     void closeEvent(QCloseEvent *event) override;

@@ -5,10 +5,13 @@
 
 #include <childwindows.h>
 #include <frmsmallbutton.h>
+#include <mdiform1.h>
 #include <modglobal.h>
 #include <viewerlinks.h>
 
+#include <QApplication>
 #include <QLabel>
+#include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QTemporaryDir>
 
@@ -84,6 +87,44 @@ private slots:
         QVERIFY(!shell.mnuDraw->isChecked());
         QCOMPARE(tile->currentBitmap(), QStringLiteral("XARTIS2"));
         QVERIFY(boxes.isEmpty());
+    }
+
+    void theShellsDrawingWindowComesAndGoesWithItsMenuCheck()
+    {
+        MDIForm1::registerDefaultInstance();
+        MDIForm1::setStartScreenFactory([] { return new QWidget; });
+        auto *shell = static_cast<MDIForm1 *>(ShellWindow::instance());
+        shell->setSelectedActivity(101);
+        shell->show();
+        QVERIFY(QTest::qWaitForWindowExposed(shell));
+
+        shell->mnuDraw->trigger();
+        QVERIFY(shell->mnuDraw->isChecked());
+        QPointer<frmDrawing> first;
+        for (QMdiSubWindow *sub : shell->area->subWindowList())
+            if (auto *w = qobject_cast<frmDrawing *>(sub->widget()))
+                first = w;
+        QVERIFY(first);
+        QVERIFY(first->isVisible());
+        QCOMPARE(first->windowTitle(), QStringLiteral("Σχεδιαστήριο"));
+        QVERIFY(first->width() >= 600);
+
+        shell->mnuDraw->trigger();
+        QVERIFY(!shell->mnuDraw->isChecked());
+        QTRY_VERIFY(!first);
+
+        // A new window after the old one was closed, also from the toolbar's key.
+        shell->TlbMain_ButtonClick(QStringLiteral("drawing"));
+        QVERIFY(shell->mnuDraw->isChecked());
+        int drawings = 0;
+        for (QMdiSubWindow *sub : shell->area->subWindowList())
+            drawings += qobject_cast<frmDrawing *>(sub->widget()) ? 1 : 0;
+        QCOMPARE(drawings, 1);
+        shell->close();
+        for (int i = 0; i < 3; ++i)
+            QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        for (QWidget *w : QApplication::topLevelWidgets())
+            delete w;
     }
 
     void closingAWindowOfTheSearchUnghostsItsItem()

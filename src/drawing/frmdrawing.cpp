@@ -111,10 +111,12 @@ template<typename Setter> void setScrollProperty(int value, Setter setter)
     setter(value);
 }
 
+// The shell's check mark of the drawing window; a drawing window never brings the shell
+// up by itself.
 void showToggle(bool checked)
 {
     platform::resumeNext([checked] {
-        if (ShellWindow *shell = ShellWindow::instance())
+        if (ShellWindow *shell = ShellWindow::existing())
             shell->setToggleChecked(ShellWindow::Toggle::Draw, checked);
     });
 }

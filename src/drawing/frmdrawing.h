@@ -4,6 +4,10 @@
 #include "frmdrawingtext.h"
 #include "frmpastepicture.h"
 
+#include <frmborderwidth.h>
+#include <frmcolors.h>
+#include <frmfillstyle.h>
+
 #include <sourceviewer.h>
 
 #include <QFont>
@@ -78,10 +82,10 @@ public:
     const QString &TextToWrite() const { return m_textToWrite; }
     qint32 CurrentTool() const { return m_currentTool; }
     frmPastePicture *PastePicture() const { return vFormPastePicture; }
-    QWidget *BorderWidthPalette() const { return vFormBorderWidth; }
-    QWidget *BorderColorPalette() const { return vFormBorderColor; }
-    QWidget *FillColorPalette() const { return vFormFillColor; }
-    QWidget *FillStylePalette() const { return vFormFillStyle; }
+    frmBorderWidth *BorderWidthPalette() const { return vFormBorderWidth; }
+    frmColors *BorderColorPalette() const { return vFormBorderColor; }
+    frmColors *FillColorPalette() const { return vFormFillColor; }
+    frmFillStyle *FillStylePalette() const { return vFormFillStyle; }
 
     // Event handlers.
     void picPhoto_MouseDown(int button, int shift, double x, double y);
@@ -133,7 +137,6 @@ private:
     void PictureCommand();
     void ExitCommand();
     QWidget *createPalette(const QString &key);
-    void placePalette(QWidget *palette, const QString &key);
 
     QString m_pictureFileName;
     bool m_mouseIsDown = false;
@@ -143,10 +146,10 @@ private:
     qint32 m_currentTool = Arrow;
     std::array<std::unique_ptr<DrawingTool>, 10> m_tools;
 
-    QPointer<QWidget> vFormBorderWidth;
-    QPointer<QWidget> vFormBorderColor;
-    QPointer<QWidget> vFormFillColor;
-    QPointer<QWidget> vFormFillStyle;
+    QPointer<frmBorderWidth> vFormBorderWidth;
+    QPointer<frmColors> vFormBorderColor;
+    QPointer<frmColors> vFormFillColor;
+    QPointer<frmFillStyle> vFormFillStyle;
     QPointer<frmPastePicture> vFormPastePicture;
     QPointer<frmDrawingText> vFormText;
 };

@@ -7,6 +7,11 @@
 #include "frmpastepicture.h"
 #include "picphoto.h"
 
+#include <errorpolicy.h>
+#include <frmborderwidth.h>
+#include <frmcolors.h>
+#include <frmfillstyle.h>
+
 #include <msgbox.h>
 #include <runtimeerror.h>
 #include <twips.h>
@@ -221,25 +226,87 @@ void frmDrawing::ShowPaletteDropdown(const QString &key)
     QWidget *palette = createPalette(key);
     if (!palette || !button)
         return;
+    auto *paletteWindow = qobject_cast<PaletteWindow *>(palette);
 
-    int left = bar.left() * platform::TwipsPerPixelX + platform::twipsFromPixelsX(button->x());
+    // Hung from the toolbar's lower edge under the button.
+    const int left = bar.left() * platform::TwipsPerPixelX + platform::twipsFromPixelsX(button->x());
     const int top = (bar.bottom() + 1) * platform::TwipsPerPixelY;
-    palette->move(platform::pixelsFromTwipsX(left), platform::pixelsFromTwipsY(top));
+    auto moveTo = [&](int leftTwips) {
+        if (paletteWindow)
+            paletteWindow->Move(leftTwips, top);
+        else
+            palette->move(platform::pixelsFromTwipsX(leftTwips), platform::pixelsFromTwipsY(top));
+    };
+    moveTo(left);
+
+    if (key == u"BorderWidth") {
+        vFormBorderWidth->setSelectedDrawWidth(picPhoto->DrawWidth);
+    } else if (key == u"BorderColor") {
+        vFormBorderColor->setSelectedColor(picPhoto->ForeColor);
+        vFormBorderColor->setCaption(QStringLiteral("Περίγραμμα-Γραμματοσειρά"));
+    } else if (key == u"FillColor") {
+        vFormFillColor->setSelectedColor(picPhoto->FillColor);
+        vFormFillColor->setCaption(QStringLiteral("Γέμισμα"));
+    } else if (key == u"FillStyle") {
+        vFormFillStyle->setSelectedFillStyle(picPhoto->FillStyle);
+    }
+
+    if (paletteWindow) {
+        paletteWindow->Show();
+    } else {
+        palette->show();
+        palette->raise();
+        palette->activateWindow();
+    }
+
+    // Only the right screen edge is kept, with the palette's frame, which the window
+    // system gives it once it shows.
     const int paletteWidth = platform::twipsFromPixelsX(palette->frameGeometry().width());
     const QScreen *screen = QGuiApplication::primaryScreen();
     const int screenWidth = screen ? platform::twipsFromPixelsX(screen->geometry().width()) : 0;
-    if (screen && left + paletteWidth > screenWidth) {
-        left = screenWidth - paletteWidth;
-        palette->move(platform::pixelsFromTwipsX(left), palette->y());
-    }
-    placePalette(palette, key);
-    palette->show();
-    palette->raise();
-    palette->activateWindow();
+    if (screen && left + paletteWidth > screenWidth)
+        moveTo(screenWidth - paletteWidth);
 }
+
+namespace {
+
+// A new palette object for each showing: the one it replaces goes.
+template<typename Palette> Palette *renew(QPointer<Palette> &field, Palette *palette)
+{
+    if (field)
+        field->deleteLater();
+    field = palette;
+    return palette;
+}
+
+} // namespace
 
 QWidget *frmDrawing::createPalette(const QString &key)
 {
+    if (key == u"BorderWidth") {
+        auto *palette = renew(vFormBorderWidth, new frmBorderWidth(this));
+        connect(palette, &frmBorderWidth::NewBorderWidth, this,
+            [this](qint16 width) { platform::guarded([&] { vFormBorderWidth_NewBorderWidth(width); }); });
+        return palette;
+    }
+    if (key == u"BorderColor") {
+        auto *palette = renew(vFormBorderColor, new frmColors(this));
+        connect(palette, &frmColors::NewColor, this,
+            [this](quint32 color) { platform::guarded([&] { vFormBorderColor_NewColor(color); }); });
+        return palette;
+    }
+    if (key == u"FillColor") {
+        auto *palette = renew(vFormFillColor, new frmColors(this));
+        connect(palette, &frmColors::NewColor, this,
+            [this](quint32 color) { platform::guarded([&] { vFormFillColor_NewColor(color); }); });
+        return palette;
+    }
+    if (key == u"FillStyle") {
+        auto *palette = renew(vFormFillStyle, new frmFillStyle(this));
+        connect(palette, &frmFillStyle::NewFillStyle, this,
+            [this](qint32 style) { platform::guarded([&] { vFormFillStyle_NewFillStyle(style); }); });
+        return palette;
+    }
     if (key == u"Shape") {
         vFormPastePicture = new frmPastePicture(this);
         connect(vFormPastePicture, &frmPastePicture::NewBitmap, this,
@@ -247,8 +314,4 @@ QWidget *frmDrawing::createPalette(const QString &key)
         return vFormPastePicture;
     }
     return nullptr;
-}
-
-void frmDrawing::placePalette(QWidget *, const QString &)
-{
 }

@@ -2,6 +2,8 @@
 
 #include "surface.h"
 
+#include <hatchbrush.h>
+
 #include <twips.h>
 
 #include <QPainter>
@@ -22,28 +24,6 @@ QPen penOf(quint32 color, qint16 width)
     pen.setCapStyle(Qt::RoundCap);
     pen.setJoinStyle(Qt::MiterJoin);
     return pen;
-}
-
-Qt::BrushStyle brushStyleOf(qint16 fillStyle)
-{
-    switch (fillStyle) {
-    case drawing::Solid:
-        return Qt::SolidPattern;
-    case drawing::HorizontalLine:
-        return Qt::HorPattern;
-    case drawing::VerticalLine:
-        return Qt::VerPattern;
-    case drawing::UpwardDiagonal:
-        return Qt::FDiagPattern;
-    case drawing::DownwardDiagonal:
-        return Qt::BDiagPattern;
-    case drawing::Cross:
-        return Qt::CrossPattern;
-    case drawing::DiagonalCross:
-        return Qt::DiagCrossPattern;
-    default:
-        return Qt::NoBrush;
-    }
 }
 
 } // namespace
@@ -87,7 +67,7 @@ void RubberShape::paintEvent(QPaintEvent *)
 {
     QPainter painter(this);
     painter.setPen(penOf(BorderColor, BorderWidth));
-    painter.setBrush(QBrush(QColor(drawing::rgbOf(FillColor)), brushStyleOf(FillStyle)));
+    painter.setBrush(hatch::fillStyleBrush(FillStyle, hatch::colourOfValue(FillColor)));
     const QRect box(platform::pixelsFromTwipsX(Left), platform::pixelsFromTwipsY(Top),
         platform::pixelsFromTwipsX(Width), platform::pixelsFromTwipsY(Height));
     if (Shape == Oval)

@@ -1,5 +1,7 @@
 #include "surface.h"
 
+#include <hatchbrush.h>
+
 #include <QPainter>
 
 #include <algorithm>
@@ -10,12 +12,12 @@ namespace drawing {
 
 QRgb rgbOf(quint32 color)
 {
-    return qRgb(int(color & 0xFF), int((color >> 8) & 0xFF), int((color >> 16) & 0xFF));
+    return hatch::rgbOfValue(color);
 }
 
 quint32 colorOf(QRgb rgb)
 {
-    return quint32(qRed(rgb)) | (quint32(qGreen(rgb)) << 8) | (quint32(qBlue(rgb)) << 16);
+    return hatch::valueOfRgb(rgb);
 }
 
 bool Brush::paintsNothing() const
@@ -25,26 +27,8 @@ bool Brush::paintsNothing() const
 
 bool Brush::covers(int x, int y) const
 {
-    const int px = x & 7;
-    const int py = y & 7;
-    switch (style) {
-    case Solid:
-        return true;
-    case HorizontalLine:
-        return py == 7;
-    case VerticalLine:
-        return px == 7;
-    case UpwardDiagonal:
-        return px == py;
-    case DownwardDiagonal:
-        return px + py == 7;
-    case Cross:
-        return px == 7 || py == 7;
-    case DiagonalCross:
-        return px == py || px + py == 7;
-    default:
-        return false;
-    }
+    // The very patterns the fill-style palette shows.
+    return style == Solid || hatch::isHatchPixel(hatch::indexOfFillStyle(style), x, y);
 }
 
 namespace {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <hatchbrush.h>
+
 #include <QFont>
 #include <QImage>
 #include <QRgb>
@@ -12,16 +14,17 @@
 // Colours are the program's 32-bit values 0x00BBGGRR.
 namespace drawing {
 
-// The fill patterns of the canvas, by their numbers.
+// The fill patterns of the canvas, by their numbers; the hatches are those of the
+// fill-style palette.
 enum FillStyle : int {
-    Solid = 0,
-    Transparent = 1,
-    HorizontalLine = 2,
-    VerticalLine = 3,
-    UpwardDiagonal = 4,
-    DownwardDiagonal = 5,
-    Cross = 6,
-    DiagonalCross = 7,
+    Solid = hatch::vbFSSolid,
+    Transparent = hatch::vbFSTransparent,
+    HorizontalLine = hatch::vbHorizontalLine,
+    VerticalLine = hatch::vbVerticalLine,
+    UpwardDiagonal = hatch::vbUpwardDiagonal,
+    DownwardDiagonal = hatch::vbDownwardDiagonal,
+    Cross = hatch::vbCross,
+    DiagonalCross = hatch::vbDiagonalCross,
 };
 
 QRgb rgbOf(quint32 color);

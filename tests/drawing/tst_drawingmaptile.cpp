@@ -69,7 +69,7 @@ private slots:
         drawing->vFormFillColor_NewColor(0xFFFFFF);
         chooseTool(*drawing, QStringLiteral("FloodFill"));
         stroke(*drawing, {{10, 10}});
-        QCOMPARE(drawing->picPhoto->Picture().pixel(7, 3), qRgb(255, 255, 255));
+        QCOMPARE(drawing->picPhoto->Picture().pixel(4, 3), qRgb(255, 255, 255));
         QCOMPARE(drawing->picPhoto->Picture().pixel(3, 3), qRgb(120, 90, 40));
         const QImage hatched = drawing->picPhoto->Picture();
         chooseTool(*drawing, QStringLiteral("Pen"));

@@ -1,5 +1,6 @@
 // The canvas's pixel operations on known pictures, each compared with a reference that
 // the test works out pixel by pixel from the rule of the operation.
+#include <hatchbrush.h>
 #include <surface.h>
 
 #include <QPainter>
@@ -156,26 +157,13 @@ private slots:
     void eachHatchPatternPaintsItsLinesAndLeavesTheRest()
     {
         QFETCH(int, style);
+        QFETCH(int, hatchIndex);
         QImage image = canvas();
         drawRectangle(image, 0, 0, 40, 30, Pen {White, 1}, Brush {style, Red});
-        // The pattern in eight by eight cells from the picture's corner.
-        const auto covers = [style](int x, int y) {
-            const int px = x % 8, py = y % 8;
-            switch (style) {
-            case HorizontalLine:
-                return py == 7;
-            case VerticalLine:
-                return px == 7;
-            case UpwardDiagonal:
-                return px == py;
-            case DownwardDiagonal:
-                return px + py == 7;
-            case Cross:
-                return px == 7 || py == 7;
-            default:
-                return px == py || px + py == 7;
-            }
-        };
+        // The pattern's tile of eight rows of eight bits, laid from the picture's corner,
+        // the leftmost pixel in the highest bit.
+        const auto tileRows = hatch::rows(hatchIndex);
+        const auto covers = [&](int x, int y) { return (tileRows[size_t(y % 8)] >> (7 - x % 8)) & 1; };
         const QImage expected = reference(40, 30, [&](int x, int y) {
             if (x == 0 || y == 0 || x == 39 || y == 29)
                 return White;
@@ -221,8 +209,9 @@ private slots:
     {
         QImage image = canvas(24, 24);
         QVERIFY(floodFillSurface(image, 3, 3, White, Brush {Cross, Blue}));
+        // The cross: a line down the fifth column of each tile, one along its last row.
         const QImage expected
-            = reference(24, 24, [](int x, int y) { return x % 8 == 7 || y % 8 == 7 ? Blue : White; });
+            = reference(24, 24, [](int x, int y) { return x % 8 == 4 || y % 8 == 7 ? Blue : White; });
         COMPARE_PICTURES(image, expected);
     }
 

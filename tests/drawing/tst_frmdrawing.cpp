@@ -3,6 +3,9 @@
 #include "drawingtesting.h"
 
 #include <drawingtoolbar.h>
+#include <frmborderwidth.h>
+#include <frmcolors.h>
+#include <frmfillstyle.h>
 #include <frmpastepicture.h>
 #include <rubberband.h>
 #include <surface.h>
@@ -256,8 +259,8 @@ private slots:
         t.w.vFormFillColor_NewColor(0x0000FF);
         chooseTool(t.w, QStringLiteral("FilledRectangle"));
         stroke(t.w, {{0, 0}, {40, 40}});
-        QCOMPARE(t.w.picPhoto->Picture().pixel(7, 20), rgb(0x0000FF));
-        QCOMPARE(t.w.picPhoto->Picture().pixel(8, 20), rgb(White));
+        QCOMPARE(t.w.picPhoto->Picture().pixel(12, 20), rgb(0x0000FF));
+        QCOMPARE(t.w.picPhoto->Picture().pixel(13, 20), rgb(White));
     }
 
     void penWithoutAMoveDrawsNothingAndLineDrawsADot()
@@ -321,8 +324,8 @@ private slots:
         chooseTool(t.w, QStringLiteral("FloodFill"));
         stroke(t.w, {{30, 30}});
         const QImage p = t.w.picPhoto->Picture();
-        QCOMPARE(p.pixel(15, 20), rgb(0xFF0000));
-        QCOMPARE(p.pixel(14, 20), rgb(White));
+        QCOMPARE(p.pixel(12, 20), rgb(0xFF0000));
+        QCOMPARE(p.pixel(13, 20), rgb(White));
         QCOMPARE(p.pixel(60, 15), rgb(White));
     }
 
@@ -420,6 +423,100 @@ private slots:
         QVERIFY(palette);
         QCOMPARE(palette->frameGeometry().right() + 1, screenWidth);
         palette->close();
+    }
+
+    void afterTextTheOutlinePaletteOpensAndItsColourBecomesTheTexts()
+    {
+        Window t;
+        t.w.vFormBorderColor_NewColor(0x003333);
+        chooseTool(t.w, QStringLiteral("Text"));
+        QToolButton *button = t.w.tlbGeneral->Buttons(QStringLiteral("BorderColor"));
+        QVERIFY(button->isEnabled());
+        QTest::mouseClick(button, Qt::LeftButton);
+        frmColors *palette = t.w.BorderColorPalette();
+        QVERIFY(palette);
+        QVERIFY(palette->isVisible());
+        QCOMPARE(palette->Caption(), QStringLiteral("Περίγραμμα-Γραμματοσειρά"));
+        QCOMPARE(palette->SelectedColor(), 0x003333u);
+        QCOMPARE(palette->SelectedIndex(), 3);
+        // The red of the third row's first cell.
+        QTest::mousePress(palette, Qt::LeftButton, {}, QPoint(10, 50));
+        QTest::mouseRelease(palette, Qt::LeftButton, {}, QPoint(10, 50));
+        QVERIFY(!palette->isVisible());
+        QCOMPARE(t.w.picPhoto->ForeColor, 0x0000FFu);
+        QCOMPARE(t.w.picPhoto->Line1->BorderColor, 0x0000FFu);
+        QCOMPARE(t.w.picPhoto->Shape1->BorderColor, 0x0000FFu);
+    }
+
+    void fillColourPaletteStartsAtTheFillColour()
+    {
+        Window t;
+        t.w.vFormFillColor_NewColor(0xFFFFFF);
+        chooseTool(t.w, QStringLiteral("FilledRectangle"));
+        t.w.tlbGeneral_ButtonClick(QStringLiteral("FillColor"));
+        frmColors *palette = t.w.FillColorPalette();
+        QVERIFY(palette && palette->isVisible());
+        QCOMPARE(palette->Caption(), QStringLiteral("Γέμισμα"));
+        QCOMPARE(palette->SelectedIndex(), 40);
+        // The maroon that opens the second row.
+        QTest::mousePress(palette, Qt::LeftButton, {}, QPoint(10, 30));
+        QCOMPARE(t.w.picPhoto->FillColor, 0x000080u);
+        QCOMPARE(t.w.picPhoto->Shape1->FillColor, 0x000080u);
+        QTest::mouseRelease(palette, Qt::LeftButton, {}, QPoint(10, 30));
+    }
+
+    void widthAndPatternPalettesStartAtTheCanvasValuesAndSetAllThree()
+    {
+        Window t;
+        t.w.vFormBorderWidth_NewBorderWidth(3);
+        t.w.vFormFillStyle_NewFillStyle(4);
+        chooseTool(t.w, QStringLiteral("FilledEllipse"));
+        t.w.tlbGeneral_ButtonClick(QStringLiteral("BorderWidth"));
+        frmBorderWidth *widths = t.w.BorderWidthPalette();
+        QVERIFY(widths && widths->isVisible());
+        QCOMPARE(widths->SelectedIndex(), 3);
+        // The fifth row: y from 69 to 85.
+        QTest::mousePress(widths, Qt::LeftButton, {}, QPoint(30, 75));
+        QTest::mouseRelease(widths, Qt::LeftButton, {}, QPoint(30, 75));
+        QCOMPARE(t.w.picPhoto->DrawWidth, qint16(5));
+        QCOMPARE(t.w.picPhoto->Line1->BorderWidth, qint16(5));
+        QCOMPARE(t.w.picPhoto->Shape1->BorderWidth, qint16(5));
+
+        t.w.tlbGeneral_ButtonClick(QStringLiteral("FillStyle"));
+        frmFillStyle *styles = t.w.FillStylePalette();
+        QVERIFY(styles && styles->isVisible());
+        QCOMPARE(styles->SelectedFillStyle(), 4);
+        // The seventh cell, the diagonal cross.
+        QTest::mousePress(styles, Qt::LeftButton, {}, QPoint(20, 130));
+        QTest::mouseRelease(styles, Qt::LeftButton, {}, QPoint(20, 130));
+        QCOMPARE(t.w.picPhoto->FillStyle, qint16(7));
+        QCOMPARE(t.w.picPhoto->Shape1->FillStyle, qint16(7));
+    }
+
+    void aNewPaletteObjectEachTimeItDropsDown()
+    {
+        Window t;
+        chooseTool(t.w, QStringLiteral("Pen"));
+        t.w.ShowPaletteDropdown(QStringLiteral("BorderColor"));
+        QPointer<frmColors> first = t.w.BorderColorPalette();
+        t.w.ShowPaletteDropdown(QStringLiteral("BorderColor"));
+        QVERIFY(t.w.BorderColorPalette() != first.data());
+        QTRY_VERIFY(!first);
+        t.w.BorderColorPalette()->Unload();
+    }
+
+    void colourPaletteNearTheRightScreenEdgeMeetsIt()
+    {
+        Window t;
+        const int screenWidth = QGuiApplication::primaryScreen()->geometry().width();
+        const QToolButton *button = t.w.tlbGeneral->Buttons(QStringLiteral("BorderColor"));
+        t.w.move(screenWidth - button->x() - 30, 10);
+        QTRY_VERIFY(t.w.tlbGeneral->mapToGlobal(QPoint(button->x(), 0)).x() > screenWidth - 40);
+        t.w.ShowPaletteDropdown(QStringLiteral("BorderColor"));
+        frmColors *palette = t.w.BorderColorPalette();
+        QVERIFY(palette);
+        QCOMPARE(palette->Left() + palette->Width(), platform::twipsFromPixelsX(screenWidth));
+        palette->Unload();
     }
 
     void stampChoiceLeavesTheCanvasAndItsUndo()

@@ -165,23 +165,15 @@ void drawRectangle(
     for (int y = top; y < bottom; ++y)
         brushSpan(image, y, left, right - 1, brush);
 
-    // The outline is centred on the box's edge pixels: a wide pen reaches outside the
-    // box by half its width and inside by the rest.
-    const int width = std::max(pen.width, 1);
-    const int a = (width - 1) / 2;
-    const int c = width / 2;
-    const int ox0 = left - a, ox1 = right - 1 + c;
-    const int oy0 = top - a, oy1 = bottom - 1 + c;
-    const int hx0 = left + c + 1, hx1 = right - 2 - a;
-    const int hy0 = top + c + 1, hy1 = bottom - 2 - a;
-    for (int y = oy0; y <= oy1; ++y) {
-        if (y >= hy0 && y <= hy1 && hx0 <= hx1) {
-            solidSpan(image, y, ox0, hx0 - 1, pen.color);
-            solidSpan(image, y, hx1 + 1, ox1, pen.color);
-        } else {
-            solidSpan(image, y, ox0, ox1, pen.color);
-        }
-    }
+    // The outline runs through the box's edge pixels with the round pen: a wide pen
+    // reaches outside the box by half its width and inside by the rest, and rounds the
+    // outer corners.
+    const int r = right - 1;
+    const int b = bottom - 1;
+    drawLine(image, left, top, r, top, pen);
+    drawLine(image, r, top, r, b, pen);
+    drawLine(image, r, b, left, b, pen);
+    drawLine(image, left, b, left, top, pen);
 }
 
 void drawEllipse(QImage &image, int left, int top, int right, int bottom, const Pen &pen, const Brush &brush)

@@ -6,6 +6,7 @@
 #include <QPainter>
 #include <QTest>
 
+#include <algorithm>
 #include <cmath>
 #include <functional>
 
@@ -73,18 +74,30 @@ private slots:
         COMPARE_PICTURES(image, expected);
     }
 
-    void rectangleOfWidthFiveStraddlesTheEdgePixels()
+    void rectangleOfWidthFiveStraddlesTheEdgePixelsWithRoundCorners()
     {
         QImage image = canvas();
         drawRectangle(image, 10, 8, 30, 22, Pen {Red, 5}, Brush {Solid, Blue});
-        const QImage expected = reference(40, 30, [](int x, int y) {
-            const bool outer = x >= 8 && x <= 31 && y >= 6 && y <= 23;
-            const bool hole = x >= 13 && x <= 26 && y >= 11 && y <= 18;
-            if (outer && !hole)
+        // The pen covers every pixel within two and a half pixels of the path through
+        // the edge pixels, (10, 8) to (29, 21); the brush the rest inside the path.
+        const auto distanceToPath = [](double x, double y) {
+            const double dx = std::max({10.0 - x, 0.0, x - 29.0});
+            const double dy = std::max({8.0 - y, 0.0, y - 21.0});
+            if (dx > 0 || dy > 0)
+                return std::hypot(dx, dy);
+            return std::min({x - 10.0, 29.0 - x, y - 8.0, 21.0 - y});
+        };
+        const QImage expected = reference(40, 30, [&](int x, int y) {
+            if (distanceToPath(x, y) <= 2.5)
                 return Red;
-            return hole ? Blue : White;
+            const bool inside = x >= 10 && x <= 29 && y >= 8 && y <= 21;
+            return inside ? Blue : White;
         });
         COMPARE_PICTURES(image, expected);
+        QCOMPARE(image.pixel(8, 14), rgbOf(Red));
+        QCOMPARE(image.pixel(12, 14), rgbOf(Red));
+        QCOMPARE(image.pixel(13, 14), rgbOf(Blue));
+        QCOMPARE(image.pixel(8, 6), rgbOf(White));
     }
 
     void ellipseOfWidthOneIsARingInsideItsBox()

@@ -8,6 +8,7 @@
 #include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
+#include <QFontDatabase>
 #include <QLineEdit>
 #include <QPainter>
 #include <QPushButton>
@@ -76,6 +77,15 @@ private slots:
         QCOMPARE(dialog.cmbFontSize->itemText(10), QStringLiteral("24"));
         QCOMPARE(dialog.cmbFontSize->currentText(), QStringLiteral("24"));
         QCOMPARE(dialog.cmdApply->toolTip(), QStringLiteral("Εφαρμογή και έξοδος"));
+    }
+
+    void fontListHoldsEveryFamilyWhenTheSystemFontWritesGreek()
+    {
+        frmDrawingText dialog;
+        const bool greek
+            = QFontDatabase::writingSystems(QFontInfo(QFont()).family()).contains(QFontDatabase::Greek);
+        QCOMPARE(dialog.cmbFontName->count(), greek ? int(QFontDatabase::families().size()) : 0);
+        QCOMPARE(dialog.cmbFontName->toolTip(), QStringLiteral("Γραμματοσειρά"));
     }
 
     void fontControlsChangeThePreviewAndSelectTheText()
@@ -166,6 +176,19 @@ private slots:
         QCOMPARE(drawing::throughGreekCodePage(QStringLiteral("Αθήνα")), QStringLiteral("Αθήνα"));
         QCOMPARE(drawing::throughGreekCodePage(QStringLiteral("ἀρχή")), QStringLiteral("?ρχή"));
         QCOMPARE(drawing::throughGreekCodePage(QStringLiteral("日")), QStringLiteral("?"));
+    }
+
+    void charactersOutsideTheGreekCodePageReachTheCanvasAsQuestionMarks()
+    {
+        Window t;
+        answerTextDialog([](frmDrawingText &d) {
+            d.txtText->setText(QStringLiteral("ἀνήρ"));
+            d.cmdApply->click();
+        });
+        stroke(t.w, {{10, 10}});
+        QImage expected = drawing::blankImage(t.w.picPhoto->size(), 0xFFFFFF);
+        drawing::drawText(expected, 10, 10, t.w.picPhoto->Font, 0, QStringLiteral("?νήρ"));
+        QCOMPARE(t.w.picPhoto->Picture(), expected);
     }
 
     void textIsWrittenAtThePressNotTheRelease()

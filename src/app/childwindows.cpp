@@ -2,7 +2,10 @@
 
 #include "mdiform1.h"
 
+#include <findingwindows.h>
 #include <frmdrawing.h>
+#include <frmindex.h>
+#include <frmsearchresources.h>
 #include <sourceviewer.h>
 
 #include <QMdiSubWindow>
@@ -12,6 +15,11 @@
 void registerChildWindows()
 {
     // Finding: the resource search and the index.
+    MDIForm1::setChildWindowProvider(
+        MDIForm1::ChildWindow::Index, [](bool create) -> QWidget * { return frmIndex::instance(create); });
+    MDIForm1::setChildWindowProvider(MDIForm1::ChildWindow::SearchResources,
+        [](bool create) -> QWidget * { return frmSearchResources::instance(create); });
+    finding::registerFindingLinks();
 
     // Notepad.
 

@@ -11,7 +11,6 @@
 #include <runtimeerror.h>
 #include <shellwindow.h>
 #include <twips.h>
-#include <viewerlinks.h>
 
 #include <QCloseEvent>
 #include <QImageReader>
@@ -475,8 +474,7 @@ QString frmDrawing::askText()
 
 void frmDrawing::closeEvent(QCloseEvent *event)
 {
-    if (LoadedFromTheFormSearchResources)
-        platform::resumeNext([this] { viewerlinks::unghostSearchItem(QString::number(ResourceID())); });
+    // The search gets its item back and the opener hears of the unload.
     SourceViewer::closeEvent(event);
     if (event->isAccepted())
         showToggle(false);

@@ -66,8 +66,6 @@ public:
     static constexpr int MinimumWidth = 7155;
     static constexpr int MinimumHeight = 3800;
 
-    bool LoadedFromTheFormSearchResources = false;
-
     Kind kind() const override { return Kind::Map; }
     void Load() override;
     // An opener puts the map in, names the window and lays out the scroll bars.

@@ -11,12 +11,16 @@
 #include <shellwindow.h>
 #include <twips.h>
 
+#include <frmdrawingtext.h>
+
 #include <QAction>
+#include <QApplication>
 #include <QList>
 #include <QMainWindow>
 #include <QMdiArea>
 #include <QMenu>
 #include <QTest>
+#include <QTimer>
 
 namespace testing {
 
@@ -134,6 +138,22 @@ inline void chooseTool(frmDrawing &w, const QString &key)
 {
     w.tlbTools->setValue(key, 1);
     w.tlbTools_ButtonClick(key);
+}
+
+// Answers the next modal text dialog: `act` fills it in and presses a button.
+inline void answerTextDialog(std::function<void(frmDrawingText &)> act)
+{
+    QTimer::singleShot(0, [act = std::move(act)] {
+        auto *dialog = qobject_cast<frmDrawingText *>(QApplication::activeModalWidget());
+        if (!dialog) {
+            const auto all = QApplication::topLevelWidgets();
+            for (QWidget *w : all)
+                if (auto *d = qobject_cast<frmDrawingText *>(w); d && d->isVisible())
+                    dialog = d;
+        }
+        QVERIFY(dialog);
+        act(*dialog);
+    });
 }
 
 inline QImage solidPicture(QSize size, QColor color)

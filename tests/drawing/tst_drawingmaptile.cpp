@@ -11,8 +11,10 @@
 
 #include <QApplication>
 #include <QLabel>
+#include <QLineEdit>
 #include <QMdiArea>
 #include <QMdiSubWindow>
+#include <QPushButton>
 #include <QTemporaryDir>
 
 using namespace testing;
@@ -71,17 +73,24 @@ private slots:
         stroke(*drawing, {{10, 10}});
         QCOMPARE(drawing->picPhoto->Picture().pixel(4, 3), qRgb(255, 255, 255));
         QCOMPARE(drawing->picPhoto->Picture().pixel(3, 3), qRgb(120, 90, 40));
-        const QImage hatched = drawing->picPhoto->Picture();
+        chooseTool(*drawing, QStringLiteral("Text"));
+        answerTextDialog([](frmDrawingText &d) {
+            d.txtText->setText(QStringLiteral("Αθήνα"));
+            d.cmdApply->click();
+        });
+        stroke(*drawing, {{2, 20}});
+        QCOMPARE(drawing->TextToWrite(), QStringLiteral("Αθήνα"));
+        const QImage drawn = drawing->picPhoto->Picture();
         chooseTool(*drawing, QStringLiteral("Pen"));
         stroke(*drawing, {{0, 40}, {60, 40}});
         drawing->tlbGeneral_ButtonClick(QStringLiteral("Undo"));
-        QCOMPARE(drawing->picPhoto->Picture(), hatched);
+        QCOMPARE(drawing->picPhoto->Picture(), drawn);
         QTemporaryDir dir;
         AnsweringDialogs dialogs;
         dialogs.names = {dir.filePath(QStringLiteral("χάρτης.bmp"))};
         drawing->tlbGeneral_ButtonClick(QStringLiteral("SaveAs"));
-        QCOMPARE(QImage(dir.filePath(QStringLiteral("χάρτης.bmp"))).convertToFormat(QImage::Format_RGB32),
-            hatched);
+        QCOMPARE(
+            QImage(dir.filePath(QStringLiteral("χάρτης.bmp"))).convertToFormat(QImage::Format_RGB32), drawn);
 
         drawing->Unload();
         QVERIFY(!shell.mnuDraw->isChecked());

@@ -19,22 +19,6 @@ using namespace testing;
 
 namespace {
 
-// Answers the next modal text dialog: `act` fills it in and presses a button.
-void answerTextDialog(std::function<void(frmDrawingText &)> act)
-{
-    QTimer::singleShot(0, [act = std::move(act)] {
-        auto *dialog = qobject_cast<frmDrawingText *>(QApplication::activeModalWidget());
-        if (!dialog) {
-            const auto all = QApplication::topLevelWidgets();
-            for (QWidget *w : all)
-                if (auto *d = qobject_cast<frmDrawingText *>(w); d && d->isVisible())
-                    dialog = d;
-        }
-        QVERIFY(dialog);
-        act(*dialog);
-    });
-}
-
 struct Window
 {
     frmDrawing w;

@@ -3,8 +3,13 @@
 #include "mdiform1.h"
 
 #include <findingwindows.h>
+#include <frmdrawing.h>
 #include <frmindex.h>
 #include <frmsearchresources.h>
+#include <sourceviewer.h>
+
+#include <QMdiSubWindow>
+#include <QPointer>
 
 // Each subsystem registers its windows in a block of its own.
 void registerChildWindows()
@@ -19,4 +24,20 @@ void registerChildWindows()
     // Notepad.
 
     // Drawing: the drawing window, also as the viewer of a map.
+    MDIForm1::setChildWindowProvider(MDIForm1::ChildWindow::Drawing, [](bool create) -> QWidget * {
+        static QPointer<frmDrawing> shellDrawing;
+        if (!shellDrawing && create) {
+            shellDrawing = new frmDrawing;
+            // The shell's own drawing window is made afresh after it was closed.
+            QObject::connect(shellDrawing, &SourceViewer::OnUnload, shellDrawing, [w = shellDrawing.data()] {
+                if (auto *sub = qobject_cast<QMdiSubWindow *>(w->parentWidget()))
+                    sub->deleteLater();
+                else
+                    w->deleteLater();
+            });
+            shellDrawing->Load();
+        }
+        return shellDrawing;
+    });
+    SourceViewer::setFactory(SourceViewer::Kind::Map, [] { return new frmDrawing; });
 }

@@ -728,6 +728,96 @@ def background():
 pictures["BGR_1"] = background()
 
 # ---------------------------------------------------------------------------------------
+# The painter: tool and command icons (20 by 20; the dropdown ones carry a small arrow),
+# the four stamps and the drawing cursor.
+
+def icon(body, defs=""):
+    return svg(20, 20, body, defs)
+
+
+DROP_ARROW = f'<path d="M14 16 H20 L17 19.5 Z" fill="{INK}"/>'
+PENCIL = (f'<path d="M4 16 L5 12 L14 3 L17 6 L8 15 Z" fill="{OCHRE}" stroke="{INK}" stroke-width="1" stroke-linejoin="round"/>'
+          f'<path d="M4 16 L5 12 L8 15 Z" fill="{PARCHMENT}" stroke="{INK}" stroke-width="0.8"/>'
+          f'<path d="M4 16 L4.6 13.8 L6.2 15.4 Z" fill="{INK}"/>'
+          f'<path d="M12.5 4.5 L15.5 7.5" stroke="{TERRACOTTA}" stroke-width="2"/>')
+BUCKET = (f'<path d="M4 8 L10 2 L16 8 L10 14 Z" fill="{MARBLE}" stroke="{INK}" stroke-width="1.1" stroke-linejoin="round"/>'
+          f'<path d="M4 8 L16 8 L10 14 Z" fill="{AEGEAN}"/>'
+          f'<path d="M16 8 C18 10 18.5 13 17 14.5 C16 13 15.5 10.5 16 8 Z" fill="{AEGEAN}" stroke="{AEGEAN_DARK}" stroke-width="0.6"/>')
+
+
+def tools():
+    line = f'stroke="{INK}" stroke-width="1.6" fill="none"'
+    pictures["dt_Arrow"] = icon(f'<path d="M5 2 V16 L8.5 12.5 L11 18 L13 17 L10.5 11.5 H15 Z" fill="{MARBLE}" stroke="{INK}" stroke-width="1.1" stroke-linejoin="round"/>')
+    pictures["dt_Pen"] = icon(PENCIL + f'<path d="M2 18.5 C5 17 7 19 10 18" {line}/>')
+    pictures["dt_Line"] = icon(f'<path d="M3 17 L17 3" stroke="{INK}" stroke-width="2" stroke-linecap="round"/>'
+                               f'<circle cx="3" cy="17" r="1.6" fill="{TERRACOTTA}"/><circle cx="17" cy="3" r="1.6" fill="{TERRACOTTA}"/>')
+    pictures["dt_Ellipse"] = icon(f'<ellipse cx="10" cy="10" rx="8" ry="5.5" {line}/>')
+    corners = "".join(f'<circle cx="{x}" cy="{y}" r="1.5" fill="{TERRACOTTA}"/>' for x, y in [(2.5, 4.5), (17.5, 15.5)])
+    pictures["dt_Rectangle"] = icon(f'<rect x="2.5" y="4.5" width="15" height="11" {line}/>' + corners)
+    pictures["dt_FilledEllipse"] = icon(f'<ellipse cx="10" cy="10" rx="8" ry="5.5" fill="{AEGEAN_LIGHT}" stroke="{INK}" stroke-width="1.6"/>')
+    pictures["dt_FilledRectangle"] = icon(f'<rect x="2.5" y="4.5" width="15" height="11" fill="{OLIVE_LIGHT}" stroke="{INK}" stroke-width="1.6"/>' + corners)
+    pictures["dt_FloodFill"] = icon(BUCKET)
+    pictures["dt_Text"] = icon(f'<path d="M3 17 L9 3 H11 L17 17 H14.5 L13 13 H7 L5.5 17 Z M7.8 11 H12.2 L10 5.5 Z" fill="{INK}" fill-rule="evenodd"/>')
+
+
+def commands():
+    page = f'fill="{MARBLE}" stroke="{INK}" stroke-width="1" stroke-linejoin="round"'
+    pictures["dg_New"] = icon(f'<path d="M4 1.5 H12 L16 5.5 V18.5 H4 Z" {page}/><path d="M12 1.5 V5.5 H16" fill="none" stroke="{INK}" stroke-width="1"/>')
+    pictures["dg_Open"] = icon(f'<path d="M1.5 5 H7 L8.5 6.5 H15.5 V16.5 H1.5 Z" fill="{OCHRE}" stroke="{INK}" stroke-width="1"/>'
+                               f'<path d="M1.5 16.5 L4.5 9 H18.5 L15.5 16.5 Z" fill="{OCHRE_LIGHT}" stroke="{INK}" stroke-width="1" stroke-linejoin="round"/>')
+    disk = (f'<path d="M2.5 2.5 H15 L17.5 5 V17.5 H2.5 Z" fill="{AEGEAN}" stroke="{AEGEAN_DARK}" stroke-width="1"/>'
+            f'<rect x="5.5" y="2.5" width="8" height="5" fill="{MARBLE}"/><rect x="5" y="11" width="10" height="6.5" fill="{MARBLE_SHADE}"/>')
+    pictures["dg_Save"] = icon(disk)
+    pictures["dg_SaveAs"] = icon(disk + f'<g transform="translate(6 4) scale(0.7)">{PENCIL}</g>')
+    writing = "".join(f'<path d="M10 {9.3 + 2.2 * i} H15" stroke="{AEGEAN_DARK}" stroke-width="0.7"/>' for i in range(4))
+    pictures["dg_Copy"] = icon(f'<path d="M2.5 2.5 H10.5 V13.5 H2.5 Z" {page}/><path d="M8.5 6.5 H16.5 V17.5 H8.5 Z" {page}/>' + writing)
+    pictures["dg_Paste"] = icon(f'<rect x="3" y="3.5" width="12" height="15" rx="1" fill="{TERRACOTTA}" stroke="{INK}" stroke-width="1"/>'
+                                f'<rect x="6.5" y="2" width="5" height="3" fill="{MARBLE_SHADE}" stroke="{INK}" stroke-width="0.8"/>'
+                                f'<path d="M9 8.5 H17.5 V18.5 H9 Z" {page}/>')
+    pictures["dg_Print"] = icon(f'<path d="M5.5 2.5 H14.5 V8 H5.5 Z" {page}/>'
+                                f'<rect x="1.5" y="8" width="17" height="7" rx="1.5" fill="{MARBLE_SHADE}" stroke="{INK}" stroke-width="1"/>'
+                                f'<path d="M5.5 12.5 H14.5 V18 H5.5 Z" {page}/><circle cx="16" cy="10.5" r="0.9" fill="{OLIVE}"/>')
+    pictures["dg_Undo"] = icon(f'<path d="M6 8 H12.5 C15.5 8 17 10 17 12.5 C17 15 15.5 17 12.5 17 H8" fill="none" stroke="{AEGEAN_DARK}" stroke-width="2" stroke-linecap="round"/>'
+                               f'<path d="M2 8 L7 3.5 V12.5 Z" fill="{AEGEAN_DARK}"/>')
+    pictures["dg_Picture"] = icon(f'<rect x="1.5" y="3.5" width="17" height="13" fill="{AEGEAN_LIGHT}" stroke="{INK}" stroke-width="1"/>'
+                                  f'<path d="M2 16 L7.5 9 L11 13 L13.5 10.5 L18 16 Z" fill="{OLIVE}"/><circle cx="14.5" cy="7" r="1.8" fill="{GOLD}"/>')
+    pictures["dg_Exit"] = icon(f'<path d="M3 2.5 H12 V17.5 H3 Z" fill="{TERRACOTTA}" stroke="{INK}" stroke-width="1"/>'
+                               f'<path d="M9 10 H18 M15 6.5 L18.5 10 L15 13.5" fill="none" stroke="{INK}" stroke-width="1.8" stroke-linecap="round" stroke-linejoin="round"/>')
+    pictures["dg_Shape"] = icon(f'<path d="M2 13 L6.5 3 L11 13 Z" fill="{OCHRE}" stroke="{INK}" stroke-width="0.9"/>'
+                                f'<path d="M12.5 3 L13.6 6.3 H17 L14.2 8.3 L15.3 11.6 L12.5 9.6 L9.7 11.6 L10.8 8.3 L8 6.3 H11.4 Z" fill="{GOLD}" stroke="{INK}" stroke-width="0.7"/>' + DROP_ARROW)
+    pictures["dg_BorderWidth"] = icon("".join(f'<path d="M1.5 {3 + 4.5 * i} H14" stroke="{INK}" stroke-width="{0.8 + 0.9 * i}"/>' for i in range(4)) + DROP_ARROW)
+    pictures["dg_BorderColor"] = icon(f'<g transform="translate(0 -1)">{PENCIL}</g><rect x="1" y="16.5" width="12" height="3" fill="{TERRACOTTA}"/>' + DROP_ARROW)
+    pictures["dg_FillColor"] = icon(f'<g transform="scale(0.85)">{BUCKET}</g><rect x="1" y="16.5" width="12" height="3" fill="{AEGEAN}"/>' + DROP_ARROW)
+    pictures["dg_FillStyle"] = icon(f'<rect x="2" y="2" width="11" height="13" fill="{MARBLE}" stroke="{INK}" stroke-width="1"/>'
+                                    + "".join(f'<path d="M2 {4 + 3 * i} H13" stroke="{INK}" stroke-width="0.8"/>' for i in range(4)) + DROP_ARROW)
+
+
+def stamps():
+    pictures["STAMP_TRIANGLE"] = svg(22, 24, f'<path d="M11 3 L20 21 H2 Z" fill="{OCHRE}" stroke="{INK}" stroke-width="1.2" stroke-linejoin="round"/>')
+    pts = []
+    for k in range(10):
+        r = 10 if k % 2 == 0 else 4.2
+        a = -math.pi / 2 + k * math.pi / 5
+        pts.append(f"{11 + r * math.cos(a):.2f} {12.5 + r * math.sin(a):.2f}")
+    pictures["STAMP_STAR"] = svg(22, 24, f'<path d="M{" L".join(pts)} Z" fill="{GOLD}" stroke="{INK}" stroke-width="1" stroke-linejoin="round"/>')
+    pictures["STAMP_ROMBOS"] = svg(22, 24, f'<path d="M11 2 L20 12 L11 22 L2 12 Z" fill="{AEGEAN}" stroke="{INK}" stroke-width="1.2" stroke-linejoin="round"/>')
+    pictures["STAMP_PERIERGO"] = svg(22, 24, f'<path d="M11 3 C16 1 21 6 18 10 C22 13 19 21 14 19 C12 23 5 22 5 17 C0 15 1 8 6 8 C5 4 8 2 11 3 Z" fill="{OLIVE_LIGHT}" stroke="{INK}" stroke-width="1.1"/>'
+                                          f'<circle cx="9" cy="11" r="1.3" fill="{INK}"/><circle cx="14" cy="11" r="1.3" fill="{INK}"/>')
+
+
+def draw_cursor():
+    # A fine cross whose centre, the hot spot, is left open so the pixel under it shows.
+    return svg(32, 32, f'<path d="M16 3 V13 M16 19 V29 M3 16 H13 M19 16 H29" stroke="#ffffff" stroke-width="3"/>'
+                       f'<path d="M16 3 V13 M16 19 V29 M3 16 H13 M19 16 H29" stroke="#000000" stroke-width="1"/>'
+                       f'<circle cx="16" cy="16" r="4.3" fill="none" stroke="{TERRACOTTA}" stroke-width="0.9" opacity="0.8"/>')
+
+
+tools()
+commands()
+stamps()
+pictures["DRAWCURSOR"] = draw_cursor()
+
+# ---------------------------------------------------------------------------------------
 
 if __name__ == "__main__":
     os.makedirs(OUT, exist_ok=True)

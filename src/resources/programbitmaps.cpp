@@ -36,6 +36,7 @@ constexpr int TileWidth = 50;
 constexpr int TileHeight = 47;
 constexpr int ToolbarSize = 40;
 constexpr int GoSize = 64;
+constexpr int PainterIcon = 20;
 
 // Every picture with its design size in logical pixels. The file of each is
 // ":/pictures/<name>.svg", listed by that alias in programpictures.qrc.
@@ -111,6 +112,36 @@ const Entry kEntries[] = {
     {u"keimeno", 32, 32},
     {u"agio", 32, 32},
     {u"xartis", 32, 32},
+    // The painter: tools, commands, the stamps and its cursor.
+    {u"dt_Arrow", PainterIcon, PainterIcon},
+    {u"dt_Pen", PainterIcon, PainterIcon},
+    {u"dt_Line", PainterIcon, PainterIcon},
+    {u"dt_Ellipse", PainterIcon, PainterIcon},
+    {u"dt_Rectangle", PainterIcon, PainterIcon},
+    {u"dt_FilledEllipse", PainterIcon, PainterIcon},
+    {u"dt_FilledRectangle", PainterIcon, PainterIcon},
+    {u"dt_FloodFill", PainterIcon, PainterIcon},
+    {u"dt_Text", PainterIcon, PainterIcon},
+    {u"dg_New", PainterIcon, PainterIcon},
+    {u"dg_Open", PainterIcon, PainterIcon},
+    {u"dg_Save", PainterIcon, PainterIcon},
+    {u"dg_SaveAs", PainterIcon, PainterIcon},
+    {u"dg_Copy", PainterIcon, PainterIcon},
+    {u"dg_Paste", PainterIcon, PainterIcon},
+    {u"dg_Print", PainterIcon, PainterIcon},
+    {u"dg_Undo", PainterIcon, PainterIcon},
+    {u"dg_Picture", PainterIcon, PainterIcon},
+    {u"dg_Exit", PainterIcon, PainterIcon},
+    {u"dg_Shape", PainterIcon, PainterIcon},
+    {u"dg_BorderWidth", PainterIcon, PainterIcon},
+    {u"dg_BorderColor", PainterIcon, PainterIcon},
+    {u"dg_FillColor", PainterIcon, PainterIcon},
+    {u"dg_FillStyle", PainterIcon, PainterIcon},
+    {u"STAMP_TRIANGLE", 22, 24},
+    {u"STAMP_STAR", 22, 24},
+    {u"STAMP_ROMBOS", 22, 24},
+    {u"STAMP_PERIERGO", 22, 24},
+    {u"DRAWCURSOR", 32, 32, 16, 16},
 };
 
 const Entry *find(const QString &name)

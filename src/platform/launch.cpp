@@ -7,8 +7,8 @@
 
 namespace platform {
 
-LaunchResult launchDetached(const QString &program, const QStringList &arguments,
-                            const QString &workingDirectory)
+LaunchResult launchDetached(
+    const QString &program, const QStringList &arguments, const QString &workingDirectory)
 {
     LaunchResult result;
     QProcess process;
@@ -30,6 +30,16 @@ QString findProgram(const QString &nameOrPath)
         return info.isFile() && info.isExecutable() ? info.absoluteFilePath() : QString();
     }
     return QStandardPaths::findExecutable(nameOrPath);
+}
+
+QString wordProcessorProgram()
+{
+    for (const QString &name : {QStringLiteral("soffice"), QStringLiteral("libreoffice")}) {
+        const QString found = findProgram(name);
+        if (!found.isEmpty())
+            return found;
+    }
+    return {};
 }
 
 QString applicationFolder()

@@ -14,11 +14,14 @@ struct LaunchResult
     QString error; // why it did not start, in words for the user
 };
 
-LaunchResult launchDetached(const QString &program, const QStringList &arguments,
-                            const QString &workingDirectory = {});
+LaunchResult launchDetached(
+    const QString &program, const QStringList &arguments, const QString &workingDirectory = {});
 
 // A program by name on PATH, or by path; empty when there is none.
 QString findProgram(const QString &nameOrPath);
+
+// The word processor's program: soffice on PATH, else libreoffice; empty when neither.
+QString wordProcessorProgram();
 
 // The folder of the running program (what the original called App.Path).
 QString applicationFolder();

@@ -6,13 +6,14 @@
 // 0 success, 1 bad input (with a one-line message on stderr), other values as documented.
 namespace commands {
 
-int import(const QStringList &args);   // import SOURCE DEST.sqlite
-int tables(const QStringList &args);   // tables FILE
-int query(const QStringList &args);    // query FILE SQL
-int rtfText(const QStringList &args);  // rtf-text FILE.rtf
-int rtfRuns(const QStringList &args);  // rtf-runs FILE.rtf
+int import(const QStringList &args); // import SOURCE DEST.sqlite
+int tables(const QStringList &args); // tables FILE
+int query(const QStringList &args); // query FILE SQL
+int rtfText(const QStringList &args); // rtf-text FILE.rtf
+int rtfRuns(const QStringList &args); // rtf-runs FILE.rtf
+int rtfRewrite(const QStringList &args); // rtf-rewrite IN.rtf OUT.rtf
 int hotwords(const QStringList &args); // hotwords FILE RESOURCEID
-int check(const QStringList &args);    // check FILE
+int check(const QStringList &args); // check FILE
 
 // Writes "tremidia-content: <message>" on stderr and returns 1.
 int fail(const QString &message);

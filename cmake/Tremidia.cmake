@@ -1,9 +1,11 @@
 # Shared helpers for the project's CMake files.
 
-# tremidia_add_test(NAME name SOURCES a.cpp ... LIBS lib ... [GUI] [TIMEOUT s] [LABELS l ...])
-# One Qt Test executable per class or window. GUI tests run on the offscreen platform.
+# tremidia_add_test(NAME name SOURCES a.cpp ... LIBS lib ... [GUI] [XVFB] [TIMEOUT s] [LABELS l ...])
+# One Qt Test executable per class or window. GUI tests run on the offscreen platform;
+# XVFB tests run on a virtual X display of their own, for what only a real window
+# system shows (window titles, screenshots of other programs).
 function(tremidia_add_test)
-    cmake_parse_arguments(T "GUI" "NAME;TIMEOUT" "SOURCES;LIBS;LABELS" ${ARGN})
+    cmake_parse_arguments(T "GUI;XVFB" "NAME;TIMEOUT" "SOURCES;LIBS;LABELS" ${ARGN})
     add_executable(${T_NAME} ${T_SOURCES})
     target_link_libraries(${T_NAME} PRIVATE Qt6::Test ${T_LIBS})
     set_target_properties(${T_NAME} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/tests/bin)
@@ -12,8 +14,13 @@ function(tremidia_add_test)
         TREMIDIA_FIXTURES_DIR="${PROJECT_SOURCE_DIR}/tests/data/jet"
         TREMIDIA_BINARY_DIR="${CMAKE_BINARY_DIR}"
         TREMIDIA_TEST_OUTPUT_DIR="${CMAKE_BINARY_DIR}/test-output")
-    add_test(NAME ${T_NAME} COMMAND ${T_NAME})
-    set(env "QT_QPA_PLATFORM=offscreen;LC_ALL=C.UTF-8;XDG_RUNTIME_DIR=${CMAKE_BINARY_DIR}/test-runtime")
+    if(T_XVFB)
+        add_test(NAME ${T_NAME} COMMAND xvfb-run -a -s "-screen 0 1024x768x24" $<TARGET_FILE:${T_NAME}>)
+        set(env "QT_QPA_PLATFORM=xcb;LC_ALL=C.UTF-8;XDG_RUNTIME_DIR=${CMAKE_BINARY_DIR}/test-runtime")
+    else()
+        add_test(NAME ${T_NAME} COMMAND ${T_NAME})
+        set(env "QT_QPA_PLATFORM=offscreen;LC_ALL=C.UTF-8;XDG_RUNTIME_DIR=${CMAKE_BINARY_DIR}/test-runtime")
+    endif()
     if(NOT T_TIMEOUT)
         set(T_TIMEOUT 300)
     endif()

@@ -176,6 +176,10 @@ int main(int argc, char *argv[])
         return 1;
     }
     const QString jet = QStringLiteral(TREMIDIA_FIXTURES_DIR "/content-jet4.mdb");
+    if (!QFileInfo::exists(jet)) {
+        std::fprintf(stderr, "missing test data file: %s\n", qPrintable(jet));
+        return 1;
+    }
 
     std::printf("start screen, offscreen, %d runs each\n", runs);
     QString error;

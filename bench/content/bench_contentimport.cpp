@@ -3,9 +3,11 @@
 
 #include <QCoreApplication>
 #include <QElapsedTimer>
+#include <QFileInfo>
 #include <QTextStream>
 
 #include <algorithm>
+#include <cstdio>
 #include <vector>
 
 // Time to open each fixture, over several runs: with the whole import into memory, and
@@ -17,6 +19,10 @@ int main(int argc, char *argv[])
     QTextStream out(stdout);
     for (const char *name : {"content-jet3.mdb", "content-jet4.mdb"}) {
         const QString path = QStringLiteral(TREMIDIA_FIXTURES_DIR "/") + QString::fromUtf8(name);
+        if (!QFileInfo::exists(path)) {
+            std::fprintf(stderr, "missing test data file: %s\n", qPrintable(path));
+            return 1;
+        }
         for (const bool again : {false, true}) {
             std::vector<double> ms;
             for (int i = 0; i < runs; ++i) {

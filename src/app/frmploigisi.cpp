@@ -8,10 +8,12 @@
 #include <shellwindow.h>
 
 #include <QCloseEvent>
+#include <QKeyEvent>
 #include <QPointer>
 #include <QTreeWidget>
 
 #include <algorithm>
+#include <functional>
 #include <limits>
 
 namespace {
@@ -46,11 +48,31 @@ qint16 toInteger(const QString &digits)
     return qint16(value);
 }
 
+// The tree control raises its node click when the selection moves by keyboard too
+// (arrows, Home, End, a typed letter), so the Go button always matches the node shown
+// as selected.
+class KeyboardFollowingTree final : public QTreeWidget
+{
+public:
+    using QTreeWidget::QTreeWidget;
+    std::function<void(QTreeWidgetItem *)> nodeReachedByKeyboard;
+
+protected:
+    void keyPressEvent(QKeyEvent *event) override
+    {
+        QTreeWidgetItem *before = currentItem();
+        QTreeWidget::keyPressEvent(event);
+        QTreeWidgetItem *after = currentItem();
+        if (after && after != before && nodeReachedByKeyboard)
+            nodeReachedByKeyboard(after);
+    }
+};
+
 } // namespace
 
 frmPloigisi::frmPloigisi(QWidget *parent)
     : QWidget(parent, Qt::Window)
-    , TreeView1(new QTreeWidget(this))
+    , TreeView1(new KeyboardFollowingTree(this))
     , TreeView2(new QTreeWidget(this))
     , cmdGo(new Btn(this))
 {
@@ -75,6 +97,8 @@ frmPloigisi::frmPloigisi(QWidget *parent)
 
     connect(TreeView1, &QTreeWidget::itemClicked, this,
         [this](QTreeWidgetItem *item) { platform::guarded([&] { TreeView1_NodeClick(item); }); });
+    static_cast<KeyboardFollowingTree *>(TreeView1)->nodeReachedByKeyboard
+        = [this](QTreeWidgetItem *item) { platform::guarded([&] { TreeView1_NodeClick(item); }); };
     connect(cmdGo, &Btn::Click, this, [this] { platform::guarded([this] { cmdGo_Click(); }); });
 }
 
@@ -123,6 +147,8 @@ QTreeWidgetItem *frmPloigisi::addNode(
 
     auto *item = parent ? new QTreeWidgetItem(parent) : new QTreeWidgetItem(TreeView1);
     item->setText(0, text);
+    // The window is narrow: a long name shows whole when the pointer rests on it.
+    item->setToolTip(0, text);
     item->setData(0, KeyRole, key);
     item->setData(0, TagRole, tag);
     platform::resumeNext([&] { item->setIcon(0, resources::LoadResIcon(image)); });

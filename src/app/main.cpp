@@ -1,6 +1,7 @@
 #include "childwindows.h"
 #include "main_routine.h"
 #include "mdiform1.h"
+#include "windowsystem.h"
 
 #include <programbitmaps.h>
 #include <translations.h>
@@ -9,6 +10,7 @@
 
 int main(int argc, char *argv[])
 {
+    chooseWindowSystem();
     QApplication app(argc, argv);
     QApplication::setApplicationName(QStringLiteral("tremidia"));
     // No display name: the window system would add it to every caption, and the

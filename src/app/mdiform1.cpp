@@ -298,10 +298,49 @@ void MDIForm1::Form_Load()
 void MDIForm1::closeEvent(QCloseEvent *event)
 {
     if (!m_unloaded) {
+        // The children go first, each through its own closing, so that a window with
+        // unsaved work asks its question and every window clears its menu mark and tells
+        // its owner; a child that stays open keeps the shell open too.
+        if (!UnloadChildWindows()) {
+            event->ignore();
+            return;
+        }
         m_unloaded = true;
         Form_Unload();
     }
     QMainWindow::closeEvent(event);
+}
+
+bool MDIForm1::UnloadChildWindows()
+{
+    // The pupil's windows go first, in the order they came, and the tiles after them:
+    // a window that stays open (unsaved work kept) then leaves the activity's board whole.
+    // A tile takes its viewer with it, so each window is looked at again before its turn.
+    QList<QPointer<QMdiSubWindow>> windows;
+    QList<QPointer<QMdiSubWindow>> tiles;
+    for (QMdiSubWindow *sub : area->subWindowList(QMdiArea::CreationOrder))
+        (qobject_cast<frmSmallButton *>(sub->widget()) ? tiles : windows).append(sub);
+    // Last, the windows that float above the shell and belong to it, such as the tree.
+    QList<QPointer<QWidget>> owned;
+    for (QObject *child : children()) {
+        auto *w = qobject_cast<QWidget *>(child);
+        if (w && w->isWindow() && w->isVisible())
+            owned.append(w);
+    }
+
+    for (const QPointer<QMdiSubWindow> &sub : std::as_const(windows)) {
+        if (sub && !sub->close())
+            return false;
+    }
+    for (const QPointer<QMdiSubWindow> &sub : std::as_const(tiles)) {
+        if (sub && !sub->close())
+            return false;
+    }
+    for (const QPointer<QWidget> &w : std::as_const(owned)) {
+        if (w && w->isVisible() && !w->close())
+            return false;
+    }
+    return true;
 }
 
 void MDIForm1::Form_Unload()

@@ -101,6 +101,7 @@ private:
     void buildMenu();
     void Form_Load();
     void Form_Unload();
+    bool UnloadChildWindows();
     void showStartScreen();
     void CreateTiles();
     void ArrangeTiles();

@@ -9,6 +9,8 @@
 #include <QMouseEvent>
 #include <QPainter>
 
+#include <utility>
+
 Btn::Btn(QWidget *parent)
     : QWidget(parent)
 {
@@ -207,9 +209,22 @@ void Btn::mouseReleaseEvent(QMouseEvent *event)
         Cls();
         const QPointF p = event->position();
         emit MouseUp(buttonOf(event->button()), shiftOf(event->modifiers()), twipsX(p.x()), twipsY(p.y()));
+        const bool endsDoubleClick = std::exchange(m_inDoubleClick, false);
         // A press that is dragged off the button and released there is no click.
-        if (event->button() == Qt::LeftButton && rect().contains(p.toPoint()))
+        if (event->button() == Qt::LeftButton && rect().contains(p.toPoint()) && !endsDoubleClick)
             emit Click();
+    });
+}
+
+void Btn::mouseDoubleClickEvent(QMouseEvent *event)
+{
+    // Qt's default would take the second press for a new one and so make a second click;
+    // a double click starts one program or opens one window, not two.
+    platform::guarded([&] {
+        showFace(Face::Pressed);
+        m_inDoubleClick = true;
+        if (event->button() == Qt::LeftButton)
+            emit DblClick();
     });
 }
 

@@ -68,6 +68,8 @@ public:
 
 signals:
     void Click();
+    // The second press of a double click: the first press and release made the Click.
+    void DblClick();
     void KeyDown(int keyCode, int shift);
     void KeyPress(int keyAscii);
     void KeyUp(int keyCode, int shift);
@@ -81,6 +83,7 @@ protected:
     void mousePressEvent(QMouseEvent *event) override;
     void mouseMoveEvent(QMouseEvent *event) override;
     void mouseReleaseEvent(QMouseEvent *event) override;
+    void mouseDoubleClickEvent(QMouseEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
     void keyReleaseEvent(QKeyEvent *event) override;
     void changeEvent(QEvent *event) override;
@@ -114,4 +117,6 @@ private:
     int m_mousePointer = vbDefault;
     QString m_tag;
     Face m_face = Face::Normal;
+    // The release that ends a double click makes no second Click.
+    bool m_inDoubleClick = false;
 };

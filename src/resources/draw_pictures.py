@@ -536,6 +536,22 @@ pictures["HAND"] = svg(32, 32, f"""
       stroke-linecap="round"/>""")
 
 # ---------------------------------------------------------------------------------------
+# The line-width palette's picture, 70 x 170: ten black lines, one a row of 16 pixels from
+# y = 5, the line of row i i pixels thick and centred in its row. Whole pixels only, so the
+# widths read exactly; the window's own colour shows through around them.
+
+
+def line_widths():
+    rows = []
+    for i in range(1, 11):
+        top = (i - 1) * 16 + 5 + 8 - (i + 1) // 2
+        rows.append(f'<rect x="9" y="{top}" width="52" height="{i}" fill="#000000"/>')
+    return svg(70, 170, "\n".join(rows))
+
+
+pictures["LINEWIDTHS"] = line_widths()
+
+# ---------------------------------------------------------------------------------------
 # The text viewer's parchment, 620 x 354: a sheet of papyrus with its crossed fibres and
 # darker, worn edges. It is stretched to the window, so it carries no hard details.
 

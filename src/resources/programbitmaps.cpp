@@ -43,6 +43,8 @@ const Entry kEntries[] = {
     {u"BGR_1", 800, 600},
     {u"PAPIROS", 620, 354},
     {u"HAND", 32, 32, 12, 1},
+    // The line-width palette's ten lines.
+    {u"LINEWIDTHS", 70, 170},
 
     {u"GO", GoSize, GoSize},
     {u"GO_DOWN", GoSize, GoSize},

@@ -1,11 +1,13 @@
 #include "rtfpicture.h"
 
+#include <metafile.h>
 #include <twips.h>
 
 #include <QBuffer>
 #include <QImageReader>
 
 #include <algorithm>
+#include <cmath>
 
 namespace richtext {
 
@@ -58,6 +60,18 @@ double himetricToPixels(int himetric)
 {
     // 2540 himetric to the inch, 1440 twips to the inch.
     return himetric * 1440.0 / 2540.0 / platform::TwipsPerPixelX;
+}
+
+// The pixels a metafile is drawn at: the author's goal size, else its own picture size.
+QSize metafileGoalSize(const PictureInput &input)
+{
+    if (input.goalw > 0 && input.goalh > 0)
+        return QSize(int(std::lround(double(input.goalw) / platform::TwipsPerPixelX)),
+            int(std::lround(double(input.goalh) / platform::TwipsPerPixelY)));
+    if (input.picw > 0 && input.pich > 0)
+        return QSize(
+            int(std::lround(himetricToPixels(input.picw))), int(std::lround(himetricToPixels(input.pich))));
+    return {};
 }
 
 } // namespace
@@ -174,7 +188,10 @@ RtfPicture decodePicture(const PictureInput &input)
         break;
     case PictureInput::Wmf:
         metafile = true;
+        // A bitmap wrapped in a metafile comes out as the bitmap itself; a drawing is drawn.
         picture.image = loadImage(bmpFromDib(dibFromWmf(input.data)), "BMP");
+        if (picture.image.isNull())
+            picture.image = pictures::drawWindowsMetafile(input.data, metafileGoalSize(input));
         break;
     case PictureInput::Emf:
         metafile = true;
@@ -205,6 +222,10 @@ RtfPicture decodePicture(const PictureInput &input)
     const double sy = input.scaley > 0 ? std::min(input.scaley, 10000) / 100.0 : 1.0;
     picture.width = std::min(width * sx, double(MaxPictureSide));
     picture.height = std::min(height * sy, double(MaxPictureSide));
+    // A metafile that nothing here draws keeps its place in the text as an empty frame.
+    if (metafile && picture.image.isNull() && picture.width >= 1 && picture.height >= 1)
+        picture.image = pictures::emptyFrame(QSize(int(std::lround(std::min(picture.width, 2048.0))),
+            int(std::lround(std::min(picture.height, 2048.0)))));
     return picture;
 }
 

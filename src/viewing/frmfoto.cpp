@@ -1,11 +1,11 @@
 #include "frmfoto.h"
 
+#include <picturefile.h>
 #include <runtimeerror.h>
 
 #include <QCloseEvent>
 #include <QEvent>
 #include <QFileInfo>
-#include <QImageReader>
 #include <QLabel>
 
 QPointer<frmFoto> frmFoto::s_instance;
@@ -33,11 +33,7 @@ frmFoto::~frmFoto() = default;
 
 void frmFoto::LoadPicture(const QString &path)
 {
-    if (path.isEmpty() || !QFileInfo(path).isFile())
-        throw platform::RuntimeError(platform::errors::FileNotFound, QStringLiteral("Το αρχείο δεν βρέθηκε"));
-    const QImage picture = QImageReader(path).read();
-    if (picture.isNull())
-        throw platform::RuntimeError(platform::errors::InvalidPicture, QStringLiteral("Μη έγκυρη εικόνα"));
+    const QImage picture = pictures::LoadPicture(path);
     Image1->setPixmap(QPixmap::fromImage(picture));
     Image1->resize(picture.size());
     resize(picture.size());

@@ -1,11 +1,11 @@
 #include "frmmaxphoto.h"
 
 #include <errorpolicy.h>
+#include <picturefile.h>
 #include <runtimeerror.h>
 
 #include <QCloseEvent>
 #include <QFileInfo>
-#include <QImageReader>
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
@@ -33,12 +33,7 @@ frmMaxPhoto::~frmMaxPhoto() = default;
 
 void frmMaxPhoto::setThePicture(const QString &path)
 {
-    if (path.isEmpty() || !QFileInfo(path).isFile())
-        throw platform::RuntimeError(platform::errors::FileNotFound, QStringLiteral("Το αρχείο δεν βρέθηκε"));
-    QImage picture = QImageReader(path).read();
-    if (picture.isNull())
-        throw platform::RuntimeError(platform::errors::InvalidPicture, QStringLiteral("Μη έγκυρη εικόνα"));
-    m_picture = picture;
+    m_picture = pictures::LoadPicture(path);
 }
 
 void frmMaxPhoto::setBackColor(quint32 color)

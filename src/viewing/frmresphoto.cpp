@@ -8,6 +8,7 @@
 #include <errorpolicy.h>
 #include <modglobal.h>
 #include <msgbox.h>
+#include <picturefile.h>
 #include <richtextbox.h>
 #include <runtimeerror.h>
 #include <shellwindow.h>
@@ -18,7 +19,6 @@
 #include <QDrag>
 #include <QFileInfo>
 #include <QFrame>
-#include <QImageReader>
 #include <QLabel>
 #include <QMimeData>
 #include <QMouseEvent>
@@ -132,11 +132,7 @@ void frmResPhoto::GetRecord(qint32 number)
 
 void frmResPhoto::Load()
 {
-    if (m_photoPath.isEmpty() || !QFileInfo(m_photoPath).isFile())
-        throw platform::RuntimeError(platform::errors::FileNotFound, QStringLiteral("Το αρχείο δεν βρέθηκε"));
-    m_picture = QImageReader(m_photoPath).read();
-    if (m_picture.isNull())
-        throw platform::RuntimeError(platform::errors::InvalidPicture, QStringLiteral("Μη έγκυρη εικόνα"));
+    m_picture = pictures::LoadPicture(m_photoPath);
 
     rtfCaption->setText(m_photoCaption);
     setWindowTitle(m_photoCaption);

@@ -16,6 +16,8 @@
 #include <QMouseEvent>
 #include <QPainter>
 
+#include <utility>
+
 namespace {
 
 // A type that has no viewer still gets a tile of the usual size, so the rows stay even;
@@ -261,12 +263,16 @@ bool frmSmallButton::eventFilter(QObject *watched, QEvent *event)
         ZOrderToBack();
         return true;
     case QEvent::MouseButtonDblClick:
+        // The first press and release of a double click have opened the source already.
+        m_inDoubleClick = true;
         ZOrderToBack();
         return true;
     case QEvent::MouseButtonRelease: {
         auto *mouse = static_cast<QMouseEvent *>(event);
         auto *control = static_cast<QWidget *>(watched);
-        if (mouse->button() == Qt::LeftButton && control->rect().contains(mouse->position().toPoint()))
+        const bool endsDoubleClick = std::exchange(m_inDoubleClick, false);
+        if (mouse->button() == Qt::LeftButton && control->rect().contains(mouse->position().toPoint())
+            && !endsDoubleClick)
             platform::guarded([this] { Image1_Click(); });
         return true;
     }

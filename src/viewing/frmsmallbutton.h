@@ -75,6 +75,8 @@ private:
     QString m_mapCaption;
     QPointer<SourceViewer> m_sourceForm;
     qint16 m_sourceOpen = 0;
+    // The release that ends a double click opens nothing more.
+    bool m_inDoubleClick = false;
     std::array<QString, 3> m_tileBitmaps; // closed, open, visited; empty for a kind with none
     QString m_currentBitmap;
     QPointer<QMdiSubWindow> m_watchedSub;

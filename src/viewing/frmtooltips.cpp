@@ -2,6 +2,7 @@
 
 #include <errorpolicy.h>
 #include <msgbox.h>
+#include <picturefile.h>
 #include <runtimeerror.h>
 #include <twips.h>
 
@@ -10,7 +11,6 @@
 #include <QCloseEvent>
 #include <QFileInfo>
 #include <QGuiApplication>
-#include <QImageReader>
 #include <QKeyEvent>
 #include <QMenu>
 #include <QMouseEvent>
@@ -65,13 +65,7 @@ void frmToolTips::setTipPicture(const QString &path)
         m_picture = QImage();
         return;
     }
-    if (!QFileInfo(path).isFile())
-        throw platform::RuntimeError(platform::errors::FileNotFound, QStringLiteral("Το αρχείο δεν βρέθηκε"));
-    QImageReader reader(path);
-    QImage picture = reader.read();
-    if (picture.isNull())
-        throw platform::RuntimeError(platform::errors::InvalidPicture, QStringLiteral("Μη έγκυρη εικόνα"));
-    m_picture = picture;
+    m_picture = pictures::LoadPicture(path);
 }
 
 void frmToolTips::Show(QWidget *owner)

@@ -184,6 +184,20 @@ private slots:
         QCOMPARE(form()->widestText(), 0);
     }
 
+    void everyItemOfTheThreeListsShowsItsWholeNameAsItsTooltip()
+    {
+        pickAthensAssembly();
+        int seen = 0;
+        for (CheckListView *list : {form()->List2, form()->List1, form()->lvwActivities}) {
+            QVERIFY(list->count() > 0);
+            for (int i = 1; i <= list->count(); ++i) {
+                QCOMPARE(list->ListItems(i)->toolTip(0), list->ListItems(i)->text(0));
+                ++seen;
+            }
+        }
+        QVERIFY(seen >= 3);
+    }
+
     void loadSetsSizeCaptionsAndColours()
     {
         QCOMPARE(form()->size(), QSize(800, 600));

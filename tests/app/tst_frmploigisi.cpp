@@ -9,10 +9,13 @@
 #include <shellwindow.h>
 
 #include <QAction>
+#include <QApplication>
+#include <QKeyEvent>
 #include <QMainWindow>
 #include <QMdiArea>
 #include <QTest>
 #include <QTreeWidget>
+#include <QTreeWidgetItemIterator>
 
 namespace {
 
@@ -187,6 +190,85 @@ private slots:
         QVERIFY(!tree->cmdGo->isEnabled());
     }
 
+    void arrowKeysMoveTheNodeClickAlong()
+    {
+        frmPloigisi *tree = openTree(101, 10);
+        QVERIFY(QTest::qWaitForWindowExposed(tree));
+        QTreeWidgetItem *other = tree->node(QStringLiteral("Ac106Sc10"));
+        QTreeWidget *view = tree->TreeView1;
+        view->scrollToItem(other);
+        QTest::mouseClick(view->viewport(), Qt::LeftButton, {}, view->visualItemRect(other).center());
+        QCOMPARE(view->currentItem(), other);
+        QVERIFY(tree->cmdGo->isEnabled());
+
+        // Left from an activity goes up to its scenario: Go must follow and go off.
+        QTest::keyClick(view, Qt::Key_Left);
+        QCOMPARE(view->currentItem(), tree->node(QStringLiteral("Sc10")));
+        QVERIFY(!tree->cmdGo->isEnabled());
+        QTest::mouseClick(tree->cmdGo, Qt::LeftButton, {}, QPoint(5, 5));
+        QVERIFY(m_shell->calls.isEmpty());
+        QVERIFY(tree->isVisible());
+
+        // Down again onto an activity other than the shown one turns Go on.
+        QTest::keyClick(view, Qt::Key_Down);
+        QCOMPARE(view->currentItem(), tree->node(QStringLiteral("Ac101Sc10")));
+        QVERIFY(!tree->cmdGo->isEnabled());
+        QTest::keyClick(view, Qt::Key_Down);
+        QCOMPARE(view->currentItem(), other);
+        QCOMPARE(tree->PendingActivityID(), 106);
+        QVERIFY(tree->cmdGo->isEnabled());
+    }
+
+    void homeEndAndATypedLetterRunTheNodeClick()
+    {
+        frmPloigisi *tree = openTree(101, 10);
+        QTreeWidget *view = tree->TreeView1;
+        QTest::keyClick(view, Qt::Key_Down);
+        QVERIFY(view->currentItem() != tree->node(QStringLiteral("Ac101Sc10")));
+        QTest::keyClick(view, Qt::Key_Home);
+        QCOMPARE(view->currentItem(), view->topLevelItem(0));
+        QVERIFY(!tree->cmdGo->isEnabled());
+
+        // A typed letter goes to the next node whose text starts with it.
+        view->setCurrentItem(tree->node(QStringLiteral("Sc10")));
+        QKeyEvent typed(QEvent::KeyPress, 0, Qt::NoModifier, QStringLiteral("Δ"));
+        QApplication::sendEvent(view, &typed);
+        QTreeWidgetItem *reached = view->currentItem();
+        QVERIFY(frmPloigisi::nodeKey(reached).startsWith(QStringLiteral("Ac")));
+        QCOMPARE(qint32(tree->PendingActivityID()), frmPloigisi::nodeTag(reached));
+        QCOMPARE(tree->cmdGo->isEnabled(), frmPloigisi::nodeTag(reached) != 101);
+
+        QTest::keyClick(view, Qt::Key_End);
+        QTreeWidgetItem *last = view->currentItem();
+        QVERIFY(last);
+        QCOMPARE(tree->cmdGo->isEnabled(),
+            frmPloigisi::nodeKey(last).startsWith(QStringLiteral("Ac")) && frmPloigisi::nodeTag(last) != 101);
+    }
+
+    void goTakesTheActivityReachedByKeyboard()
+    {
+        frmPloigisi *tree = openTree(101, 10);
+        QTreeWidget *view = tree->TreeView1;
+        QTest::keyClick(view, Qt::Key_Down);
+        QCOMPARE(view->currentItem(), tree->node(QStringLiteral("Ac106Sc10")));
+        QVERIFY(tree->cmdGo->isEnabled());
+        QTest::mouseClick(tree->cmdGo, Qt::LeftButton, {}, QPoint(5, 5));
+        QCOMPARE(m_shell->calls,
+            (QStringList {QStringLiteral("UnloadResources"), QStringLiteral("SelectedActivity=106"),
+                QStringLiteral("LoadResources")}));
+    }
+
+    void everyNodeShowsItsWholeNameAsItsTooltip()
+    {
+        frmPloigisi *tree = openTree(101, 10);
+        int seen = 0;
+        for (QTreeWidgetItemIterator it(tree->TreeView1); *it; ++it) {
+            QCOMPARE((*it)->toolTip(0), (*it)->text(0));
+            ++seen;
+        }
+        QVERIFY(seen > 5);
+    }
+
     void activityIdAbove32767OverflowsAtTheClick()
     {
         frmPloigisi *tree = openTree(101, 10);
@@ -228,8 +310,7 @@ private slots:
     void theSchoolFileGivesTheWholePath()
     {
         const QString path = QStringLiteral(TREMIDIA_FIXTURES_DIR "/content-jet4.mdb");
-        if (!QFileInfo::exists(path))
-            QSKIP("the school's fixture files are not on this machine");
+        QVERIFY2(QFileInfo::exists(path), qPrintable(QStringLiteral("missing test data file: ") + path));
         std::unique_ptr<content::Database> course = std::move(modGlobal::gDatabase);
         modGlobal::gDatabase = content::Database::OpenDatabase(path);
 

@@ -25,6 +25,22 @@ inline QString jet4()
     return path("content-jet4.mdb");
 }
 
+// The first of the files that is not where the tests look for it; empty when all are.
+// A test checks this first, so that a checkout without its data fails with one line
+// naming the file instead of failing later in ways that say nothing about why.
+inline QString missingFile()
+{
+    for (const char *name : {"content-jet3.mdb", "content-jet4.mdb", "content-expected.json"}) {
+        if (!QFile::exists(path(name)))
+            return path(name);
+    }
+    return {};
+}
+
+#define REQUIRE_FIXTURE_FILES()                                                                              \
+    QVERIFY2(fixtures::missingFile().isEmpty(),                                                              \
+        qPrintable(QStringLiteral("missing test data file: ") + fixtures::missingFile()))
+
 inline QJsonArray expectedTables()
 {
     QFile f(path("content-expected.json"));

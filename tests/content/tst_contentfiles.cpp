@@ -71,6 +71,8 @@ class tst_ContentFiles : public QObject
     Q_OBJECT
 
 private slots:
+    void initTestCase() { REQUIRE_FIXTURE_FILES(); }
+
     void missingFileIsNotFound()
     {
         QTemporaryDir dir;

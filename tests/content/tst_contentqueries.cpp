@@ -56,6 +56,7 @@ public:
 private slots:
     void initTestCase()
     {
+        REQUIRE_FIXTURE_FILES();
         m_db = Database::OpenDatabase(m_file);
         QVERIFY(m_db);
     }

@@ -59,6 +59,8 @@ class tst_ContentTool : public QObject
     }
 
 private slots:
+    void initTestCase() { REQUIRE_FIXTURE_FILES(); }
+
     void tablesListsEachTableWithItsRowCount_data()
     {
         QTest::addColumn<QString>("file");

@@ -93,6 +93,8 @@ class tst_JetImport : public QObject
     Q_OBJECT
 
 private slots:
+    void initTestCase() { REQUIRE_FIXTURE_FILES(); }
+
     void importGivesExactlyTheFixturesData_data()
     {
         QTest::addColumn<QString>("file");

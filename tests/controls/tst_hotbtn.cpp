@@ -87,6 +87,25 @@ private slots:
         QCOMPARE(move.count(), 1);
     }
 
+    void aReleaseOverTheButtonShowsTheFaceUntilTheNextMove()
+    {
+        HotBtn btn;
+        dress(btn);
+        QSignalSpy down(&btn, &Btn::MouseDown);
+        QSignalSpy up(&btn, &Btn::MouseUp);
+        hoverTo(btn, QPointF(10, 10));
+        QTest::mousePress(&btn, Qt::LeftButton, {}, QPoint(10, 10));
+        QCOMPARE(down.count(), 1);
+        QCOMPARE(shownColour(btn), Down);
+        QTest::mouseRelease(&btn, Qt::LeftButton, {}, QPoint(10, 10));
+        QCOMPARE(up.count(), 1);
+        QCOMPARE(btn.currentFace(), Btn::Face::Normal);
+        QCOMPARE(shownColour(btn), Face);
+        // The button still follows the pointer: the next move over it brings the hover back.
+        hoverTo(btn, QPointF(12, 10));
+        QCOMPARE(shownColour(btn), Hover);
+    }
+
     void theWindowSystemsLeaveRestoresTheFace()
     {
         HotBtn btn;

@@ -19,6 +19,8 @@
 #include <twips.h>
 #include <viewerlinks.h>
 
+#include <QApplication>
+#include <QContextMenuEvent>
 #include <QDir>
 #include <QFile>
 #include <QLabel>
@@ -41,6 +43,15 @@ QByteArray naxosText()
     return paintedrtf::rtf({{u"Η "_s, Black}, {u"Νάξος"_s, Red}, {u" και η "_s, Black}, {u"σμύριδα"_s, Blue},
         {u" της. Ο οψιανός όμως είναι της Μήλου.\nΔεύτερη παράγραφος για τη "_s, Black}, {u"Νάξο"_s, Red},
         {u"."_s, Black}});
+}
+
+// A phrase held together by a non-breaking space, written as Word writes it: \~.
+QByteArray nbspText()
+{
+    QByteArray rtf = paintedrtf::rtf({{u"Μετά την πτώση των τυράννων ο "_s, Black},
+        {u"Κλεισθένης\u00A0ο Αλκμεωνίδης"_s, Red}, {u" άλλαξε τις "_s, Black}, {u"φυλές"_s, Red}, {u"."_s, Black}});
+    rtf.replace("\\u160?", "\\~");
+    return rtf;
 }
 
 void writeFile(const QString &path, const QByteArray &data)
@@ -85,6 +96,8 @@ private slots:
         const QString root = m_dir.path();
         writeFile(root + u"/piges/naxos.rtf"_s, naxosText());
         writeFile(root + u"/piges/plain.rtf"_s, paintedrtf::rtf({{u"Κείμενο χωρίς λέξεις."_s, Black}}));
+        writeFile(root + u"/piges/nbsp.rtf"_s, nbspText());
+        writeFile(root + u"/photos/broken.png"_s, QByteArrayLiteral("\x89PNG\r\n\x1a\n\0\0\0\rIHDR"));
         QImage photo(40, 30, QImage::Format_RGB32);
         photo.fill(Qt::darkGreen);
         QDir().mkpath(root + u"/photos"_s);
@@ -100,6 +113,11 @@ private slots:
         b.commentLink(2, 7, u"οψιανός"_s);
         b.term(30, u"Νάξος"_s, u"Νησί των Κυκλάδων"_s, 2, u"naxos.jpg"_s);
         b.termLink(30, 7, u"νάξο"_s);
+        b.textResource(10, u"nbsp.rtf"_s, u"Αριστοτέλης"_s);
+        b.comment(4, u"Ο νομοθέτης του 508 π.Χ."_s);
+        b.commentLink(4, 10, u"Κλεισθένης\u00A0ο Αλκμεωνίδης"_s);
+        b.comment(5, u"Η ψηφίδα"_s, u"broken.png"_s);
+        b.commentLink(5, 10, u"φυλές"_s);
         b.comment(3, u"Άλλο σχόλιο"_s);
         b.commentLink(3, 8, u"απούσα"_s);
         modGlobal::gDatabase = b.database();
@@ -381,6 +399,65 @@ private slots:
         }
         QVERIFY(texts > 0);
         QVERIFY(located > 0);
+    }
+
+    void theRightButtonAsksTheCaretAsTheLeftOneDoes()
+    {
+        frmTextResource *viewer = open(7);
+        RichTextBox *box = viewer->rtbTextResource;
+        QCOMPARE(box->contextMenuPolicy(), Qt::PreventContextMenu);
+        clickAt(viewer, 16);
+        QVERIFY(frmToolTips::existing());
+        frmToolTips::existing()->close();
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        QVERIFY(!frmToolTips::existing());
+
+        // A right click through the window system, where a menu would come: the box has
+        // none, the release reaches MouseUp, and the caret (still on the comment) decides.
+        QWidget *top = box->window();
+        const QPoint elsewhere = box->viewport()->mapTo(top, box->PosFromChar(40) + QPoint(2, 4));
+        QTest::mouseClick(top->windowHandle(), Qt::RightButton, {}, elsewhere);
+        QVERIFY(!QApplication::activePopupWidget());
+        QVERIFY(frmToolTips::existing());
+        QCOMPARE(frmToolTips::existing()->TipText(), u"Πέτρωμα της Νάξου"_s);
+    }
+
+    void theMenuKeyBringsNoMenu()
+    {
+        frmTextResource *viewer = open(7);
+        RichTextBox *box = viewer->rtbTextResource;
+        QContextMenuEvent fromKey(
+            QContextMenuEvent::Keyboard, QPoint(5, 5), box->viewport()->mapToGlobal(QPoint(5, 5)));
+        QApplication::sendEvent(box->viewport(), &fromKey);
+        QVERIFY(!QApplication::activePopupWidget());
+    }
+
+    void aPhraseWithANonBreakingSpaceIsLocatedAsTheContentToolLocatesIt()
+    {
+        frmTextResource *viewer = open(10);
+        QVERIFY(viewer->rtbTextResource->Text().contains(QChar(0x00A0)));
+        PlainTextHotWordModel plain(richtext::readPlainText(nbspText()));
+        auto expected = clsTexts(*modGlobal::gDatabase, modGlobal::gDataFolder).HotWords(10);
+        hotwords::FillHotWords(plain, *expected);
+        QCOMPARE(viewer->hotWords()->Count(), expected->Count());
+        bool nbspPhraseLocated = false;
+        for (int i = 1; i <= expected->Count(); ++i) {
+            QCOMPARE(viewer->hotWords()->Item(i).First(), expected->Item(i).First());
+            QCOMPARE(viewer->hotWords()->Item(i).Last(), expected->Item(i).Last());
+            nbspPhraseLocated = nbspPhraseLocated || expected->Item(i).First() == 30;
+        }
+        QVERIFY(nbspPhraseLocated);
+
+        clickAt(viewer, 35);
+        QVERIFY(frmToolTips::existing());
+        QCOMPARE(frmToolTips::existing()->TipText(), u"Ο νομοθέτης του 508 π.Χ."_s);
+    }
+
+    void aCommentPictureThatCannotBeReadGivesTheErrorBoxNamingIt()
+    {
+        frmTextResource *viewer = open(10);
+        clickAt(viewer, 67);
+        QCOMPARE(m_messages, QStringList {u"Λάθος # 481\r\nΜη έγκυρη εικόνα: «broken.png»"_s});
     }
 
     void aMissingFileGoesUpToTheOpener()

@@ -10,7 +10,6 @@
 
 #include <QContextMenuEvent>
 #include <QKeyEvent>
-#include <QMenu>
 #include <QMimeData>
 #include <QTextBlock>
 #include <QTextDocumentFragment>
@@ -40,6 +39,10 @@ RichTextBox::RichTextBox(QWidget *parent)
     connect(this, &QTextEdit::selectionChanged, this, &RichTextBox::onSelectionMoved);
     // The viewer changes the pointer over hot words as the mouse merely passes.
     viewport()->setMouseTracking(true);
+    // No menu of its own: the right button's press and release reach MouseDown and
+    // MouseUp like the left one's.
+    setContextMenuPolicy(Qt::PreventContextMenu);
+    viewport()->setContextMenuPolicy(Qt::PreventContextMenu);
 }
 
 RichTextBox::~RichTextBox() = default;
@@ -147,7 +150,21 @@ bool RichTextBox::viewportEvent(QEvent *event)
 QString RichTextBox::Text() const
 {
     if (!m_textValid) {
-        m_text = document()->toPlainText();
+        // As toPlainText(), but a non-breaking space stays what it is: the hot words and
+        // the content tool read the same characters from the same file.
+        m_text = document()->toRawText();
+        for (QChar &c : m_text) {
+            switch (c.unicode()) {
+            case 0xfdd0: // beginning of a frame
+            case 0xfdd1: // end of a frame
+            case QChar::ParagraphSeparator:
+            case QChar::LineSeparator:
+                c = u'\n';
+                break;
+            default:
+                break;
+            }
+        }
         m_textValid = true;
     }
     return m_text;
@@ -619,19 +636,9 @@ void RichTextBox::keyPressEvent(QKeyEvent *event)
 
 void RichTextBox::contextMenuEvent(QContextMenuEvent *event)
 {
-    std::unique_ptr<QMenu> menu(createStandardContextMenu(event->pos()));
-    if (!menu)
-        return;
-    for (QAction *action : menu->actions()) {
-        if (action->objectName() == u"edit-redo") {
-            menu->removeAction(action);
-        } else if (action->objectName() == u"edit-undo") {
-            action->disconnect();
-            action->setEnabled(!isReadOnly() && CanUndo());
-            connect(action, &QAction::triggered, this, &RichTextBox::Undo);
-        }
-    }
-    menu->exec(event->globalPos());
+    // The box has no menu of its own (the Menu key included), and none of its owner's
+    // shows in its place.
+    event->accept();
 }
 
 void RichTextBox::dropEvent(QDropEvent *event)

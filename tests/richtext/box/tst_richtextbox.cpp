@@ -82,6 +82,15 @@ private slots:
         QCOMPARE(box.SelText(), u"\nεζ"_s);
     }
 
+    void aNonBreakingSpaceStaysInTheText()
+    {
+        RichTextBox box;
+        box.setSelRTF(QByteArrayLiteral("{\\rtf1\\ansi\\ansicpg1253 \\'ca\\'eb\\'e5\\'e9\\~\\'e1}"));
+        QCOMPARE(box.Text(), u"Κλει\u00A0α"_s);
+        select(box, 4, 1);
+        QCOMPARE(box.SelText(), u"\u00A0"_s);
+    }
+
     void bulletsAddNoPlaces()
     {
         RichTextBox box;

@@ -1,0 +1,38 @@
+# cpack -G DEB (from the build folder) makes tremidia_<version>_amd64.deb.
+set(CPACK_PACKAGE_NAME tremidia)
+set(CPACK_PACKAGE_VERSION ${PROJECT_VERSION})
+set(CPACK_PACKAGE_VENDOR "Τρεμίδια")
+set(CPACK_PACKAGE_CONTACT "Τρεμίδια <tremidia@localhost>")
+set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "Greek learning program on historical sources for school pupils")
+string(CONCAT CPACK_PACKAGE_DESCRIPTION
+    "Τρεμίδια presents a course of themes, scenarios and activities over historical\n"
+    "sources (texts, photographs, maps) to school pupils, in Greek, with hot words in\n"
+    "the texts, a search over all sources, a glossary, a navigation tree, a rich-text\n"
+    "notepad and a small bitmap painter. The package carries a sample course; the\n"
+    "system settings file points every user of the computer at the content database.")
+# The package installs where the build is configured to; only below /usr does the
+# program find the system settings file in /etc/xdg without help.
+set(CPACK_PACKAGING_INSTALL_PREFIX ${CMAKE_INSTALL_PREFIX})
+if(NOT CMAKE_INSTALL_PREFIX STREQUAL "/usr")
+    message(STATUS "Debian package for ${CMAKE_INSTALL_PREFIX}: configure with -DCMAKE_INSTALL_PREFIX=/usr for the computers' package")
+endif()
+set(CPACK_STRIP_FILES ON)
+
+set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
+set(CPACK_DEBIAN_PACKAGE_SECTION education)
+set(CPACK_DEBIAN_PACKAGE_PRIORITY optional)
+set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
+# What the shared libraries do not tell: the windowing and image plugins Qt loads at
+# run time, the media plugins the player plays through, the fonts of the Greek text,
+# and xdg-utils for the mail program. LibreOffice Writer opens the assignment documents
+# and exported notes; the program runs without it.
+set(CPACK_DEBIAN_PACKAGE_DEPENDS
+    "qt6-qpa-plugins, qt6-image-formats-plugins, libqt6svg6, gstreamer1.0-plugins-base, gstreamer1.0-plugins-good, fonts-dejavu-core, fonts-liberation2, xdg-utils")
+set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "libreoffice-writer, libreoffice-l10n-el")
+# The system settings file is the technician's: an upgrade keeps the database chosen.
+set(conffiles ${CMAKE_CURRENT_BINARY_DIR}/conffiles)
+file(WRITE ${conffiles} "${TREMIDIA_SYSTEM_SETTINGS_DIR}/tremidia.conf\n")
+set(CPACK_DEBIAN_PACKAGE_CONTROL_EXTRA ${conffiles})
+set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
+
+include(CPack)

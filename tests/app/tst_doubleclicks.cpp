@@ -1,0 +1,189 @@
+#include "../outside/recorder.h"
+#include "../support/msgboxrecorder.h"
+#include "../viewing/fakeviewers.h"
+#include "shellcontent.h"
+
+#include <btn.h>
+#include <frmsmallbutton.h>
+#include <launch.h>
+#include <mdiform1.h>
+#include <modglobal.h>
+#include <tlb.h>
+
+#include <QApplication>
+#include <QDir>
+#include <QFile>
+#include <QLabel>
+#include <QMdiSubWindow>
+#include <QTemporaryDir>
+#include <QTest>
+
+using testing::FakeViewer;
+
+namespace {
+
+void flushDeletes()
+{
+    for (int i = 0; i < 3; ++i)
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+}
+
+// A real double click: two presses through the window system, which makes the second
+// one a double click, as a pupil's hand does.
+void doubleClick(QWidget *target, QPoint pos)
+{
+    QWidget *top = target->window();
+    QVERIFY(QTest::qWaitForWindowExposed(top));
+    QTest::mouseDClick(top->windowHandle(), Qt::LeftButton, {}, target->mapTo(top, pos));
+}
+
+} // namespace
+
+class tst_DoubleClicks : public QObject
+{
+    Q_OBJECT
+
+    testing::MsgBoxRecorder m_boxes;
+    testing::ShellContent *m_content = nullptr;
+    QList<QStringList> m_launches;
+
+    MDIForm1 *openShell(qint32 activityID)
+    {
+        auto *shell = static_cast<MDIForm1 *>(ShellWindow::instance());
+        shell->setSelectedActivity(activityID);
+        shell->show();
+        return shell;
+    }
+
+private slots:
+    void initTestCase()
+    {
+        m_content = new testing::ShellContent;
+        QVERIFY(m_content->open());
+        MDIForm1::registerDefaultInstance();
+        MDIForm1::setStartScreenFactory([] { return new QWidget; });
+        modGlobal::setEndHook([] {});
+        platform::setLauncher([this](const QString &program, const QStringList &arguments, const QString &) {
+            m_launches.append(QStringList {program} + arguments);
+            return platform::LaunchResult {true, 4242, {}};
+        });
+    }
+
+    void cleanupTestCase()
+    {
+        platform::setLauncher({});
+        delete m_content;
+        modGlobal::gDatabase.reset();
+    }
+
+    void init()
+    {
+        m_boxes.install();
+        FakeViewer::registerAll();
+        m_launches.clear();
+    }
+
+    void cleanup()
+    {
+        for (QWidget *w : QApplication::topLevelWidgets())
+            w->close();
+        flushDeletes();
+        for (QWidget *w : QApplication::topLevelWidgets())
+            delete w;
+        flushDeletes();
+    }
+
+    void aDoubleClickOnAButtonIsOneClickThenOneDblClick()
+    {
+        QWidget window;
+        auto *btn = new Btn(&window);
+        QPixmap face(40, 30);
+        face.fill(Qt::darkRed);
+        btn->setPicture(face);
+        window.resize(100, 80);
+        btn->move(20, 20);
+        window.show();
+        QStringList order;
+        connect(btn, &Btn::MouseDown, this, [&] { order << QStringLiteral("down"); });
+        connect(btn, &Btn::MouseUp, this, [&] { order << QStringLiteral("up"); });
+        connect(btn, &Btn::Click, this, [&] { order << QStringLiteral("click"); });
+        connect(btn, &Btn::DblClick, this, [&] { order << QStringLiteral("dblclick"); });
+        doubleClick(btn, QPoint(10, 10));
+        QCOMPARE(order,
+            (QStringList {QStringLiteral("down"), QStringLiteral("up"), QStringLiteral("click"),
+                QStringLiteral("dblclick"), QStringLiteral("up")}));
+        QCOMPARE(btn->currentFace(), Btn::Face::Normal);
+
+        // The next single click is an ordinary one again.
+        order.clear();
+        QTest::mouseClick(btn, Qt::LeftButton, {}, QPoint(10, 10));
+        QCOMPARE(
+            order, (QStringList {QStringLiteral("down"), QStringLiteral("up"), QStringLiteral("click")}));
+    }
+
+    void aDoubleClickOnTheMailKeyStartsOneMailProgram()
+    {
+        QTemporaryDir home;
+        for (const char *name : {"XDG_CONFIG_DIRS", "XDG_DATA_DIRS"})
+            qputenv(name, home.filePath(QStringLiteral("none")).toUtf8());
+        qputenv("XDG_CONFIG_HOME", home.path().toUtf8());
+        qputenv("XDG_DATA_HOME", home.path().toUtf8());
+        qunsetenv("XDG_CURRENT_DESKTOP");
+        const QString client = home.filePath(QStringLiteral("mail client"));
+        QVERIFY(testing::writeRecorder(client, home.filePath(QStringLiteral("argv.txt"))));
+        QFile list(home.filePath(QStringLiteral("mimeapps.list")));
+        QVERIFY(list.open(QIODevice::WriteOnly));
+        list.write("[Default Applications]\nx-scheme-handler/mailto=testmail.desktop\n");
+        list.close();
+        QDir().mkpath(home.filePath(QStringLiteral("applications")));
+        QFile entry(home.filePath(QStringLiteral("applications/testmail.desktop")));
+        QVERIFY(entry.open(QIODevice::WriteOnly));
+        entry.write(QStringLiteral("[Desktop Entry]\nType=Application\nName=Mail\nExec=\"%1\" %u\n")
+                        .arg(client)
+                        .toUtf8());
+        entry.close();
+
+        MDIForm1 *shell = openShell(101);
+        Btn *mailKey = nullptr;
+        for (Btn *key : shell->TlbMain->Btn1) {
+            if (key->Tag() == u"e-mail")
+                mailKey = key;
+        }
+        QVERIFY(mailKey);
+        doubleClick(mailKey, QPoint(5, 5));
+        QCOMPARE(m_launches.size(), 1);
+        QCOMPARE(m_launches.at(0).at(0), client);
+        QVERIFY(m_boxes.isEmpty());
+    }
+
+    void aDoubleClickOnATileRunsItsClickOnce()
+    {
+        // The second tile of this activity names a text whose file is gone: every click
+        // on it says so, and a double click must say it once.
+        MDIForm1 *shell = openShell(150);
+        frmSmallButton *tile = shell->Tiles().at(1);
+        QVERIFY(tile);
+        doubleClick(tile->Image1, QPoint(10, 10));
+        QCOMPARE(m_boxes.size(), 1);
+        QCOMPARE(m_boxes.at(0).text, QStringLiteral("Η πηγή δεν είναι δυνατό να βρεθεί!!!"));
+
+        // And a single click after it is a click again.
+        QTest::mouseClick(tile->Image1, Qt::LeftButton, {}, QPoint(10, 10));
+        QCOMPARE(m_boxes.size(), 2);
+    }
+
+    void aDoubleClickOnATileOpensItsSource()
+    {
+        MDIForm1 *shell = openShell(106);
+        frmSmallButton *tile = shell->Tiles().at(0);
+        doubleClick(tile->Image1, QPoint(10, 10));
+        auto *fake = qobject_cast<FakeViewer *>(tile->SourceForm());
+        QVERIFY(fake);
+        QCOMPARE(fake->loads, 1);
+        QVERIFY(fake->isVisible());
+        QVERIFY(tile->SourceOpen());
+    }
+};
+
+QTEST_MAIN(tst_DoubleClicks)
+#include "tst_doubleclicks.moc"

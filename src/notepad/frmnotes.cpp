@@ -4,9 +4,9 @@
 #include "frmfind.h"
 #include "frmformat.h"
 #include "modeditor.h"
-#include "notespalette.h"
 
 #include <errorpolicy.h>
+#include <frmcolors.h>
 #include <msgbox.h>
 #include <programbitmaps.h>
 #include <richtextbox.h>
@@ -308,6 +308,10 @@ void frmNotes::Form_Load()
     notes->document()->setDefaultFont(font);
     NotesDirty = false;
 
+    frmFontColors = new frmColors(this);
+    connect(frmFontColors, &frmColors::NewColor, this,
+        [this](quint32 color) { platform::guarded([this, color] { frmFontColors_NewColor(color); }); });
+
     if (ShellWindow *shell = ShellWindow::existing()) {
         // Left and top come from the designed size, before the move.
         QWidget *frame = subWindow() ? static_cast<QWidget *>(subWindow()) : this;
@@ -339,7 +343,7 @@ void frmNotes::unloadFontPalette()
     if (!modEditor::FontPaletteShown)
         return;
     if (frmFontColors)
-        frmFontColors->close();
+        frmFontColors->Unload();
     modEditor::FontPaletteShown = false;
 }
 
@@ -373,7 +377,9 @@ void frmNotes::Form_Unload()
     }
     modEditor::CurrentFile.clear();
     unloadFontPalette();
-    notespalette::release(frmFontColors);
+    if (frmFontColors)
+        frmFontColors->deleteLater();
+    frmFontColors = nullptr;
     if (ShellWindow *shell = ShellWindow::existing())
         shell->setToggleChecked(ShellWindow::Toggle::StudNotes, false);
     if (frmFind *find = frmFind::instance(false))
@@ -447,12 +453,20 @@ void frmNotes::Toolbar1_ButtonDropDown(const QString &key)
         const QWidget *keyWidget = Toolbar1->widgetForAction(button(key));
         const QWidget *widget23 = Toolbar1->widgetForAction(Buttons(23));
         const QPoint keyPlace = keyWidget ? keyWidget->pos() : QPoint();
-        const int left = platform::twipsFromPixelsX(Toolbar1->x() + frame->x() + keyPlace.x()) + 45;
-        const int top = platform::twipsFromPixelsY(Toolbar1->y() + frame->y() + keyPlace.y())
+        int left = platform::twipsFromPixelsX(Toolbar1->x() + frame->x() + keyPlace.x()) + 45;
+        int top = platform::twipsFromPixelsY(Toolbar1->y() + frame->y() + keyPlace.y())
             + platform::twipsFromPixelsY(widget23 ? widget23->height() : 0) + 500;
-        notespalette::show(frmFontColors, this,
-            QPoint(platform::pixelsFromTwipsX(left), platform::pixelsFromTwipsY(top)),
-            [this](quint32 color) { frmFontColors_NewColor(color); });
+        // The sums are places in the shell's area for child windows; the palette is a
+        // window of its own, placed on the screen, so the area's corner is added.
+        if (frame->parentWidget()) {
+            const QPoint corner = frame->parentWidget()->mapToGlobal(QPoint(0, 0));
+            left += platform::twipsFromPixelsX(corner.x());
+            top += platform::twipsFromPixelsY(corner.y());
+        }
+        if (frmFontColors) {
+            frmFontColors->Move(left, top);
+            frmFontColors->Show();
+        }
     }
     setSimpleText(QString());
 }

@@ -15,6 +15,7 @@ class QPrinter;
 class QStatusBar;
 class QToolBar;
 class RichTextBox;
+class frmColors;
 
 // The pupil's notepad: one rich-text document in a child window of the shell, with its
 // menus, its toolbar of 28 places and a status line. Every operation on the document
@@ -37,8 +38,8 @@ public:
     RichTextBox *const notes;
     QStatusBar *const Status;
     CommonDialog CMDialog1;
-    // The colour palette of the key "SetFontColor", while the window lives.
-    QPointer<QWidget> frmFontColors;
+    // The colour palette of the key "SetFontColor": one object while the window lives.
+    QPointer<frmColors> frmFontColors;
 
     QMenu *mnuFile = nullptr;
     QAction *mnuNew = nullptr;

@@ -3,6 +3,7 @@
 
 #include "notestest.h"
 
+#include <frmcolors.h>
 #include <twips.h>
 
 #include <QClipboard>
@@ -179,20 +180,19 @@ private slots:
     void resizingOrMinimisingClosesAnOpenPaletteWhichIsNotReopened()
     {
         NotesShell shell;
-        shell.show();
         frmNotes *form = shell.openNotes();
         for (bool minimise : {false, true}) {
-            auto *palette = new QWidget;
-            palette->setAttribute(Qt::WA_DeleteOnClose);
-            palette->show();
-            form->frmFontColors = palette;
-            modEditor::FontPaletteShown = true;
+            form->button(QStringLiteral("SetFontColor"))->trigger();
+            QVERIFY(modEditor::FontPaletteShown);
+            QVERIFY(form->frmFontColors->isVisible());
             if (minimise)
                 form->subWindow()->showMinimized();
             else
                 form->subWindow()->resize(form->subWindow()->width() - 30, form->subWindow()->height() + 20);
             QVERIFY(!modEditor::FontPaletteShown);
-            QTRY_VERIFY(!form->frmFontColors);
+            QVERIFY(!form->frmFontColors->isVisible());
+            QTest::qWait(20);
+            QVERIFY(!form->frmFontColors->isVisible());
         }
     }
 
@@ -340,13 +340,30 @@ private slots:
         QCOMPARE(form->notes->SelColor(), std::optional<quint32>(0x0000FF));
     }
 
-    void theColourKeyMarksThePaletteShownAndClearsTheStatusLine()
+    void theColourKeyShowsThePaletteBelowItsKeyAndAPickColoursTheSelection()
     {
         NotesShell shell;
         frmNotes *form = shell.openNotes();
+        form->notes->setText(QStringLiteral("χρώμα"));
+        select(*form->notes, 0, 5);
         form->button(QStringLiteral("SetFontColor"))->trigger();
         QVERIFY(modEditor::FontPaletteShown);
         QCOMPARE(form->SimpleText(), QString());
+        frmColors *palette = form->frmFontColors;
+        QVERIFY(palette && palette->isVisible());
+        const QWidget *key = form->Toolbar1->widgetForAction(form->button(QStringLiteral("SetFontColor")));
+        const QPoint keyOnScreen = key->mapToGlobal(QPoint(0, 0));
+        QVERIFY(std::abs(palette->frameGeometry().left() - keyOnScreen.x()) < 12);
+        QVERIFY(palette->frameGeometry().top() > keyOnScreen.y() + key->height());
+        // The third cell of the first row: RGB(51, 51, 0).
+        QTest::mousePress(palette, Qt::LeftButton, {}, QPoint(50, 10));
+        QTest::mouseRelease(palette, Qt::LeftButton, {}, QPoint(50, 10));
+        QCOMPARE(form->notes->SelColor(), std::optional<quint32>(0x003333));
+        QVERIFY(!palette->isVisible());
+        // One object for the window's life: the next showing marks the last pick.
+        form->button(QStringLiteral("SetFontColor"))->trigger();
+        QCOMPARE(form->frmFontColors.data(), palette);
+        QCOMPARE(palette->SelectedIndex(), 3);
     }
 };
 

@@ -30,8 +30,9 @@
 
 namespace {
 
-// The designed outer size, in twips, from which the window places itself at load.
-constexpr int DesignWidth = 9600;
+// The designed outer size, in twips, from which the window places itself at load: as
+// wide as the shell's area leaves it, so that it stands centred once widened.
+constexpr int DesignWidth = 11600;
 constexpr int DesignHeight = 3000;
 
 struct ToolbarKey

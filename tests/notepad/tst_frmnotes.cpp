@@ -298,6 +298,10 @@ private slots:
         picture.setImageData(image);
         form->notes_OLEDragDrop(&picture);
         QCOMPARE(form->notes->Text(), QStringLiteral("από το πρόχειρο"));
+        // With a picture on the clipboard, the picture lands.
+        QApplication::clipboard()->setImage(image);
+        form->notes_OLEDragDrop(&picture);
+        QCOMPARE(form->notes->Text().right(1), QString(QChar(QChar::ObjectReplacementCharacter)));
     }
 
     void pictureInsertionPutsThePictureAtTheCaretAndCancelIsQuiet()

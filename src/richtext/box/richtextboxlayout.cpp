@@ -12,6 +12,7 @@
 #include <QAbstractTextDocumentLayout>
 #include <QFileInfo>
 #include <QImage>
+#include <QMimeData>
 #include <QPageLayout>
 #include <QPagedPaintDevice>
 #include <QPainter>
@@ -57,6 +58,11 @@ void RichTextBox::InsertPicture(const QString &path)
     const QImage image(resolved);
     if (image.isNull())
         throw platform::RuntimeError(platform::errors::InvalidPicture, u"Μη έγκυρη εικόνα"_s);
+    insertImage(image);
+}
+
+void RichTextBox::insertImage(const QImage &image)
+{
     // Named as the RTF reader names its pictures, so the writer finds it the same way.
     static int inserted = 0;
     const QUrl name(
@@ -69,6 +75,24 @@ void RichTextBox::InsertPicture(const QString &path)
     QTextCursor cursor = textCursor();
     cursor.insertImage(format);
     setTextCursor(cursor);
+}
+
+bool RichTextBox::canInsertFromMimeData(const QMimeData *source) const
+{
+    return source->hasImage() || QTextEdit::canInsertFromMimeData(source);
+}
+
+void RichTextBox::insertFromMimeData(const QMimeData *source)
+{
+    // A bitmap alone on the clipboard goes in as a picture, as the control pastes one.
+    if (source->hasImage() && !source->hasText() && !source->hasHtml()) {
+        const QImage image = qvariant_cast<QImage>(source->imageData());
+        if (!image.isNull()) {
+            insertImage(image);
+            return;
+        }
+    }
+    QTextEdit::insertFromMimeData(source);
 }
 
 // --- Finding ------------------------------------------------------------------------------------

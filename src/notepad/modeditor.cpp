@@ -13,6 +13,7 @@
 #include <QAction>
 #include <QApplication>
 #include <QClipboard>
+#include <QCoreApplication>
 #include <QLineEdit>
 #include <QPainter>
 #include <QPrinter>
@@ -20,7 +21,6 @@
 #include <QToolBar>
 
 #include <cmath>
-#include <memory>
 
 namespace modEditor {
 
@@ -186,9 +186,16 @@ void FileSaveAs()
 
 QPrinter &Printer()
 {
-    static std::unique_ptr<QPrinter> printer;
-    if (!printer)
-        printer = std::make_unique<QPrinter>(QPrinter::HighResolution);
+    static QPrinter *printer = nullptr;
+    if (!printer) {
+        printer = new QPrinter(QPrinter::HighResolution);
+        // The printer lives as long as the program, and goes while the application still
+        // stands, before the print system it talks to.
+        qAddPostRoutine([] {
+            delete printer;
+            printer = nullptr;
+        });
+    }
     return *printer;
 }
 

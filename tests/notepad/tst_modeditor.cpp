@@ -109,6 +109,28 @@ private slots:
         QCOMPARE(frmNotes::instance(false)->SimpleText(), QString());
     }
 
+    void aFailingSaveIsTheRunTimeErrorAndAFailingSaveAsPassesSilently()
+    {
+        NotesShell shell;
+        frmNotes *form = shell.openNotes();
+        form->notes->setText(QStringLiteral("κείμενο"));
+        const QString nowhere = QStringLiteral("/nonexistent-folder/σημειώσεις.rtf");
+        modEditor::CurrentFile = nowhere;
+        Boxes boxes;
+        form->mnuSave->trigger();
+        QCOMPARE(boxes.size(), 1);
+        QVERIFY2(boxes.first().text.startsWith(QStringLiteral("Λάθος # 75")), qPrintable(boxes.first().text));
+        QCOMPARE(boxes.first().style, int(platform::vbCritical));
+
+        Dialogs dialogs([&](CommonDialog::Kind, CommonDialog &dialog, QPrinter *) {
+            dialog.FileName = nowhere;
+            return true;
+        });
+        form->mnuSaveAs->trigger();
+        QCOMPARE(boxes.size(), 1);
+        QCOMPARE(form->SimpleText(), QStringLiteral("Σώσιμο εγγράφου ως σημειώσεις.rtf"));
+    }
+
     void afterOpenNewAndSaveTheOldFileHoldsTheNewText()
     {
         NotesShell shell;

@@ -2,12 +2,20 @@
 
 #include "mdiform1.h"
 
+#include <findingwindows.h>
+#include <frmindex.h>
 #include <frmnotes.h>
+#include <frmsearchresources.h>
 
 // Each subsystem registers its windows in a block of its own.
 void registerChildWindows()
 {
     // Finding: the resource search and the index.
+    MDIForm1::setChildWindowProvider(
+        MDIForm1::ChildWindow::Index, [](bool create) -> QWidget * { return frmIndex::instance(create); });
+    MDIForm1::setChildWindowProvider(MDIForm1::ChildWindow::SearchResources,
+        [](bool create) -> QWidget * { return frmSearchResources::instance(create); });
+    finding::registerFindingLinks();
 
     // Notepad.
     MDIForm1::setChildWindowProvider(

@@ -1,5 +1,6 @@
 #include "rtfpicture.h"
 
+#include <littleendian.h>
 #include <metafile.h>
 #include <twips.h>
 
@@ -13,21 +14,8 @@ namespace richtext {
 
 namespace {
 
-quint32 le32(const QByteArray &d, qsizetype at)
-{
-    if (at < 0 || at + 4 > d.size())
-        return 0;
-    const auto *p = reinterpret_cast<const unsigned char *>(d.constData() + at);
-    return quint32(p[0]) | (quint32(p[1]) << 8) | (quint32(p[2]) << 16) | (quint32(p[3]) << 24);
-}
-
-quint16 le16(const QByteArray &d, qsizetype at)
-{
-    if (at < 0 || at + 2 > d.size())
-        return 0;
-    const auto *p = reinterpret_cast<const unsigned char *>(d.constData() + at);
-    return quint16(p[0] | (p[1] << 8));
-}
+using pictures::le16;
+using pictures::le32;
 
 void putLe32(QByteArray &d, quint32 v)
 {

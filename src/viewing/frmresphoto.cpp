@@ -1,7 +1,6 @@
 #include "frmresphoto.h"
 
 #include "frmmaxphoto.h"
-#include "viewerlinks.h"
 
 #include <contentpath.h>
 #include <database.h>
@@ -15,7 +14,6 @@
 #include <twips.h>
 
 #include <QApplication>
-#include <QCloseEvent>
 #include <QDrag>
 #include <QFileInfo>
 #include <QFrame>
@@ -295,11 +293,4 @@ void frmResPhoto::Image1_DblClick()
     view->show();
     view->raise();
     view->activateWindow();
-}
-
-void frmResPhoto::closeEvent(QCloseEvent *event)
-{
-    if (LoadedFromTheFormSearchResources)
-        platform::resumeNext([this] { viewerlinks::unghostSearchItem(QString::number(ResourceID())); });
-    SourceViewer::closeEvent(event);
 }

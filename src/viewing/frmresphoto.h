@@ -45,8 +45,6 @@ public:
     // raises.
     void GetRecord(qint32 number);
 
-    bool LoadedFromTheFormSearchResources = false;
-
     // Builds the window for the record read. Raises platform::RuntimeError when the
     // picture cannot be read.
     void Load() override;
@@ -66,7 +64,6 @@ public:
 
 protected:
     void resizeEvent(QResizeEvent *event) override;
-    void closeEvent(QCloseEvent *event) override;
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:

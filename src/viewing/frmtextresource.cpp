@@ -18,7 +18,6 @@
 
 #include <QAction>
 #include <QApplication>
-#include <QCloseEvent>
 #include <QCursor>
 #include <QLabel>
 #include <QMdiSubWindow>
@@ -252,11 +251,4 @@ void frmTextResource::Form_Activate()
         shell->mnuList(i)->setChecked(false);
     // The entry of this window is cleared too, not marked.
     shell->mnuList(m_windowListPlace)->setChecked(false);
-}
-
-void frmTextResource::closeEvent(QCloseEvent *event)
-{
-    if (LoadedFromTheFormSearchResources)
-        platform::resumeNext([this] { viewerlinks::unghostSearchItem(QString::number(ResourceID())); });
-    SourceViewer::closeEvent(event);
 }

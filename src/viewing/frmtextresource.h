@@ -33,9 +33,6 @@ public:
 
     Kind kind() const override { return Kind::Text; }
 
-    // Set by the search window when it opens the text.
-    bool LoadedFromTheFormSearchResources = false;
-
     // Reads the resource's row, loads its file, builds and locates its hot words. Raises
     // platform::RuntimeError for a missing row or file, or a Null in a hot word's row.
     void Load() override;
@@ -67,7 +64,6 @@ public:
 
 protected:
     void resizeEvent(QResizeEvent *event) override;
-    void closeEvent(QCloseEvent *event) override;
     void showEvent(QShowEvent *event) override;
 
 private:

@@ -1,5 +1,9 @@
 #include "sourceviewer.h"
 
+#include "viewerlinks.h"
+
+#include <errorpolicy.h>
+
 #include <QCloseEvent>
 #include <QHash>
 #include <QMdiSubWindow>
@@ -46,8 +50,11 @@ void SourceViewer::Unload()
 void SourceViewer::closeEvent(QCloseEvent *event)
 {
     QWidget::closeEvent(event);
-    if (event->isAccepted())
-        emit OnUnload();
+    if (!event->isAccepted())
+        return;
+    if (LoadedFromTheFormSearchResources)
+        platform::resumeNext([this] { viewerlinks::unghostSearchItem(QString::number(ResourceID())); });
+    emit OnUnload();
 }
 
 SourceViewer::Kind SourceViewer::kindOfResType(qint32 resTypeID)

@@ -32,6 +32,10 @@ public:
     virtual void setResourceID(qint32 resourceID) { m_resourceID = resourceID; }
     qint32 ResourceID() const { return m_resourceID; }
 
+    // Set by the search window when it opens the source: closing the window then gives
+    // the search list its item back.
+    bool LoadedFromTheFormSearchResources = false;
+
     // Builds the window's content before it is shown (the window's Load). Raises
     // platform::RuntimeError when the source cannot be read. A window that was closed
     // is loaded again, from scratch, before it shows again.
@@ -63,7 +67,7 @@ signals:
 
 protected:
     // Viewers that handle the close themselves call this at the end of theirs, so that
-    // the owner hears of the unload.
+    // the search list and the owner hear of the unload.
     void closeEvent(QCloseEvent *event) override;
 
 private:

@@ -1,4 +1,5 @@
 #include "../outside/recorder.h"
+#include "../support/deferreddeletes.h"
 #include "../support/msgboxrecorder.h"
 #include "../viewing/fakeviewers.h"
 #include "shellcontent.h"
@@ -19,14 +20,9 @@
 #include <QTest>
 
 using testing::FakeViewer;
+using testing::flushDeletes;
 
 namespace {
-
-void flushDeletes()
-{
-    for (int i = 0; i < 3; ++i)
-        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-}
 
 // A real double click: two presses through the window system, which makes the second
 // one a double click, as a pupil's hand does.
@@ -124,24 +120,8 @@ private slots:
     void aDoubleClickOnTheMailKeyStartsOneMailProgram()
     {
         QTemporaryDir home;
-        for (const char *name : {"XDG_CONFIG_DIRS", "XDG_DATA_DIRS"})
-            qputenv(name, home.filePath(QStringLiteral("none")).toUtf8());
-        qputenv("XDG_CONFIG_HOME", home.path().toUtf8());
-        qputenv("XDG_DATA_HOME", home.path().toUtf8());
-        qunsetenv("XDG_CURRENT_DESKTOP");
         const QString client = home.filePath(QStringLiteral("mail client"));
-        QVERIFY(testing::writeRecorder(client, home.filePath(QStringLiteral("argv.txt"))));
-        QFile list(home.filePath(QStringLiteral("mimeapps.list")));
-        QVERIFY(list.open(QIODevice::WriteOnly));
-        list.write("[Default Applications]\nx-scheme-handler/mailto=testmail.desktop\n");
-        list.close();
-        QDir().mkpath(home.filePath(QStringLiteral("applications")));
-        QFile entry(home.filePath(QStringLiteral("applications/testmail.desktop")));
-        QVERIFY(entry.open(QIODevice::WriteOnly));
-        entry.write(QStringLiteral("[Desktop Entry]\nType=Application\nName=Mail\nExec=\"%1\" %u\n")
-                        .arg(client)
-                        .toUtf8());
-        entry.close();
+        QVERIFY(testing::registerMailClient(home.path(), client, home.filePath(QStringLiteral("argv.txt"))));
 
         MDIForm1 *shell = openShell(101);
         Btn *mailKey = nullptr;

@@ -1,3 +1,4 @@
+#include "../support/deferreddeletes.h"
 #include "../support/msgboxrecorder.h"
 
 #include "../outside/recorder.h"
@@ -24,6 +25,7 @@
 #include <QTest>
 
 using testing::FakeViewer;
+using testing::flushDeletes;
 
 namespace {
 
@@ -62,12 +64,6 @@ int aliveTiles()
     for (QWidget *w : QApplication::allWidgets())
         count += qobject_cast<frmSmallButton *>(w) ? 1 : 0;
     return count;
-}
-
-void flushDeletes()
-{
-    for (int i = 0; i < 3; ++i)
-        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
 }
 
 } // namespace
@@ -515,24 +511,9 @@ private slots:
     void mailStartsTheRegisteredClient()
     {
         QTemporaryDir home;
-        for (const char *name : {"XDG_CONFIG_DIRS", "XDG_DATA_DIRS"})
-            qputenv(name, home.filePath(QStringLiteral("none")).toUtf8());
-        qputenv("XDG_CONFIG_HOME", home.path().toUtf8());
-        qputenv("XDG_DATA_HOME", home.path().toUtf8());
-        qunsetenv("XDG_CURRENT_DESKTOP");
         const QString argvFile = home.filePath(QStringLiteral("argv.txt"));
-        QVERIFY(testing::writeRecorder(home.filePath(QStringLiteral("mail client")), argvFile));
-        QFile list(home.filePath(QStringLiteral("mimeapps.list")));
-        QVERIFY(list.open(QIODevice::WriteOnly));
-        list.write("[Default Applications]\nx-scheme-handler/mailto=testmail.desktop\n");
-        list.close();
-        QDir().mkpath(home.filePath(QStringLiteral("applications")));
-        QFile entry(home.filePath(QStringLiteral("applications/testmail.desktop")));
-        QVERIFY(entry.open(QIODevice::WriteOnly));
-        entry.write(QStringLiteral("[Desktop Entry]\nType=Application\nName=Mail\nExec=\"%1\" %u\n")
-                        .arg(home.filePath(QStringLiteral("mail client")))
-                        .toUtf8());
-        entry.close();
+        QVERIFY(
+            testing::registerMailClient(home.path(), home.filePath(QStringLiteral("mail client")), argvFile));
 
         MDIForm1 *shell = openShell(101);
         emit shell->TlbMain->ButtonClick(QStringLiteral("e-mail"));

@@ -1,3 +1,4 @@
+#include "../support/deferreddeletes.h"
 #include "../support/msgboxrecorder.h"
 #include "../viewing/fakeviewers.h"
 #include "shellcontent.h"
@@ -14,6 +15,7 @@
 #include <QTest>
 
 using testing::FakeViewer;
+using testing::flushDeletes;
 
 namespace {
 
@@ -70,12 +72,6 @@ public:
         journal() << QStringLiteral("start screen");
     }
 };
-
-void flushDeletes()
-{
-    for (int i = 0; i < 3; ++i)
-        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-}
 
 } // namespace
 

@@ -1,3 +1,4 @@
+#include "../support/contenttool.h"
 #include "paintedrtf.h"
 #include "testcontent.h"
 
@@ -5,7 +6,6 @@
 #include <QFile>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QProcess>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -15,23 +15,11 @@ using paintedrtf::Red;
 
 namespace {
 
-struct Run
-{
-    int exitCode = -1;
-    QStringList lines;
-    QString errors;
-};
+using Run = testing::ToolRun;
 
 Run tool(const QStringList &args)
 {
-    QProcess process;
-    process.start(QStringLiteral(TREMIDIA_BINARY_DIR "/bin/tremidia-content"), args);
-    process.waitForFinished(60000);
-    Run run;
-    run.exitCode = process.exitCode();
-    run.lines = QString::fromUtf8(process.readAllStandardOutput()).split(u'\n', Qt::SkipEmptyParts);
-    run.errors = QString::fromUtf8(process.readAllStandardError());
-    return run;
+    return testing::contentTool(args, 60000);
 }
 
 void writeFile(const QString &path, const QByteArray &data)

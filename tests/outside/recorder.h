@@ -43,4 +43,30 @@ inline QStringList readRecorded(const QString &argvFile)
     return lines;
 }
 
+// Makes `home` the whole XDG desktop (config and data), with `client` as the default
+// mailto handler through a desktop entry; `client` records its arguments to `argvFile`.
+inline bool registerMailClient(const QString &home, const QString &client, const QString &argvFile)
+{
+    for (const char *name : {"XDG_CONFIG_DIRS", "XDG_DATA_DIRS"})
+        qputenv(name, (home + QStringLiteral("/none")).toUtf8());
+    qputenv("XDG_CONFIG_HOME", home.toUtf8());
+    qputenv("XDG_DATA_HOME", home.toUtf8());
+    qunsetenv("XDG_CURRENT_DESKTOP");
+    if (!writeRecorder(client, argvFile))
+        return false;
+    QFile list(home + QStringLiteral("/mimeapps.list"));
+    if (!list.open(QIODevice::WriteOnly))
+        return false;
+    list.write("[Default Applications]\nx-scheme-handler/mailto=testmail.desktop\n");
+    list.close();
+    QDir().mkpath(home + QStringLiteral("/applications"));
+    QFile entry(home + QStringLiteral("/applications/testmail.desktop"));
+    if (!entry.open(QIODevice::WriteOnly))
+        return false;
+    entry.write(QStringLiteral("[Desktop Entry]\nType=Application\nName=Mail\nExec=\"%1\" %u\n")
+                    .arg(client)
+                    .toUtf8());
+    return true;
+}
+
 } // namespace testing

@@ -6,6 +6,7 @@
 #include <shellwindow.h>
 
 #include <QAction>
+#include <QHash>
 #include <QMainWindow>
 #include <QMdiArea>
 #include <QMenu>
@@ -40,7 +41,9 @@ public:
     void setSelectedActivity(qint32) override { }
     void LoadResources() override { }
     void UnloadResources() override { }
-    void setToggleChecked(Toggle, bool) override { }
+    void setToggleChecked(Toggle toggle, bool checked) override { m_toggles[int(toggle)] = checked; }
+    // The last mark a window gave a toggle of the "Προβολή" menu.
+    bool toggleChecked(Toggle toggle) const { return m_toggles.value(int(toggle)); }
 
     // A third entry, as if another window had taken a place in the list.
     void growList() { m_list.append(m_menu->addAction(QStringLiteral("List"))); }
@@ -50,6 +53,7 @@ private:
     QMenu *m_menu;
     QAction *m_separator = nullptr;
     QList<QAction *> m_list;
+    QHash<int, bool> m_toggles;
 };
 
 } // namespace testing

@@ -14,6 +14,8 @@ int rtfRuns(const QStringList &args); // rtf-runs FILE.rtf
 int rtfRewrite(const QStringList &args); // rtf-rewrite IN.rtf OUT.rtf
 int hotwords(const QStringList &args); // hotwords FILE RESOURCEID
 int check(const QStringList &args); // check FILE
+int search(const QStringList &args); // search FILE [--type N] [--author TEXT] ... (see usage)
+int index(const QStringList &args); // index FILE [TYPE]
 
 // Writes "tremidia-content: <message>" on stderr and returns 1.
 int fail(const QString &message);

@@ -22,7 +22,12 @@ void usage()
            "  rtf-runs FILE.rtf           formatting runs of an RTF file, as JSON lines\n"
            "  rtf-rewrite IN.rtf OUT.rtf  open a file as the notepad does, save it as the notepad does\n"
            "  hotwords FILE RESOURCEID    the hot words of a text source, located\n"
-           "  check FILE                  audit the content files and hot words\n";
+           "  check FILE                  audit the content files and hot words\n"
+           "  search FILE [--type N] [--author TEXT] [--museum TEXT] [--keyword N] [--time N] [--place N]\n"
+           "                              the search window's list for those criteria:\n"
+           "                              icon, tab, text, tab, tag\n"
+           "  index FILE [TYPE]           the index's list for a type (0 or none: all):\n"
+           "                              EuretirioID, tab, Oros\n";
 }
 
 } // namespace
@@ -66,6 +71,10 @@ int main(int argc, char *argv[])
         return commands::hotwords(args);
     if (command == u"check")
         return commands::check(args);
+    if (command == u"search")
+        return commands::search(args);
+    if (command == u"index")
+        return commands::index(args);
     usage();
     return 1;
 }

@@ -1,5 +1,7 @@
 #include "metafile.h"
 
+#include "littleendian.h"
+
 #include <QPainter>
 #include <QScopeGuard>
 
@@ -15,22 +17,6 @@ extern "C" {
 namespace pictures {
 
 namespace {
-
-quint32 le32(const QByteArray &d, qsizetype at)
-{
-    if (at < 0 || at + 4 > d.size())
-        return 0;
-    const auto *p = reinterpret_cast<const unsigned char *>(d.constData() + at);
-    return quint32(p[0]) | (quint32(p[1]) << 8) | (quint32(p[2]) << 16) | (quint32(p[3]) << 24);
-}
-
-quint16 le16(const QByteArray &d, qsizetype at)
-{
-    if (at < 0 || at + 2 > d.size())
-        return 0;
-    const auto *p = reinterpret_cast<const unsigned char *>(d.constData() + at);
-    return quint16(p[0] | (p[1] << 8));
-}
 
 qint16 les16(const QByteArray &d, qsizetype at)
 {

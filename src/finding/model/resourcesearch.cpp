@@ -1,0 +1,106 @@
+#include "resourcesearch.h"
+
+#include <database.h>
+#include <runtimeerror.h>
+
+namespace finding {
+
+namespace {
+
+// The conditions in the order they join, each without its joining " AND ".
+QStringList conditions(const SearchCriteria &c)
+{
+    QStringList out;
+    if (c.Time.toLong() != 0)
+        out << QStringLiteral(" Resources.ChronologicalID=  ") + c.Time;
+    if (c.Place.toLong() != 0)
+        out << QStringLiteral(" Resources.PlaceID= ") + c.Place;
+    if (c.ResType.toLong() != 0)
+        out << QStringLiteral(" Resources.ResTypeID= ") + c.ResType;
+    if (!c.Author.isEmpty())
+        out << QStringLiteral(" Resources.Author = ") + content::sqlQuote(c.Author);
+    if (!c.Museum.isEmpty())
+        out << QStringLiteral(" Resources.Museum = ") + content::sqlQuote(c.Museum);
+    return out;
+}
+
+} // namespace
+
+QString SearchSQL(const SearchCriteria &criteria)
+{
+    const QStringList conds = conditions(criteria);
+    QString head;
+    QString clauses;
+    if (criteria.KeyWord.toLong() == 0) {
+        head = QStringLiteral("SELECT  Resources.ResourceID, Resources.ResTypeID, Resources.Book, "
+                              "Resources.Caption FROM Resources ");
+        for (const QString &cond : conds)
+            clauses += cond + QStringLiteral(" AND ");
+        if (!clauses.isEmpty())
+            clauses = QStringLiteral(" WHERE ") + clauses.left(clauses.size() - 5);
+    } else {
+        head = QStringLiteral("SELECT  Resources.ResourceID, Resources.ResTypeID, ")
+            + QStringLiteral("Resources.Book, Resources.Caption ")
+            + QStringLiteral("FROM Resources INNER JOIN RelKeywordResource ")
+            + QStringLiteral("ON Resources.ResourceID = RelKeywordResource.ResourceID ")
+            + QStringLiteral("WHERE RelKeywordResource.KeywordID= ") + criteria.KeyWord;
+        for (const QString &cond : conds)
+            clauses += QStringLiteral(" AND ") + cond;
+    }
+    return head + clauses + QStringLiteral(" ORDER BY ResTypeID, Book, Caption");
+}
+
+SearchList SearchListItems(content::Recordset &rs)
+{
+    SearchList list;
+    if (rs.RecordCount() <= 0)
+        return list;
+    rs.MoveFirst();
+    while (!rs.Eof()) {
+        const qint32 type = rs.Fields(QStringLiteral("ResTypeID")).Value().toInt();
+        switch (type) {
+        case 2: {
+            const QString book = rs.Fields(QStringLiteral("Book")).text();
+            list.items.append(
+                {book == InscriptionBook ? QStringLiteral("epigrafi") : QStringLiteral("keimeno"), book,
+                    QString()});
+            break;
+        }
+        case 1:
+        case 6:
+            list.items.append(
+                {QStringLiteral("agio"), rs.Fields(QStringLiteral("Caption")).text(), QString()});
+            break;
+        case 5:
+            list.items.append(
+                {QStringLiteral("xartis"), rs.Fields(QStringLiteral("Caption")).text(), QString()});
+            break;
+        default:
+            break;
+        }
+        // A row of another kind gives its id to the item before it: the list keeps it so.
+        if (list.items.isEmpty()) {
+            list.failed = true;
+            return list;
+        }
+        list.items.last().tag = rs.Fields(QStringLiteral("ResourceID")).text();
+        rs.MoveNext();
+    }
+    return list;
+}
+
+SearchList Search(content::Database &db, const SearchCriteria &criteria)
+{
+    auto rs = db.OpenRecordset(SearchSQL(criteria));
+    SearchList list = SearchListItems(*rs);
+    rs->Close();
+    return list;
+}
+
+void throwNoItemError()
+{
+    throw platform::RuntimeError(
+        91, QStringLiteral("Η μεταβλητή αντικειμένου ή η μεταβλητή μπλοκ With δεν έχει οριστεί"));
+}
+
+} // namespace finding

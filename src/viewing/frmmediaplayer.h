@@ -1,0 +1,74 @@
+#pragma once
+
+#include <QWidget>
+
+#include <functional>
+
+class QAudioOutput;
+class QMediaPlayer;
+class QSlider;
+class QToolButton;
+class QVideoWidget;
+
+// The small window that plays an index term's sound or video. It starts at once, stands
+// at the beginning again when the piece ends, and stops when it closes. It fits itself
+// round its player: a picture area for a video above a bar with play/pause and the
+// position.
+class frmMediaPlayer final : public QWidget
+{
+    Q_OBJECT
+
+public:
+    explicit frmMediaPlayer(QWidget *parent = nullptr);
+    ~frmMediaPlayer() override;
+    Q_DISABLE_COPY_MOVE(frmMediaPlayer)
+
+    // Controls: the player (WMM) is the picture area over the transport bar.
+    QWidget *const WMM;
+    QVideoWidget *const picVideo;
+    QToolButton *const cmdPlay;
+    QSlider *const sldPosition;
+
+    // Only stored: the file to play comes from the index.
+    QString PayFile() const { return m_payFile; }
+    void setPayFile(const QString &file) { m_payFile = file; }
+
+    // What the index tells the player: 0 plays the sound, 1 the video, any other value
+    // nothing.
+    struct IndexMedia
+    {
+        qint32 MediaKind = -1;
+        QString SoundPath;
+        QString VideoPath;
+    };
+    // The index registers where its choice is read; until then the player plays nothing.
+    using MediaSource = std::function<IndexMedia()>;
+    static void setMediaSource(MediaSource source);
+
+    // Sets the player up, takes the file the index names (which starts the playing) and
+    // fits the window. Done once, before the window is first shown if the opener has not.
+    void Load();
+    void Unload();
+
+    // The playing engine, for the owner's and the tests' questions.
+    QMediaPlayer *player() const { return m_player; }
+    QString fileName() const { return m_fileName; }
+
+protected:
+    void showEvent(QShowEvent *event) override;
+    void closeEvent(QCloseEvent *event) override;
+
+private:
+    void WMM_EndOfStream();
+    void cmdPlay_Click();
+    void FitToPlayer();
+    void showPlayState();
+
+    QMediaPlayer *const m_player;
+    QAudioOutput *m_audio = nullptr;
+    QString m_payFile;
+    QString m_fileName;
+    bool m_loaded = false;
+    bool m_video = false;
+    bool m_userSeeking = false;
+};

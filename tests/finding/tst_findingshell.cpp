@@ -1,0 +1,162 @@
+// The search and the index in the program's own shell on the sample course: the menu
+// opens them, a pupil finds a source by keyword and opens it, a word of a text opens its
+// term, and a term's sound plays. Pictures of both windows land in the test output folder.
+
+#include "../support/msgboxrecorder.h"
+
+#include <btn.h>
+#include <childwindows.h>
+#include <chotword.h>
+#include <colhotwords.h>
+#include <database.h>
+#include <frmindex.h>
+#include <frmmediaplayer.h>
+#include <frmsearchresources.h>
+#include <frmtextresource.h>
+#include <mdiform1.h>
+#include <modglobal.h>
+#include <richtextbox.h>
+
+#include <QComboBox>
+#include <QDir>
+#include <QFileInfo>
+#include <QMdiArea>
+#include <QMdiSubWindow>
+#include <QMediaPlayer>
+#include <QTabBar>
+#include <QTest>
+#include <QTreeWidget>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+const QString samplePath = QStringLiteral(TREMIDIA_BINARY_DIR "/sample/tremidia.sqlite");
+
+void savePicture(QWidget *w, const QString &name)
+{
+    for (int i = 0; i < 3; ++i)
+        QCoreApplication::processEvents();
+    QVERIFY(QDir().mkpath(QStringLiteral(TREMIDIA_TEST_OUTPUT_DIR)));
+    const QString file = QStringLiteral(TREMIDIA_TEST_OUTPUT_DIR "/") + name;
+    QVERIFY(w->grab().save(file, "PNG"));
+    qInfo("picture: %s", qPrintable(file));
+}
+
+} // namespace
+
+class tst_FindingShell : public QObject
+{
+    Q_OBJECT
+
+private:
+    testing::MsgBoxRecorder m_boxes;
+    MDIForm1 *m_shell = nullptr;
+
+private slots:
+    void initTestCase()
+    {
+        if (!QFileInfo::exists(samplePath))
+            QSKIP("the sample course is not built");
+        modGlobal::gDatabasePath = samplePath;
+        modGlobal::gDataFolder = QFileInfo(samplePath).absolutePath();
+        modGlobal::gDatabase = content::Database::OpenDatabase(samplePath);
+        MDIForm1::registerDefaultInstance();
+        MDIForm1::setStartScreenFactory([] { return nullptr; });
+        registerChildWindows();
+        m_boxes.install();
+        m_shell = static_cast<MDIForm1 *>(ShellWindow::instance());
+        m_shell->show();
+        QVERIFY(QTest::qWaitForWindowExposed(m_shell));
+    }
+
+    void cleanupTestCase()
+    {
+        if (m_shell)
+            m_shell->close();
+        modGlobal::gDatabase.reset();
+    }
+
+    void aPupilFindsASourceByKeywordAndOpensIt()
+    {
+        m_shell->mnufacilities->trigger();
+        frmSearchResources *search = frmSearchResources::instance(false);
+        QVERIFY(search);
+        QVERIFY(search->isVisible());
+        QCOMPARE(search->parentWidget()->parentWidget()->parentWidget(), m_shell->mdiArea());
+        const int keyword = search->cmbKeyWord->findText(u"Μάρμαρο"_s);
+        QVERIFY(keyword >= 0);
+        search->cmbKeyWord->setCurrentIndex(keyword);
+        QVERIFY(search->lvwResources->topLevelItemCount() > 0);
+        savePicture(m_shell, u"search-marmaro.png"_s);
+
+        QTreeWidgetItem *item = search->lvwResources->topLevelItem(0);
+        search->lvwResources->setCurrentItem(item);
+        emit search->lvwResources->itemDoubleClicked(item, 0);
+        QVERIFY(m_boxes.isEmpty());
+        QVERIFY(frmSearchResources::Ghosted(item));
+        auto *viewer = qobject_cast<SourceViewer *>(m_shell->mdiArea()->activeSubWindow()->widget());
+        QVERIFY(viewer);
+        QCOMPARE(QString::number(viewer->ResourceID()), frmSearchResources::Tag(item));
+        savePicture(m_shell, u"search-opened.png"_s);
+        viewer->Unload();
+        QVERIFY(!frmSearchResources::Ghosted(item));
+        search->parentWidget()->close();
+        QVERIFY(!frmSearchResources::instance(false));
+    }
+
+    void theCatalogueMenuOpensAndClosesTheIndexWithItsMark()
+    {
+        m_shell->mnuCatalogue->trigger();
+        frmIndex *index = frmIndex::instance(false);
+        QVERIFY(index);
+        QVERIFY(index->isVisible());
+        QVERIFY(m_shell->mnuCatalogue->isChecked());
+        QVERIFY(index->LvEnnoia->topLevelItemCount() > 20);
+        savePicture(m_shell, u"index.png"_s);
+        m_shell->mnuCatalogue->trigger();
+        QVERIFY(!frmIndex::instance(false));
+        QVERIFY(!m_shell->mnuCatalogue->isChecked());
+    }
+
+    void aWordOfATextOpensItsTermAndThePupilHearsIt()
+    {
+        auto *text = new frmTextResource;
+        text->setResourceID(104);
+        text->Load();
+        modGlobal::CenterAndShow(text);
+        const CHotWord *term = nullptr;
+        for (const CHotWord &word : *text->hotWords()) {
+            if (word.HotwordType() == 0 && word.phrase() == u"Μίνωας") {
+                term = &word;
+                break;
+            }
+        }
+        QVERIFY(term);
+        text->rtbTextResource->setSelStart(term->First() + 1);
+        text->rtbTextResource_MouseUp(1, 0, 0, 0);
+        frmIndex *index = frmIndex::instance(false);
+        QVERIFY(index);
+        QVERIFY(index->isVisible());
+        QVERIFY(m_shell->mnuCatalogue->isChecked());
+        QCOMPARE(index->LvEnnoia->currentItem()->text(0), u"Μίνωας"_s);
+        // The buttons still belong to the first term of the list until the pupil clicks
+        // the term itself.
+        const QRect place = index->LvEnnoia->visualItemRect(index->LvEnnoia->currentItem());
+        QTest::mouseClick(index->LvEnnoia->viewport(), Qt::LeftButton, {}, place.center());
+        QVERIFY(index->cmdSound->isEnabled());
+
+        index->cmdSound_Click();
+        QVERIFY(m_boxes.isEmpty());
+        frmMediaPlayer *player = index->mediaPlayer();
+        QVERIFY(player);
+        QVERIFY(player->fileName().endsWith(u"/Sounds/term_minoas.wav"_s));
+        QTRY_COMPARE_WITH_TIMEOUT(player->player()->playbackState(), QMediaPlayer::PlayingState, 10000);
+        savePicture(m_shell, u"index-sound.png"_s);
+        index->parentWidget()->close();
+        QVERIFY(!m_shell->mnuCatalogue->isChecked());
+    }
+};
+
+QTEST_MAIN(tst_FindingShell)
+#include "tst_findingshell.moc"

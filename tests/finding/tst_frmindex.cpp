@@ -1,0 +1,331 @@
+// The index window: tabs, lists, the term's explanation and buttons, the hot word's
+// call, the picture window and the media player it opens, and the shell's mark.
+
+#include "../support/msgboxrecorder.h"
+#include "../viewing/viewershell.h"
+#include "findingcontent.h"
+
+#include <btn.h>
+#include <database.h>
+#include <errorpolicy.h>
+#include <findingwindows.h>
+#include <frmfoto.h>
+#include <frmindex.h>
+#include <frmmediaplayer.h>
+#include <modglobal.h>
+#include <richtextbox.h>
+#include <viewerlinks.h>
+
+#include <QDir>
+#include <QFile>
+#include <QLabel>
+#include <QMdiArea>
+#include <QMdiSubWindow>
+#include <QMediaPlayer>
+#include <QTabBar>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QTreeWidget>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+QStringList terms(const QTreeWidget *list)
+{
+    QStringList out;
+    for (int i = 0; i < list->topLevelItemCount(); ++i)
+        out << list->topLevelItem(i)->text(0);
+    return out;
+}
+
+void click(QTreeWidget *list, int row)
+{
+    QTreeWidgetItem *item = list->topLevelItem(row);
+    list->scrollToItem(item);
+    QTest::mouseClick(list->viewport(), Qt::LeftButton, {}, list->visualItemRect(item).center());
+}
+
+// Index content with files: terms of two types, one with picture, sound and video (and a
+// video that is missing), one without explanation, and a type with no terms.
+std::unique_ptr<content::Database> indexContent()
+{
+    testcontent::Builder b;
+    b.row(u"EuretirioTypes"_s, {u"EuretirioTypeID"_s, u"EuretirioType"_s}, {1, u"Πρόσωπα"_s});
+    b.row(u"EuretirioTypes"_s, {u"EuretirioTypeID"_s, u"EuretirioType"_s}, {3, u"Τόποι"_s});
+    b.row(u"EuretirioTypes"_s, {u"EuretirioTypeID"_s, u"EuretirioType"_s}, {4, u"Κενό"_s});
+    b.term(
+        1, u"Περικλής"_s, u"Αθηναίος πολιτικός."_s, 1, u"pericles.png"_s, u"pericles.wav"_s, u"lost.webm"_s);
+    b.term(2, u"Αριστείδης"_s, u"Ο δίκαιος."_s, 1);
+    b.term(3, u"Δήλος"_s, u"Νησί των Κυκλάδων."_s, 3, QVariant(), QVariant(), u"delos.webm"_s);
+    b.term(4, u"Νάξος"_s, QVariant(), 3, u"naxos.png"_s);
+    return b.database();
+}
+
+void writeWav(const QString &path)
+{
+    // A tenth of a second of silence, 8 kHz mono 8-bit.
+    const int samples = 800;
+    QByteArray data;
+    auto u32 = [&](quint32 v) { data.append(reinterpret_cast<const char *>(&v), 4); };
+    auto u16 = [&](quint16 v) { data.append(reinterpret_cast<const char *>(&v), 2); };
+    data.append("RIFF");
+    u32(36 + samples);
+    data.append("WAVEfmt ");
+    u32(16);
+    u16(1);
+    u16(1);
+    u32(8000);
+    u32(8000);
+    u16(1);
+    u16(8);
+    data.append("data");
+    u32(samples);
+    data.append(QByteArray(samples, char(0x80)));
+    QFile file(path);
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.write(data);
+}
+
+} // namespace
+
+class tst_frmIndex : public QObject
+{
+    Q_OBJECT
+
+private:
+    testing::MsgBoxRecorder m_boxes;
+    std::unique_ptr<testing::ViewerShell> m_shell;
+    QTemporaryDir m_data;
+
+    frmIndex *open()
+    {
+        frmIndex *index = nullptr;
+        platform::guarded([&] {
+            index = frmIndex::instance();
+            modGlobal::CenterAndShow(index);
+        });
+        return index;
+    }
+
+private slots:
+    void initTestCase()
+    {
+        finding::registerFindingLinks();
+        QVERIFY(m_data.isValid());
+        modGlobal::gDataFolder = m_data.path();
+        QDir(m_data.path()).mkpath(u"Sounds"_s);
+        QDir(m_data.path()).mkpath(u"Photos"_s);
+        writeWav(m_data.path() + u"/Sounds/pericles.wav"_s);
+        QImage picture(40, 20, QImage::Format_RGB32);
+        picture.fill(Qt::darkRed);
+        QVERIFY(picture.save(m_data.path() + u"/Photos/pericles.png"_s));
+    }
+
+    void init()
+    {
+        m_boxes.install();
+        m_shell = std::make_unique<testing::ViewerShell>();
+        m_shell->show();
+        modGlobal::gDatabase = indexContent();
+    }
+
+    void cleanup()
+    {
+        if (frmIndex *index = frmIndex::instance(false))
+            index->close();
+        m_shell.reset();
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        modGlobal::gDatabase.reset();
+    }
+
+    void loadShowsTheTabsAndAllTermsInOrderAndMarksTheShell()
+    {
+        frmIndex *index = open();
+        QVERIFY(index);
+        QCOMPARE(index->windowTitle(), u"Ευρετήριο"_s);
+        QCOMPARE(index->tbs->count(), 4);
+        QCOMPARE(index->tbs->tabText(0), u"Αλφαβητικό"_s);
+        QCOMPARE(index->tbs->tabData(0).toString(), u"tab0"_s);
+        QCOMPARE(index->tbs->tabData(2).toString(), u"tab3"_s);
+        QCOMPARE(index->tbs->currentIndex(), 0);
+        QCOMPARE(
+            terms(index->LvEnnoia), QStringList({u"Αριστείδης"_s, u"Δήλος"_s, u"Νάξος"_s, u"Περικλής"_s}));
+        // The first term is shown; the buttons were disabled after it.
+        QCOMPARE(index->LvEnnoia->currentItem()->text(0), u"Αριστείδης"_s);
+        QCOMPARE(index->rtfExp->Text(), u"Ο δίκαιος."_s);
+        QVERIFY(!index->cmdPicture->isEnabled());
+        QVERIFY(!index->cmdSound->isEnabled());
+        QVERIFY(!index->cmdVideo->isEnabled());
+        QVERIFY(m_shell->toggleChecked(ShellWindow::Toggle::Catalogue));
+        index->close();
+        QVERIFY(!m_shell->toggleChecked(ShellWindow::Toggle::Catalogue));
+        QVERIFY(!frmIndex::instance(false));
+    }
+
+    void aTermsClickShowsItsExplanationAndButtons()
+    {
+        frmIndex *index = open();
+        click(index->LvEnnoia, 3);
+        QCOMPARE(index->rtfExp->Text(), u"Αθηναίος πολιτικός."_s);
+        QVERIFY(index->cmdPicture->isEnabled());
+        QCOMPARE(index->cmdPicture->Tag(), u"pericles.png"_s);
+        QVERIFY(index->cmdSound->isEnabled());
+        QVERIFY(index->cmdVideo->isEnabled());
+        QCOMPARE(index->SoundPath, m_data.path() + u"/Sounds/pericles.wav"_s);
+        click(index->LvEnnoia, 1);
+        QVERIFY(!index->cmdPicture->isEnabled());
+        QVERIFY(!index->cmdSound->isEnabled());
+        QVERIFY(index->cmdVideo->isEnabled());
+    }
+
+    void aTermWithNullExplanationKeepsTheOneBefore()
+    {
+        frmIndex *index = open();
+        click(index->LvEnnoia, 1);
+        QCOMPARE(index->rtfExp->Text(), u"Νησί των Κυκλάδων."_s);
+        click(index->LvEnnoia, 2);
+        QCOMPARE(index->LvEnnoia->currentItem()->text(0), u"Νάξος"_s);
+        QCOMPARE(index->rtfExp->Text(), u"Νησί των Κυκλάδων."_s);
+        QVERIFY(index->cmdPicture->isEnabled());
+    }
+
+    void aTabListsItsTypeAndTheCurrentTabRefillsNothing()
+    {
+        frmIndex *index = open();
+        index->tbs->setCurrentIndex(2);
+        QCOMPARE(index->currentType(), 3);
+        QCOMPARE(terms(index->LvEnnoia), QStringList({u"Δήλος"_s, u"Νάξος"_s}));
+        click(index->LvEnnoia, 1);
+        QCOMPARE(index->LvEnnoia->currentItem()->text(0), u"Νάξος"_s);
+        // The tab already chosen: the list stays as it is, with its choice.
+        const QRect tab = index->tbs->tabRect(2);
+        QTest::mouseClick(index->tbs, Qt::LeftButton, {}, tab.center());
+        QCOMPARE(index->tbs->currentIndex(), 2);
+        QCOMPARE(index->LvEnnoia->currentItem()->text(0), u"Νάξος"_s);
+    }
+
+    void anEmptyTypeListsNothingAndTheButtonsKeepTheirState()
+    {
+        frmIndex *index = open();
+        click(index->LvEnnoia, 3);
+        QVERIFY(index->cmdSound->isEnabled());
+        index->tbs->setCurrentIndex(3);
+        QCOMPARE(index->currentType(), 4);
+        QCOMPARE(index->LvEnnoia->topLevelItemCount(), 0);
+        QCOMPARE(index->rtfExp->Text(), QString());
+        QVERIFY(index->cmdPicture->isEnabled());
+        QVERIFY(index->cmdSound->isEnabled());
+        QVERIFY(index->cmdVideo->isEnabled());
+    }
+
+    void anIndexWordOpensTheIndexOnItsTypesTabAtTheTerm()
+    {
+        QVERIFY(viewerlinks::openIndex(3, u"ΝΆΞΟΣ"_s, u"Από τον λόγο του κειμένου."_s, QString()));
+        frmIndex *index = frmIndex::instance(false);
+        QVERIFY(index);
+        QVERIFY(index->isVisible());
+        QCOMPARE(index->tbs->currentIndex(), 2);
+        QCOMPARE(index->currentType(), 3);
+        QCOMPARE(index->LvEnnoia->currentItem()->text(0), u"Νάξος"_s);
+        QVERIFY(index->LvEnnoia->currentItem()->isSelected());
+        QCOMPARE(index->rtfExp->Text(), u"Από τον λόγο του κειμένου."_s);
+        QVERIFY(!index->cmdPicture->isEnabled());
+        QCOMPARE(index->cmdPicture->Tag(), QString());
+    }
+
+    void anIndexWordWithoutTypeOpensOnTheAlphabeticalTab()
+    {
+        frmIndex *index = open();
+        index->tbs->setCurrentIndex(2);
+        QVERIFY(viewerlinks::openIndex(0, u"Περικλής"_s, u"Εξήγηση."_s, u"pericles.png"_s));
+        QCOMPARE(index->tbs->currentIndex(), 0);
+        QCOMPARE(index->currentType(), 0);
+        QCOMPARE(index->LvEnnoia->topLevelItemCount(), 4);
+        QCOMPARE(index->LvEnnoia->currentItem()->text(0), u"Περικλής"_s);
+        QVERIFY(index->cmdPicture->isEnabled());
+        QCOMPARE(index->cmdPicture->Tag(), u"pericles.png"_s);
+    }
+
+    void anIndexWordNotInItsTypesListSelectsNothingButShowsTheExplanation()
+    {
+        frmIndex *index = open();
+        index->FillListView(1);
+        index->LvEnnoia->clearSelection();
+        index->DisplayHotword(u"Θεμιστοκλής"_s, u"Αθηναίος στρατηγός."_s, QString());
+        QVERIFY(index->LvEnnoia->selectedItems().isEmpty());
+        QCOMPARE(index->rtfExp->Text(), u"Αθηναίος στρατηγός."_s);
+        QVERIFY(index->rtfExp->isVisible());
+    }
+
+    void thePictureButtonShowsTheTermsPicture()
+    {
+        frmIndex *index = open();
+        click(index->LvEnnoia, 3);
+        QTest::mouseClick(index->cmdPicture, Qt::LeftButton);
+        QVERIFY(m_boxes.isEmpty());
+        QPointer<frmFoto> foto = index->pictureWindow();
+        QVERIFY(foto);
+        QVERIFY(foto->isVisible());
+        QCOMPARE(foto->size(), QSize(40, 20));
+        // Another term closes it.
+        click(index->LvEnnoia, 0);
+        QTRY_VERIFY_WITH_TIMEOUT(!foto || !foto->isVisible(), 5000);
+    }
+
+    void theSoundButtonPlaysInACentredPlayerAndAnotherTermUnloadsIt()
+    {
+        frmIndex *index = open();
+        click(index->LvEnnoia, 3);
+        QTest::mouseClick(index->cmdSound, Qt::LeftButton);
+        QVERIFY(m_boxes.isEmpty());
+        QPointer<frmMediaPlayer> player = index->mediaPlayer();
+        QVERIFY(player);
+        QCOMPARE(index->MediaKind, 0);
+        QCOMPARE(player->windowTitle(), u"Ήχος ευρετηρίου"_s);
+        QCOMPARE(player->fileName(), m_data.path() + u"/Sounds/pericles.wav"_s);
+        auto *sub = qobject_cast<QMdiSubWindow *>(player->parentWidget());
+        QVERIFY(sub);
+        const QWidget *area = m_shell->mdiArea()->viewport();
+        QVERIFY(qAbs(sub->x() - (area->width() - sub->width()) / 2) <= 1);
+        QVERIFY(qAbs(sub->y() - (area->height() - sub->height()) / 2) <= 1);
+        click(index->LvEnnoia, 0);
+        QTRY_VERIFY_WITH_TIMEOUT(!player, 5000);
+    }
+
+    void aMissingVideoGivesItsWarning()
+    {
+        frmIndex *index = open();
+        click(index->LvEnnoia, 3);
+        QTest::mouseClick(index->cmdVideo, Qt::LeftButton);
+        QCOMPARE(m_boxes.size(), 1);
+        QCOMPARE(m_boxes.at(0).text, u"Το αρχείο βίντεο δεν βρέθηκε !!!"_s);
+        QCOMPARE(m_boxes.at(0).style, 48);
+        QCOMPARE(m_boxes.at(0).title, u"Tremidia"_s);
+        QVERIFY(!index->mediaPlayer());
+    }
+
+    void aMissingSoundGivesItsWarning()
+    {
+        frmIndex *index = open();
+        click(index->LvEnnoia, 3);
+        index->SoundPath = m_data.path() + u"/Sounds/nothing.wav"_s;
+        index->cmdSound_Click();
+        QCOMPARE(m_boxes.size(), 1);
+        QCOMPARE(m_boxes.at(0).text, u"Το αρχείο ήχου δεν βρέθηκε !!!"_s);
+        QCOMPARE(m_boxes.at(0).style, 48);
+    }
+
+    void theFittedPictureFillsPicture1KeepingItsShape()
+    {
+        frmIndex *index = open();
+        index->Picture1->resize(200, 100);
+        QPixmap picture(50, 50);
+        picture.fill(Qt::blue);
+        index->FitPicture(picture);
+        QCOMPARE(index->Image1->geometry(), QRect(50, 0, 100, 100));
+    }
+};
+
+QTEST_MAIN(tst_frmIndex)
+#include "tst_frmindex.moc"

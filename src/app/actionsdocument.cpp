@@ -14,12 +14,7 @@ namespace actions {
 
 QString wordProcessorProgram()
 {
-    for (const QString &name : {QStringLiteral("soffice"), QStringLiteral("libreoffice")}) {
-        const QString found = platform::findProgram(name);
-        if (!found.isEmpty())
-            return found;
-    }
-    return {};
+    return platform::wordProcessorProgram();
 }
 
 void openCopyInWordProcessor(const QString &dataFolder, const QString &folderLiteral, const QString &fileName)

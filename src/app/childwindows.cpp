@@ -5,6 +5,7 @@
 #include <findingwindows.h>
 #include <frmdrawing.h>
 #include <frmindex.h>
+#include <frmnotes.h>
 #include <frmsearchresources.h>
 #include <sourceviewer.h>
 
@@ -22,6 +23,8 @@ void registerChildWindows()
     finding::registerFindingLinks();
 
     // Notepad.
+    MDIForm1::setChildWindowProvider(
+        MDIForm1::ChildWindow::Notes, [](bool create) -> QWidget * { return frmNotes::instance(create); });
 
     // Drawing: the drawing window, also as the viewer of a map.
     MDIForm1::setChildWindowProvider(MDIForm1::ChildWindow::Drawing, [](bool create) -> QWidget * {

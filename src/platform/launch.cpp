@@ -49,6 +49,16 @@ QString findProgram(const QString &nameOrPath)
     return QStandardPaths::findExecutable(nameOrPath);
 }
 
+QString wordProcessorProgram()
+{
+    for (const QString &name : {QStringLiteral("soffice"), QStringLiteral("libreoffice")}) {
+        const QString found = findProgram(name);
+        if (!found.isEmpty())
+            return found;
+    }
+    return {};
+}
+
 QString applicationFolder()
 {
     return QCoreApplication::applicationDirPath();

@@ -28,6 +28,9 @@ void setLauncher(Launcher launcher);
 // A program by name on PATH, or by path; empty when there is none.
 QString findProgram(const QString &nameOrPath);
 
+// The word processor's program: soffice on PATH, else libreoffice; empty when neither.
+QString wordProcessorProgram();
+
 // The folder of the running program (what the original called App.Path).
 QString applicationFolder();
 

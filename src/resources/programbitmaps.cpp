@@ -142,6 +142,30 @@ const Entry kEntries[] = {
     {u"STAMP_ROMBOS", 22, 24},
     {u"STAMP_PERIERGO", 22, 24},
     {u"DRAWCURSOR", 32, 32, 16, 16},
+
+    // The notepad's toolbar.
+    {u"nt_New", 20, 20},
+    {u"nt_Open", 20, 20},
+    {u"nt_Save", 20, 20},
+    {u"nt_SaveAs", 20, 20},
+    {u"nt_Exit", 20, 20},
+    {u"nt_Word", 20, 20},
+    {u"nt_Print", 20, 20},
+    {u"nt_Cut", 20, 20},
+    {u"nt_Copy", 20, 20},
+    {u"nt_Paste", 20, 20},
+    {u"nt_Delete", 20, 20},
+    {u"nt_Find", 20, 20},
+    {u"nt_Undo", 20, 20},
+    {u"nt_Bold", 20, 20},
+    {u"nt_Italics", 20, 20},
+    {u"nt_Underline", 20, 20},
+    {u"nt_Left", 20, 20},
+    {u"nt_Center", 20, 20},
+    {u"nt_Right", 20, 20},
+    {u"nt_Bullets", 20, 20},
+    {u"nt_Fonts", 20, 20},
+    {u"nt_FontsColor", 20, 20},
 };
 
 const Entry *find(const QString &name)

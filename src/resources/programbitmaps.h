@@ -13,7 +13,8 @@
 // "VIDEO", the toolbar's "tlb_" + key, each with its pressed face ending in "_DOWN" or
 // "_down"), the tiles of the sources, the parchment "PAPIROS", the hand cursor "HAND" and
 // the small icons of the tree ("Th", "Sc", "Ac") and of the search list ("epigrafi",
-// "keimeno", "agio", "xartis"), and the line-width palette's ten lines "LINEWIDTHS". They are drawn as vector
+// "keimeno", "agio", "xartis"), the line-width palette's ten lines "LINEWIDTHS" and the notepad's toolbar
+// ("nt_" + image key). They are drawn as vector
 // pictures and rendered at the screen's device pixel ratio, so a picture has one size in logical pixels and
 // stays sharp on HiDPI screens.
 namespace resources {

@@ -11,6 +11,7 @@ int tables(const QStringList &args); // tables FILE
 int query(const QStringList &args); // query FILE SQL
 int rtfText(const QStringList &args); // rtf-text FILE.rtf
 int rtfRuns(const QStringList &args); // rtf-runs FILE.rtf
+int rtfRewrite(const QStringList &args); // rtf-rewrite IN.rtf OUT.rtf
 int hotwords(const QStringList &args); // hotwords FILE RESOURCEID
 int check(const QStringList &args); // check FILE
 int search(const QStringList &args); // search FILE [--type N] [--author TEXT] ... (see usage)

@@ -20,6 +20,7 @@ void usage()
            "  query FILE SQL              run SQL, print the rows as TSV\n"
            "  rtf-text FILE.rtf           plain text of an RTF file\n"
            "  rtf-runs FILE.rtf           formatting runs of an RTF file, as JSON lines\n"
+           "  rtf-rewrite IN.rtf OUT.rtf  open a file as the notepad does, save it as the notepad does\n"
            "  hotwords FILE RESOURCEID    the hot words of a text source, located\n"
            "  check FILE                  audit the content files and hot words\n"
            "  search FILE [--type N] [--author TEXT] [--museum TEXT] [--keyword N] [--time N] [--place N]\n"
@@ -64,6 +65,8 @@ int main(int argc, char *argv[])
         return commands::rtfText(args);
     if (command == u"rtf-runs")
         return commands::rtfRuns(args);
+    if (command == u"rtf-rewrite")
+        return commands::rtfRewrite(args);
     if (command == u"hotwords")
         return commands::hotwords(args);
     if (command == u"check")

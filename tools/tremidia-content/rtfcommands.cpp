@@ -1,8 +1,12 @@
 #include "commands.h"
 
 #include <rtf.h>
+#include <rtffile.h>
+#include <runtimeerror.h>
 
 #include <QFile>
+#include <QFont>
+#include <QTextDocument>
 
 #include <cstdio>
 
@@ -60,6 +64,26 @@ int rtfRuns(const QStringList &args)
         out += richtext::runToJson(run) + '\n';
     writeOut(out);
     std::fflush(stdout);
+    return 0;
+}
+
+int rtfRewrite(const QStringList &args)
+{
+    if (args.size() != 2)
+        return fail(QStringLiteral("usage: rtf-rewrite IN.rtf OUT.rtf"));
+    // The same steps as the notepad's open and save: a document in the notes' font, the
+    // file read into it (RTF, or plain text), and written back whole or not at all.
+    try {
+        QTextDocument document;
+        QFont font(QString::fromUtf16(richtext::NotesFontFamily));
+        font.setPointSize(richtext::NotesFontPoints);
+        document.setDefaultFont(font);
+        richtext::loadDocument(document, richtext::readFile(args.at(0)));
+        richtext::writeFileWhole(args.at(1), richtext::writeDocument(document));
+    } catch (const platform::RuntimeError &e) {
+        return fail(
+            QStringLiteral("cannot rewrite %1 as %2: %3").arg(args.at(0), args.at(1), e.description()));
+    }
     return 0;
 }
 

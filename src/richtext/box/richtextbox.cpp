@@ -641,6 +641,25 @@ void RichTextBox::contextMenuEvent(QContextMenuEvent *event)
     event->accept();
 }
 
+void RichTextBox::dragEnterEvent(QDragEnterEvent *event)
+{
+    // With a manual drop every kind of data may come in, and the window decides.
+    if (m_oleDropManual) {
+        event->acceptProposedAction();
+        return;
+    }
+    QTextEdit::dragEnterEvent(event);
+}
+
+void RichTextBox::dragMoveEvent(QDragMoveEvent *event)
+{
+    if (m_oleDropManual) {
+        event->acceptProposedAction();
+        return;
+    }
+    QTextEdit::dragMoveEvent(event);
+}
+
 void RichTextBox::dropEvent(QDropEvent *event)
 {
     if (m_oleDropManual) {

@@ -8,6 +8,7 @@
 #include <memory>
 #include <optional>
 
+class QImage;
 class QMimeData;
 class QPagedPaintDevice;
 class QPainter;
@@ -221,6 +222,10 @@ protected:
     void mouseReleaseEvent(QMouseEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
     void contextMenuEvent(QContextMenuEvent *event) override;
+    bool canInsertFromMimeData(const QMimeData *source) const override;
+    void insertFromMimeData(const QMimeData *source) override;
+    void dragEnterEvent(QDragEnterEvent *event) override;
+    void dragMoveEvent(QDragMoveEvent *event) override;
     void dropEvent(QDropEvent *event) override;
 
 private:
@@ -240,6 +245,7 @@ private:
     auto blockProperty(Read read) const -> std::optional<decltype(read(QTextBlock()))>;
     void mergeSelectionFormat(const QTextCharFormat &format);
     template<typename Edit> void changeBlocks(Edit edit);
+    void insertImage(const QImage &image);
     void emitMouse(void (RichTextBox::*signal)(int, int, double, double), QMouseEvent *event, bool pressed);
 
     mutable QString m_text;

@@ -6,18 +6,17 @@
 #include "richtextpages.h"
 #include "richtextsearch.h"
 #include "rtf.h"
+#include "rtffile.h"
 #include "runtimeerror.h"
 
 #include <QAbstractTextDocumentLayout>
-#include <QFile>
 #include <QFileInfo>
 #include <QImage>
+#include <QMimeData>
 #include <QPageLayout>
 #include <QPagedPaintDevice>
 #include <QPainter>
-#include <QSaveFile>
 #include <QScrollBar>
-#include <QStringDecoder>
 #include <QTextBlock>
 #include <QTextDocumentFragment>
 #include <QTextLayout>
@@ -27,52 +26,17 @@
 
 using namespace Qt::Literals::StringLiterals;
 
-namespace {
-
-constexpr int PathFileAccessError = 75;
-
-QString decodePlainText(const QByteArray &bytes)
-{
-    QStringDecoder utf8(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
-    QString text = utf8.decode(bytes);
-    if (!utf8.hasError())
-        return text;
-    // Text files written on the school's machines are in the Greek Windows code page.
-    QStringDecoder greek("windows-1253");
-    if (greek.isValid())
-        return greek.decode(bytes);
-    return QString::fromLatin1(bytes);
-}
-
-QByteArray readWholeFile(const QString &path)
-{
-    const QString resolved = platform::resolvePath(path);
-    QFile file(resolved);
-    if (!QFileInfo(resolved).isFile())
-        throw platform::RuntimeError(platform::errors::FileNotFound, u"Το αρχείο δεν βρέθηκε"_s);
-    if (!file.open(QIODevice::ReadOnly))
-        throw platform::RuntimeError(PathFileAccessError, u"Λάθος πρόσβασης στη διαδρομή ή στο αρχείο"_s);
-    return file.readAll();
-}
-
-} // namespace
-
 // --- Files ------------------------------------------------------------------------------------
 
 void RichTextBox::LoadFile(const QString &path, int type)
 {
     if (type != RichTextFile && type != TextFile)
         richtextbox::throwInvalidPropertyValue();
-    const QByteArray data = readWholeFile(path);
+    const QByteArray data = richtext::readFile(path);
 
     m_pending = false;
     document()->setDefaultFont(font());
-    if (type == RichTextFile && richtext::isRtf(data)) {
-        document()->clear();
-        richtext::readDocument(data, document());
-    } else {
-        setPlainText(decodePlainText(data));
-    }
+    richtext::loadDocument(*document(), data, type == RichTextFile);
     document()->clearUndoRedoStacks();
     document()->setModified(false);
     m_undoneLast = false;
@@ -84,11 +48,8 @@ void RichTextBox::SaveFile(const QString &path, int type) const
 {
     if (type != RichTextFile && type != TextFile)
         richtextbox::throwInvalidPropertyValue();
-    const QByteArray data = type == RichTextFile ? richtext::writeDocument(*document()) : Text().toUtf8();
-    // Written aside and renamed at the end, so a failed save leaves the old file whole.
-    QSaveFile file(path);
-    if (!file.open(QIODevice::WriteOnly) || file.write(data) != data.size() || !file.commit())
-        throw platform::RuntimeError(PathFileAccessError, u"Λάθος πρόσβασης στη διαδρομή ή στο αρχείο"_s);
+    richtext::writeFileWhole(
+        path, type == RichTextFile ? richtext::writeDocument(*document()) : Text().toUtf8());
 }
 
 void RichTextBox::InsertPicture(const QString &path)
@@ -97,6 +58,11 @@ void RichTextBox::InsertPicture(const QString &path)
     const QImage image(resolved);
     if (image.isNull())
         throw platform::RuntimeError(platform::errors::InvalidPicture, u"Μη έγκυρη εικόνα"_s);
+    insertImage(image);
+}
+
+void RichTextBox::insertImage(const QImage &image)
+{
     // Named as the RTF reader names its pictures, so the writer finds it the same way.
     static int inserted = 0;
     const QUrl name(
@@ -109,6 +75,24 @@ void RichTextBox::InsertPicture(const QString &path)
     QTextCursor cursor = textCursor();
     cursor.insertImage(format);
     setTextCursor(cursor);
+}
+
+bool RichTextBox::canInsertFromMimeData(const QMimeData *source) const
+{
+    return source->hasImage() || QTextEdit::canInsertFromMimeData(source);
+}
+
+void RichTextBox::insertFromMimeData(const QMimeData *source)
+{
+    // A bitmap alone on the clipboard goes in as a picture, as the control pastes one.
+    if (source->hasImage() && !source->hasText() && !source->hasHtml()) {
+        const QImage image = qvariant_cast<QImage>(source->imageData());
+        if (!image.isNull()) {
+            insertImage(image);
+            return;
+        }
+    }
+    QTextEdit::insertFromMimeData(source);
 }
 
 // --- Finding ------------------------------------------------------------------------------------

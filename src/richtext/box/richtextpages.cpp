@@ -105,7 +105,9 @@ int PageLayout::formatRange(QPainter *painter, const QRectF &rectTwips, int from
         const QRectF clip(-1e6, top, 2e6, bottom - top);
         painter->setClipRect(clip, Qt::IntersectClip);
         QAbstractTextDocumentLayout::PaintContext context;
-        context.clip = clip;
+        // The layout draws every line that touches its clip, also one that only begins
+        // on its edge; the page's own lines lie wholly inside, so the edges are moved in.
+        context.clip = clip.adjusted(0, 0.5, 0, -0.5);
         context.palette.setColor(QPalette::Text, Qt::black);
         layout->draw(painter, context);
         painter->restore();

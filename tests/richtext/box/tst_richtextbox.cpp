@@ -5,9 +5,11 @@
 
 #include <richtextbox.h>
 #include <richtextsearch.h>
+#include <rtf.h>
 #include <runtimeerror.h>
 
 #include <QApplication>
+#include <QClipboard>
 #include <QDropEvent>
 #include <QFile>
 #include <QImage>
@@ -651,6 +653,46 @@ private slots:
         box.dropEvent(&drop);
         QCOMPARE(dropped, 1);
         QCOMPARE(box.Text(), u"αβ"_s);
+    }
+
+    void aManualDropBoxWelcomesDataItCouldNotInsertItself()
+    {
+        struct DropTarget : RichTextBox
+        {
+            using RichTextBox::dragEnterEvent;
+            using RichTextBox::dragMoveEvent;
+        } box;
+        QMimeData data;
+        data.setData(u"application/x-unknown"_s, "?");
+        QDragEnterEvent refused(QPoint(5, 5), Qt::CopyAction, &data, Qt::LeftButton, {});
+        refused.setAccepted(false);
+        box.dragEnterEvent(&refused);
+        QVERIFY(!refused.isAccepted());
+        box.setOleDropManual(true);
+        QDragEnterEvent enter(QPoint(5, 5), Qt::CopyAction, &data, Qt::LeftButton, {});
+        enter.setAccepted(false);
+        box.dragEnterEvent(&enter);
+        QVERIFY(enter.isAccepted());
+        QDragMoveEvent move(QPoint(6, 6), Qt::CopyAction, &data, Qt::LeftButton, {});
+        move.setAccepted(false);
+        box.dragMoveEvent(&move);
+        QVERIFY(move.isAccepted());
+    }
+
+    void aBitmapOnTheClipboardPastesAsAPicture()
+    {
+        RichTextBox box;
+        box.setText(u"αβ"_s);
+        box.setSelStart(1);
+        QImage image(6, 4, QImage::Format_RGB32);
+        image.fill(Qt::green);
+        QApplication::clipboard()->setImage(image);
+        box.paste();
+        QCOMPARE(box.TextLength(), 3);
+        QCOMPARE(box.Text().at(1), QChar(QChar::ObjectReplacementCharacter));
+        // And it is saved as a picture.
+        const richtext::PlainText saved = richtext::readPlainText(richtext::writeDocument(*box.document()));
+        QCOMPARE(saved.text.left(3), u"α\uFFFCβ"_s);
     }
 
     void mouseMoveComesWithoutAButtonInTwips()

@@ -1,0 +1,120 @@
+#pragma once
+
+#include "commondialog.h"
+
+#include <QPointer>
+#include <QStringList>
+#include <QWidget>
+
+class QAction;
+class QMdiSubWindow;
+class QMenu;
+class QMenuBar;
+class QMimeData;
+class QPrinter;
+class QStatusBar;
+class QToolBar;
+class RichTextBox;
+class frmColors;
+
+// The pupil's notepad: one rich-text document in a child window of the shell, with its
+// menus, its toolbar of 28 places and a status line. Every operation on the document
+// lives in modEditor and reaches this window through its single instance.
+class frmNotes final : public QWidget
+{
+    Q_OBJECT
+
+public:
+    explicit frmNotes(QWidget *parent = nullptr);
+    ~frmNotes() override;
+    Q_DISABLE_COPY_MOVE(frmNotes)
+
+    // The single instance: made when `create` is set and there is none.
+    static frmNotes *instance(bool create = true);
+
+    // Controls.
+    QMenuBar *const menuBar;
+    QToolBar *const Toolbar1;
+    RichTextBox *const notes;
+    QStatusBar *const Status;
+    CommonDialog CMDialog1;
+    // The colour palette of the key "SetFontColor": one object while the window lives.
+    QPointer<frmColors> frmFontColors;
+
+    QMenu *mnuFile = nullptr;
+    QAction *mnuNew = nullptr;
+    QAction *mnuOpen = nullptr;
+    QAction *mnuSave = nullptr;
+    QAction *mnuSaveAs = nullptr;
+    QAction *mnuPrint = nullptr;
+    QAction *mnuExit = nullptr;
+    QMenu *mnuEdit = nullptr;
+    QAction *mnuCut = nullptr;
+    QAction *mnuCopy = nullptr;
+    QAction *mnuPaste = nullptr;
+    QAction *mnuClear = nullptr;
+    QAction *mnuSelectAll = nullptr;
+    QAction *mnuFind = nullptr;
+    QAction *mnuReplace = nullptr;
+    QMenu *mnuInsert = nullptr;
+    QAction *mnuInsPicture = nullptr;
+    QMenu *mnuFormat = nullptr;
+    QAction *mnuFonts = nullptr;
+    QAction *mnuParagraph = nullptr;
+    QAction *mnuBullets = nullptr;
+
+    // The toolbar's places, 1 to 28, separators included; null for an index out of range.
+    QAction *Buttons(int index) const;
+    // The key of a place by its key, null for a key the toolbar lacks.
+    QAction *button(const QString &key) const;
+    // 1 pressed, 0 up.
+    int buttonValue(const QString &key) const;
+    void setButtonValue(const QString &key, int value);
+    static const QStringList &buttonKeys();
+
+    // The status line in its simple mode.
+    QString SimpleText() const;
+    void setSimpleText(const QString &text);
+
+    // Fields.
+    bool NotesDirty = false;
+    QPrinter *PrinterContext = nullptr;
+
+    // The palette's event: the chosen colour, 0x00BBGGRR, goes to the selection.
+    void frmFontColors_NewColor(quint32 color);
+
+    // Handlers, as the controls raise them.
+    void Toolbar1_ButtonClick(const QString &key);
+    void Toolbar1_ButtonDropDown(const QString &key);
+    void notes_SelChange();
+    void notes_OLEDragDrop(const QMimeData *data);
+    void mnuInsPicture_Click();
+    void mnuReplace_Click();
+
+    // The child frame, once the shell has put the window into one.
+    QMdiSubWindow *subWindow() const;
+    // Minimised in the shell.
+    bool isMinimisedInShell() const;
+
+protected:
+    void showEvent(QShowEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
+    void closeEvent(QCloseEvent *event) override;
+
+private:
+    void buildMenus();
+    void buildToolbar();
+    void Form_Load();
+    void Form_Resize();
+    void Form_Unload();
+    void ShowFind();
+    void ExportToWord();
+    void PrintSequence();
+    void unloadFontPalette();
+
+    QList<QAction *> m_buttons;
+    QPointer<QMdiSubWindow> m_watchedSub;
+    bool m_loaded = false;
+    bool m_unloading = false;
+    bool m_unloaded = false;
+};

@@ -1,0 +1,358 @@
+// modEditor: files, printing, the clipboard, the toggles and the font dialog.
+
+#include "modeditor.h"
+
+#include "frmnotes.h"
+#include "notesform.h"
+
+#include <errorpolicy.h>
+#include <msgbox.h>
+#include <richtextbox.h>
+#include <runtimeerror.h>
+
+#include <QAction>
+#include <QApplication>
+#include <QClipboard>
+#include <QCoreApplication>
+#include <QLineEdit>
+#include <QPainter>
+#include <QPrinter>
+#include <QScopeGuard>
+#include <QToolBar>
+
+#include <cmath>
+
+namespace modEditor {
+
+namespace {
+
+std::function<void(int)> &printJobObserver()
+{
+    static std::function<void(int)> observer;
+    return observer;
+}
+
+// The hourglass for as long as the scope lasts, also when a save fails.
+auto hourglass()
+{
+    QApplication::setOverrideCursor(Qt::WaitCursor);
+    return qScopeGuard([] { QApplication::restoreOverrideCursor(); });
+}
+
+// A page of the printer in twips: its paper, and the corner of its printable area.
+struct PageTwips
+{
+    double width = 0;
+    double height = 0;
+    double leftOffset = 0;
+    double topOffset = 0;
+};
+
+PageTwips pageTwips(const QPrinter &printer)
+{
+    const QPageLayout layout = printer.pageLayout();
+    const QRectF full = layout.fullRectPoints();
+    const QRectF paint = printer.fullPage() ? full : layout.paintRectPoints();
+    return {full.width() * 20, full.height() * 20, paint.left() * 20, paint.top() * 20};
+}
+
+// The control that has the focus, as the clipboard commands reach it: a text field of
+// the find window, or else the document.
+struct ActiveControl
+{
+    QLineEdit *field = nullptr;
+    RichTextBox *box = nullptr;
+
+    QString SelText() const { return field ? field->selectedText() : box->SelText(); }
+    void setSelText(const QString &text) const
+    {
+        if (field)
+            field->insert(text);
+        else
+            box->setSelText(text);
+    }
+    void setFocus() const
+    {
+        if (field)
+            field->setFocus();
+        else
+            box->setFocus();
+    }
+};
+
+ActiveControl activeControl()
+{
+    if (auto *field = qobject_cast<QLineEdit *>(QApplication::focusWidget()))
+        return {field, nullptr};
+    return {nullptr, notesForm().notes};
+}
+
+// One of the character toggles: with no selection the attribute at the caret and its
+// button change together; over a selection the button is left to the selection's event.
+void toggle(
+    const QString &key, std::optional<bool> (RichTextBox::*read)() const, void (RichTextBox::*write)(bool))
+{
+    frmNotes &form = notesForm();
+    RichTextBox &notes = *form.notes;
+    const bool on = (notes.*read)() == true;
+    (notes.*write)(!on);
+    if (notes.SelLength() == 0)
+        form.setButtonValue(key, on ? 0 : 1);
+}
+
+} // namespace
+
+void setPrintJobObserver(std::function<void(int pages)> observer)
+{
+    printJobObserver() = std::move(observer);
+}
+
+// --- Files ----------------------------------------------------------------------------------
+
+void FileNew()
+{
+    // Asked always, changed or not.
+    if (platform::MsgBox(QStringLiteral("Θέλετε να αποθηκεύσετε το παρόν έγγραφο;"), platform::vbYesNo,
+            QStringLiteral("Εισαγωγή νέου εγγράφου"), &notesForm())
+        == platform::vbYes)
+        FileSave();
+    // The remembered file stays: saving the new text writes over the file opened before.
+    notesForm().notes->setText(QString());
+}
+
+QString AskFileToOpen()
+{
+    frmNotes &form = notesForm();
+    try {
+        form.CMDialog1.DialogTitle = QStringLiteral("Άνοιγμα κειμένου ...");
+        form.CMDialog1.Filter = QStringLiteral("*.RTF|*.Rtf|*.TXT|*.Txt");
+        form.CMDialog1.CancelError = true;
+        form.CMDialog1.ShowOpen();
+        return form.CMDialog1.FileName;
+    } catch (const platform::RuntimeError &) {
+        return {};
+    }
+}
+
+void FileOpen()
+{
+    // Cancelling forgets the remembered file.
+    CurrentFile = AskFileToOpen();
+    if (CurrentFile.isEmpty())
+        return;
+    RichTextBox &notes = *notesForm().notes;
+    notes.LoadFile(CurrentFile);
+    notes.setVisible(true);
+}
+
+void FileSave()
+{
+    if (CurrentFile.isEmpty()) {
+        FileSaveAs();
+        return;
+    }
+    const auto restore = hourglass();
+    notesForm().notes->SaveFile(CurrentFile);
+}
+
+void FileSaveAs()
+{
+    frmNotes &form = notesForm();
+    CommonDialog &dialog = form.CMDialog1;
+    platform::resumeNext([&] {
+        dialog.DialogTitle = QStringLiteral("Σώσιμο κειμένου ...");
+        dialog.Flags = 9220;
+        dialog.DefaultExt = QStringLiteral(".rtf");
+        dialog.Filter = QStringLiteral("Rich Text Format files (*.rtf) |*.rtf");
+        dialog.Flags = dialog.Flags | CommonDialog::OverwritePrompt;
+    });
+    // The proposal is a file named after the window, in the folder the dialogs start in.
+    dialog.FileName = CommonDialog::startFolder() + u'/' + form.windowTitle();
+    dialog.CancelError = true;
+    try {
+        dialog.ShowSave();
+    } catch (const platform::RuntimeError &e) {
+        if (e.number() == platform::errors::CommonDialogCancelled)
+            return;
+    }
+    // The name chosen is not remembered: the next FileSave asks again. A failed save is
+    // passed over, and the status line reports the save all the same.
+    const auto restore = hourglass();
+    platform::resumeNext([&] { form.notes->SaveFile(dialog.FileName); });
+    form.setSimpleText(QStringLiteral("Σώσιμο εγγράφου ως ") + dialog.FileTitle);
+}
+
+// --- Printing -------------------------------------------------------------------------------
+
+QPrinter &Printer()
+{
+    static QPrinter *printer = nullptr;
+    if (!printer) {
+        printer = new QPrinter(QPrinter::HighResolution);
+        // The printer lives as long as the program, and goes while the application still
+        // stands, before the print system it talks to.
+        qAddPostRoutine([] {
+            delete printer;
+            printer = nullptr;
+        });
+    }
+    return *printer;
+}
+
+QPrinter *PrepareForPrinter(RichTextBox &rtf, int leftMarginWidth, int rightMarginWidth)
+{
+    QPrinter &printer = Printer();
+    const PageTwips page = pageTwips(printer);
+    const double leftMargin = leftMarginWidth - page.leftOffset;
+    const double rightMargin = (page.width - rightMarginWidth) - page.leftOffset;
+    rtf.setTargetDevice(int(std::lround(rightMargin - leftMargin)));
+    return &printer;
+}
+
+void PrintRichText(
+    RichTextBox &rtf, int leftMarginWidth, int topMarginHeight, int rightMarginWidth, int bottomMarginHeight)
+{
+    QPrinter &printer = Printer();
+    const PageTwips page = pageTwips(printer);
+    const QRectF drawing(QPointF(leftMarginWidth - page.leftOffset, topMarginHeight - page.topOffset),
+        QPointF((page.width - rightMarginWidth) - page.leftOffset,
+            (page.height - bottomMarginHeight) - page.topOffset));
+    QPainter painter(&printer);
+    int pages = 1;
+    if (painter.isActive()) {
+        const int textLength = rtf.TextLength();
+        int next = 0;
+        for (;;) {
+            next = rtf.FormatRange(&painter, drawing, next, true);
+            if (next >= textLength)
+                break;
+            printer.newPage();
+            ++pages;
+        }
+        painter.end();
+    }
+    rtf.FormatRangeDone();
+    if (printJobObserver())
+        printJobObserver()(pages);
+}
+
+void PrintDocument()
+{
+    frmNotes &form = notesForm();
+    RichTextBox &notes = *form.notes;
+    CommonDialog &dialog = form.CMDialog1;
+    try {
+        dialog.Flags = 258;
+        if (notes.SelLength() != 0)
+            dialog.Flags += CommonDialog::PrintSelection;
+        dialog.DialogTitle = QStringLiteral("Εκτύπωση κειμένου ως ...");
+        dialog.CancelError = true;
+        dialog.ShowPrinter(Printer());
+        const int copies = dialog.Copies;
+        // The copies are printed here, one job each; the printer itself makes one.
+        Printer().setCopyCount(1);
+        if (notes.SelLength() == 0) {
+            for (int copy = 1; copy <= copies; ++copy)
+                PrintRichText(notes, 1440, 1440, 1440, 1440);
+        } else {
+            notes.SelPrint(&Printer());
+            if (printJobObserver())
+                printJobObserver()(0);
+        }
+    } catch (const platform::RuntimeError &) {
+        // Cancelled, or the printer failed: nothing more is done.
+    }
+}
+
+// --- Clipboard ------------------------------------------------------------------------------
+
+void EditCopy()
+{
+    const ActiveControl control = activeControl();
+    QClipboard *clipboard = QApplication::clipboard();
+    clipboard->clear();
+    clipboard->setText(control.SelText());
+}
+
+void EditCut()
+{
+    EditCopy();
+    activeControl().setSelText(QString());
+}
+
+void EditPaste()
+{
+    activeControl().setSelText(QApplication::clipboard()->text());
+}
+
+void EditDelete()
+{
+    const ActiveControl control = activeControl();
+    control.setSelText(QString());
+    control.setFocus();
+}
+
+void SelectAllText()
+{
+    RichTextBox &notes = *notesForm().notes;
+    notes.setSelStart(0);
+    notes.setSelLength(notes.TextLength());
+}
+
+// --- Character and paragraph format -----------------------------------------------------------
+
+void ToggleBold()
+{
+    toggle(QStringLiteral("Bold"), &RichTextBox::SelBold, &RichTextBox::setSelBold);
+}
+
+void ToggleItalic()
+{
+    toggle(QStringLiteral("Italic"), &RichTextBox::SelItalic, &RichTextBox::setSelItalic);
+}
+
+void ToggleUnderline()
+{
+    toggle(QStringLiteral("Underline"), &RichTextBox::SelUnderline, &RichTextBox::setSelUnderline);
+}
+
+void ToggleBullet()
+{
+    RichTextBox &notes = *notesForm().notes;
+    notes.setSelBullet(!(notes.SelBullet() == true));
+}
+
+void SetAlignment(qint16 alignment)
+{
+    frmNotes &form = notesForm();
+    if (alignment >= 0 && alignment <= 2) {
+        form.setButtonValue(QStringLiteral("Left"), alignment == 0 ? 1 : 0);
+        form.setButtonValue(QStringLiteral("Right"), alignment == 1 ? 1 : 0);
+        form.setButtonValue(QStringLiteral("Center"), alignment == 2 ? 1 : 0);
+    }
+    form.Toolbar1->update();
+    form.notes->setSelAlignment(alignment);
+}
+
+void ChooseFont()
+{
+    frmNotes &form = notesForm();
+    CommonDialog &dialog = form.CMDialog1;
+    dialog.CancelError = true;
+    // Cancelling, or any failure on the way, ends it without a word.
+    platform::resumeNext([&] {
+        dialog.Flags = 459527;
+        dialog.ShowFont();
+        RichTextBox &notes = *form.notes;
+        // The size goes in as a whole number, rounded half to even.
+        notes.setSelFontSize(std::nearbyint(dialog.FontSize));
+        notes.setSelBold(dialog.FontBold);
+        notes.setSelItalic(dialog.FontItalic);
+        notes.setSelStrikeThru(dialog.FontStrikethru);
+        notes.setSelUnderline(dialog.FontUnderline);
+        notes.setSelColor(dialog.Color);
+        notes.setSelFontName(dialog.FontName);
+    });
+}
+
+} // namespace modEditor

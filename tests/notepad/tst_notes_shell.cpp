@@ -10,7 +10,11 @@
 #include <modglobal.h>
 
 #include <QDir>
+#include <QFile>
 #include <QImage>
+#include <QPointer>
+#include <QScopeGuard>
+#include <QTemporaryDir>
 
 using namespace testing;
 
@@ -67,16 +71,55 @@ private slots:
         shell->close();
     }
 
+    void leavingTheShellAsksToSaveTheChangedNote_data()
+    {
+        QTest::addColumn<QString>("way");
+        QTest::newRow("menu Έξοδος") << QStringLiteral("menu exit");
+        QTest::newRow("menu Επιστροφή") << QStringLiteral("menu back");
+        QTest::newRow("toolbar first") << QStringLiteral("first");
+        QTest::newRow("toolbar prev") << QStringLiteral("prev");
+        QTest::newRow("toolbar exit") << QStringLiteral("exit");
+        QTest::newRow("the shell's close") << QStringLiteral("close");
+    }
+
     void leavingTheShellAsksToSaveTheChangedNote()
     {
+        QFETCH(QString, way);
+        int ends = 0;
+        modGlobal::setEndHook([&ends] { ++ends; });
+        const auto noEnd = qScopeGuard([] { modGlobal::setEndHook({}); });
         MDIForm1 *shell = openShell();
+        QPointer<MDIForm1> guard(shell);
         shell->TlbMain_ButtonClick(QStringLiteral("Notes"));
         frmNotes::instance(false)->notes->setText(QStringLiteral("σημείωση"));
-        Boxes boxes(platform::vbNo);
-        shell->mnuExit->trigger();
+
+        // The pupil says yes: the note is saved where the pupil says, before the shell goes.
+        QTemporaryDir dir;
+        const QString file = dir.filePath(QStringLiteral("σημειώσεις.rtf"));
+        Dialogs dialogs([&file](CommonDialog::Kind, CommonDialog &dialog, QPrinter *) {
+            dialog.FileName = file;
+            return true;
+        });
+        Boxes boxes(platform::vbYes);
+        if (way == u"menu exit")
+            shell->mnuExit->trigger();
+        else if (way == u"menu back")
+            shell->mnuPrev->trigger();
+        else if (way == u"close")
+            shell->close();
+        else
+            shell->TlbMain_ButtonClick(way);
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+
         QCOMPARE(boxes.size(), 1);
         QCOMPARE(boxes.first().text, QStringLiteral("Θέλετε να αποθηκευτεί το παρόν έγγραφο;"));
+        QCOMPARE(boxes.first().title, QStringLiteral("Κλείσιμο Σημειωματαρίου"));
         QVERIFY(!frmNotes::instance(false));
+        QVERIFY(!guard);
+        QCOMPARE(ends, way == u"exit" ? 1 : 0);
+        QFile saved(file);
+        QVERIFY(saved.open(QIODevice::ReadOnly));
+        QVERIFY(saved.readAll().startsWith("{\\rtf1"));
     }
 
     void aFormattedNoteInTheShellForAPersonToSee()

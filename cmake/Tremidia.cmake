@@ -1,11 +1,13 @@
 # Shared helpers for the project's CMake files.
 
-# tremidia_add_test(NAME name SOURCES a.cpp ... LIBS lib ... [GUI] [XVFB] [TIMEOUT s] [LABELS l ...])
+# tremidia_add_test(NAME name SOURCES a.cpp ... LIBS lib ... [GUI] [XVFB] [SLOW_UNWIND] [TIMEOUT s]
+#                   [LABELS l ...])
 # One Qt Test executable per class or window. GUI tests run on the offscreen platform;
 # XVFB tests run on a virtual X display of their own, for what only a real window
-# system shows (window titles, screenshots of other programs).
+# system shows (window titles, screenshots of other programs). SLOW_UNWIND: under the
+# sanitizers, full allocation stacks, so that leaks deep in a system library can be told.
 function(tremidia_add_test)
-    cmake_parse_arguments(T "GUI;XVFB" "NAME;TIMEOUT" "SOURCES;LIBS;LABELS" ${ARGN})
+    cmake_parse_arguments(T "GUI;XVFB;SLOW_UNWIND" "NAME;TIMEOUT" "SOURCES;LIBS;LABELS" ${ARGN})
     add_executable(${T_NAME} ${T_SOURCES})
     target_link_libraries(${T_NAME} PRIVATE Qt6::Test ${T_LIBS})
     set_target_properties(${T_NAME} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/tests/bin)
@@ -20,6 +22,14 @@ function(tremidia_add_test)
     else()
         add_test(NAME ${T_NAME} COMMAND ${T_NAME})
         set(env "QT_QPA_PLATFORM=offscreen;LC_ALL=C.UTF-8;XDG_RUNTIME_DIR=${CMAKE_BINARY_DIR}/test-runtime")
+    endif()
+    if(TREMIDIA_SANITIZE)
+        # Leaks of the system libraries below Qt are not ours to mend; they are listed in
+        # one file, and tests that meet them take the slower unwinding that names them.
+        list(APPEND env "LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tests/sanitize/lsan.supp:print_suppressions=0")
+        if(T_SLOW_UNWIND)
+            list(APPEND env "ASAN_OPTIONS=fast_unwind_on_malloc=0")
+        endif()
     endif()
     if(NOT T_TIMEOUT)
         set(T_TIMEOUT 300)

@@ -100,8 +100,6 @@ frmIndex::frmIndex(QWidget *parent)
     // An item reached by the keyboard is clicked too, as the platform's list does.
     connect(static_cast<ClickTree *>(LvEnnoia), &ClickTree::ItemClick, this,
         [this](QTreeWidgetItem *item) { platform::guarded([&] { LvEnnoia_ItemClick(item); }); });
-    connect(LvEnnoia, &QTreeWidget::itemActivated, this,
-        [this](QTreeWidgetItem *item) { platform::guarded([&] { LvEnnoia_ItemClick(item); }); });
     connect(tbs, &QTabBar::currentChanged, this, [this] { platform::guarded([this] { tbs_Click(); }); });
     // A click on the tab already chosen is a click too, though nothing changes.
     connect(tbs, &QTabBar::tabBarClicked, this, [this](int index) {
@@ -228,14 +226,10 @@ void frmIndex::tbs_Click()
 void frmIndex::DisplayHotword(const QString &term, const QString &explanation, const QString &pictureName)
 {
     CloseOpenWindows(true);
-    for (int i = 0; i < LvEnnoia->topLevelItemCount(); ++i) {
-        QTreeWidgetItem *item = LvEnnoia->topLevelItem(i);
-        if (content::compareText(item->text(0), term) == 0) {
-            LvEnnoia->scrollToItem(item);
-            LvEnnoia->setCurrentItem(item);
-            item->setSelected(true);
-            break;
-        }
+    if (QTreeWidgetItem *item = FindItem(term)) {
+        LvEnnoia->scrollToItem(item);
+        LvEnnoia->setCurrentItem(item);
+        item->setSelected(true);
     }
     rtfExp->setText(explanation);
     rtfExp->show();
@@ -324,6 +318,23 @@ void frmIndex::FitPicture(const QPixmap &picture)
     const QRect place = finding::FittedPictureRect(boxTwips, pictureTwips);
     Image1->setPixmap(picture);
     Image1->setGeometry(twipsRect(place.left(), place.top(), place.width(), place.height()));
+}
+
+QTreeWidgetItem *frmIndex::FindItem(const QString &text) const
+{
+    // As the list control finds by text: the first item whose text begins with the whole
+    // word or words given, case ignored, so "Δήλος" finds "Δήλος (νησί)" but not "Δηλιακός".
+    for (int i = 0; i < LvEnnoia->topLevelItemCount(); ++i) {
+        QTreeWidgetItem *item = LvEnnoia->topLevelItem(i);
+        const QString itemText = item->text(0);
+        if (itemText.size() < text.size())
+            continue;
+        if (content::compareText(QStringView(itemText).left(text.size()), text) != 0)
+            continue;
+        if (itemText.size() == text.size() || !itemText.at(text.size()).isLetterOrNumber())
+            return item;
+    }
+    return nullptr;
 }
 
 QString frmIndex::Tag(const QTreeWidgetItem *item)

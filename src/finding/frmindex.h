@@ -56,6 +56,8 @@ public:
     // The windows this form opened, while they are open.
     frmMediaPlayer *mediaPlayer() const { return m_player; }
     frmFoto *pictureWindow() const { return m_foto; }
+    // The first term whose text begins with the whole word(s) given, case ignored.
+    QTreeWidgetItem *FindItem(const QString &text) const;
     // A term's tag in the list.
     static QString Tag(const QTreeWidgetItem *item);
 

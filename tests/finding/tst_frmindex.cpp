@@ -272,6 +272,20 @@ private slots:
         QVERIFY(index->rtfExp->isVisible());
     }
 
+    void anIndexWordFindsTheFirstTermThatBeginsWithItsWholeWords()
+    {
+        frmIndex *index = open();
+        index->LvEnnoia->topLevelItem(1)->setText(0, u"Δήλος (νησί)"_s);
+        index->LvEnnoia->topLevelItem(2)->setText(0, u"Δήλος, το ιερό"_s);
+        index->DisplayHotword(u"δήλος"_s, u"Από το κείμενο."_s, QString());
+        QCOMPARE(index->LvEnnoia->currentItem(), index->LvEnnoia->topLevelItem(1));
+        QVERIFY(index->LvEnnoia->topLevelItem(1)->isSelected());
+        // Part of a word is no word.
+        index->LvEnnoia->setCurrentItem(index->LvEnnoia->topLevelItem(0));
+        index->DisplayHotword(u"Περικλ"_s, u"Από το κείμενο."_s, QString());
+        QCOMPARE(index->LvEnnoia->currentItem(), index->LvEnnoia->topLevelItem(0));
+    }
+
     void thePictureButtonShowsTheTermsPicture()
     {
         frmIndex *index = open();
@@ -305,6 +319,22 @@ private slots:
         QVERIFY(qAbs(sub->y() - (area->height() - sub->height()) / 2) <= 1);
         click(index->LvEnnoia, 0);
         QTRY_VERIFY_WITH_TIMEOUT(!player, 5000);
+    }
+
+    void theEnterKeyOnTheChosenTermLeavesItsSoundPlaying()
+    {
+        frmIndex *index = open();
+        click(index->LvEnnoia, 3);
+        QTest::mouseClick(index->cmdSound, Qt::LeftButton);
+        QPointer<frmMediaPlayer> player = index->mediaPlayer();
+        QVERIFY(player);
+        index->LvEnnoia->setFocus();
+        QTest::keyClick(index->LvEnnoia, Qt::Key_Return);
+        QTest::keyClick(index->LvEnnoia, Qt::Key_Enter);
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        QVERIFY(player);
+        QVERIFY(index->cmdSound->isEnabled());
+        player->Unload();
     }
 
     void aMissingVideoGivesItsWarning()

@@ -8,12 +8,12 @@
 
 #include <errorpolicy.h>
 #include <msgbox.h>
+#include <picturefile.h>
 #include <runtimeerror.h>
 #include <shellwindow.h>
 #include <twips.h>
 
 #include <QCloseEvent>
-#include <QImageReader>
 #include <QMimeData>
 #include <QScrollBar>
 #include <QToolButton>
@@ -210,6 +210,7 @@ void frmDrawing::Load()
     m_mouseIsDown = false;
     m_pictureFileName.clear();
     m_initialPicture = QImage();
+    m_keptPicture = QImage();
     m_textToWrite.clear();
     picPhoto->setPicture(QImage());
     tlbTools->setValue(QStringLiteral("Arrow"), 1);
@@ -221,12 +222,8 @@ void frmDrawing::Load()
 
 void frmDrawing::setMapPicture(const QString &path)
 {
-    QImageReader reader(path);
-    reader.setAutoTransform(false);
-    const QImage picture = reader.read();
-    if (picture.isNull())
-        throw platform::RuntimeError(platform::errors::InvalidPicture, QStringLiteral("Μη έγκυρη εικόνα"));
-    picPhoto->setPicture(picture);
+    picPhoto->setPicture(pictures::LoadPicture(path));
+    m_keptPicture = picPhoto->Picture();
 }
 
 void frmDrawing::resizeEvent(QResizeEvent *event)
@@ -474,6 +471,14 @@ QString frmDrawing::askText()
 
 void frmDrawing::closeEvent(QCloseEvent *event)
 {
+    // Closed by its frame or with the shell, the window would take the pupil's drawing
+    // with it: when the picture changed since it was opened or saved, the save question
+    // comes first, and Cancel keeps the window (and so the shell) open.
+    if (PictureChangedSinceKept() && !QuerySave()) {
+        event->ignore();
+        return;
+    }
+    m_keptPicture = picPhoto->Picture();
     // The search gets its item back and the opener hears of the unload.
     SourceViewer::closeEvent(event);
     if (event->isAccepted())

@@ -106,6 +106,8 @@ public:
     // True when the caller may go on and lose the present picture: asks whether to save
     // first when there is one.
     bool QuerySave();
+    // True when the picture differs from the one last opened, saved or answered for.
+    bool PictureChangedSinceKept() const;
 
     // The size the window is designed at, which the shell's child frame is sized around.
     QSize sizeHint() const override;
@@ -139,6 +141,7 @@ private:
     QString m_pictureFileName;
     bool m_mouseIsDown = false;
     QImage m_initialPicture;
+    QImage m_keptPicture; // as last opened, saved, or let go by the pupil's answer
     QImage m_undoPicture;
     QString m_textToWrite;
     qint32 m_currentTool = Arrow;

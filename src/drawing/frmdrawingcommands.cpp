@@ -13,13 +13,14 @@
 #include <frmfillstyle.h>
 
 #include <msgbox.h>
+#include <picturefile.h>
 #include <runtimeerror.h>
 #include <twips.h>
 
 #include <QApplication>
 #include <QClipboard>
-#include <QImageReader>
 #include <QMimeData>
+#include <QSaveFile>
 #include <QScreen>
 #include <QScrollBar>
 #include <QToolButton>
@@ -31,22 +32,16 @@ constexpr int OpenFlags = 0x83000;
 constexpr int SaveFlags = 0x80002;
 constexpr int PrintFlags = 0x140000;
 
-QImage LoadPicture(const QString &fileName)
-{
-    QImageReader reader(fileName);
-    reader.setAutoTransform(false);
-    const QImage picture = reader.read();
-    if (picture.isNull())
-        throw platform::RuntimeError(platform::errors::InvalidPicture, QStringLiteral("Μη έγκυρη εικόνα"));
-    return picture;
-}
-
-// Drawings are stored as 24-bit bitmaps whatever the name's extension.
+// Drawings are stored as 24-bit bitmaps whatever the name's extension. The bitmap is
+// written aside and put in place at the end, so a failure never leaves half a drawing
+// where the pupil's file was.
 void SavePicture(const QImage &picture, const QString &fileName)
 {
     if (picture.isNull())
         throw platform::RuntimeError(platform::errors::InvalidPicture, QStringLiteral("Μη έγκυρη εικόνα"));
-    if (!picture.convertToFormat(QImage::Format_RGB32).save(fileName, "BMP"))
+    QSaveFile file(fileName);
+    if (!file.open(QIODevice::WriteOnly) || !picture.convertToFormat(QImage::Format_RGB32).save(&file, "BMP")
+        || !file.commit())
         throw platform::RuntimeError(75, QStringLiteral("Σφάλμα πρόσβασης στη διαδρομή/αρχείο"));
 }
 
@@ -120,9 +115,10 @@ void frmDrawing::OpenDrawing()
         cmD.Flags = OpenFlags;
         cmD.DialogTitle = QStringLiteral("Άνοιγμα εικόνας");
         cmD.ShowOpen(this);
-        picPhoto->setPicture(LoadPicture(cmD.FileName));
+        picPhoto->setPicture(pictures::LoadPicture(cmD.FileName));
         picPhoto->move(0, 0);
         m_pictureFileName = cmD.FileName;
+        m_keptPicture = picPhoto->Picture();
         update();
     } catch (const platform::RuntimeError &e) {
         if (!isCancel(e))
@@ -135,10 +131,12 @@ void frmDrawing::OpenDrawing()
 void frmDrawing::SaveDrawing()
 {
     try {
-        if (m_pictureFileName.isEmpty())
+        if (m_pictureFileName.isEmpty()) {
             SaveDrawingAs();
-        else
+        } else {
             SavePicture(picPhoto->Picture(), m_pictureFileName);
+            m_keptPicture = picPhoto->Picture();
+        }
     } catch (const std::exception &) {
         critical(QStringLiteral("Υπάρχει πρόβλημα στην αποθήκευση της εικόνας."));
     }
@@ -155,6 +153,7 @@ void frmDrawing::SaveDrawingAs()
         // The name stays even when the writing fails.
         m_pictureFileName = cmD.FileName;
         SavePicture(picPhoto->Picture(), m_pictureFileName);
+        m_keptPicture = picPhoto->Picture();
     } catch (const platform::RuntimeError &e) {
         if (!isCancel(e))
             critical(QStringLiteral("Υπάρχει πρόβλημα στην αποθήκευση της εικόνας."));
@@ -215,8 +214,17 @@ void frmDrawing::PictureCommand()
 
 void frmDrawing::ExitCommand()
 {
-    if (QuerySave())
-        Unload();
+    if (!QuerySave())
+        return;
+    // The pupil has just answered; the closing asks nothing more.
+    m_keptPicture = picPhoto->Picture();
+    Unload();
+}
+
+bool frmDrawing::PictureChangedSinceKept() const
+{
+    const QImage present = picPhoto->Picture();
+    return present.cacheKey() != m_keptPicture.cacheKey() && present != m_keptPicture;
 }
 
 void frmDrawing::ShowPaletteDropdown(const QString &key)

@@ -117,6 +117,65 @@ private slots:
         QVERIFY(t.w.isVisible());
     }
 
+    void closingByTheFrameAfterDrawingAsksAndCancelKeepsTheWindow()
+    {
+        Window t;
+        stroke(t.w, {QPoint(5, 5), QPoint(40, 30)});
+        QVERIFY(t.w.PictureChangedSinceKept());
+        boxes.answers = {platform::vbCancel};
+        t.w.close();
+        QCOMPARE(boxes.size(), 1);
+        QCOMPARE(boxes.first().text, SaveQuestion);
+        QCOMPARE(boxes.first().style, 35);
+        QVERIFY(t.w.isVisible());
+
+        // No: the pupil lets the drawing go, and the window closes.
+        boxes.answers = {platform::vbNo};
+        t.w.close();
+        QCOMPARE(boxes.size(), 2);
+        QVERIFY(!t.w.isVisible());
+    }
+
+    void closingByTheFrameWithYesSavesTheDrawingFirst()
+    {
+        Window t;
+        stroke(t.w, {QPoint(5, 5), QPoint(40, 30)});
+        const QString path = dir.filePath(QStringLiteral("πριν το κλείσιμο.bmp"));
+        dialogs.names = {path};
+        boxes.answers = {platform::vbYes};
+        t.w.close();
+        QVERIFY(!t.w.isVisible());
+        QCOMPARE(QImage(path).size(), t.w.picPhoto->Picture().size());
+    }
+
+    void closingAnUntouchedOrJustSavedPictureAsksNothing()
+    {
+        {
+            Window t;
+            t.w.setMapPicture(QStringLiteral(TREMIDIA_SOURCE_DIR "/src/resources/svg/XARTIS.svg"));
+            QVERIFY(!t.w.PictureChangedSinceKept());
+            t.w.close();
+            QVERIFY(boxes.isEmpty());
+        }
+        Window t;
+        stroke(t.w, {QPoint(5, 5), QPoint(40, 30)});
+        dialogs.names = {dir.filePath(QStringLiteral("saved.bmp"))};
+        t.click(QStringLiteral("SaveAs"));
+        t.w.close();
+        QVERIFY(boxes.isEmpty());
+        QVERIFY(!t.w.isVisible());
+    }
+
+    void exitAsksOnceAndTheClosingThatFollowsAsksNothingMore()
+    {
+        Window t;
+        stroke(t.w, {QPoint(5, 5), QPoint(40, 30)});
+        boxes.answers = {platform::vbNo};
+        t.click(QStringLiteral("Exit"));
+        QCOMPARE(boxes.size(), 1);
+        QVERIFY(!t.w.isVisible());
+    }
+
     void emptyUntouchedCanvasAsksNothing()
     {
         Window t;

@@ -152,13 +152,16 @@ void FileSave()
         return;
     }
     const auto restore = hourglass();
+    SaveFailed = true;
     notesForm().notes->SaveFile(CurrentFile);
+    SaveFailed = false;
 }
 
 void FileSaveAs()
 {
     frmNotes &form = notesForm();
     CommonDialog &dialog = form.CMDialog1;
+    SaveFailed = false;
     platform::resumeNext([&] {
         dialog.DialogTitle = QStringLiteral("Σώσιμο κειμένου ...");
         dialog.Flags = 9220;
@@ -178,7 +181,7 @@ void FileSaveAs()
     // The name chosen is not remembered: the next FileSave asks again. A failed save is
     // passed over, and the status line reports the save all the same.
     const auto restore = hourglass();
-    platform::resumeNext([&] { form.notes->SaveFile(dialog.FileName); });
+    SaveFailed = !platform::resumeNext([&] { form.notes->SaveFile(dialog.FileName); });
     form.setSimpleText(QStringLiteral("Σώσιμο εγγράφου ως ") + dialog.FileTitle);
 }
 

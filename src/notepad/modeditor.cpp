@@ -114,8 +114,14 @@ void FileNew()
     // Asked always, changed or not.
     if (platform::MsgBox(QStringLiteral("Θέλετε να αποθηκεύσετε το παρόν έγγραφο;"), platform::vbYesNo,
             QStringLiteral("Εισαγωγή νέου εγγράφου"), &notesForm())
-        == platform::vbYes)
+        == platform::vbYes) {
+        SaveFailed = false;
         FileSave();
+        // A save-as that could not write its file passes silently; the text it was to
+        // keep is not thrown away after it.
+        if (SaveFailed)
+            return;
+    }
     // The remembered file stays: saving the new text writes over the file opened before.
     notesForm().notes->setText(QString());
 }

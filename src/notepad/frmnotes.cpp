@@ -354,8 +354,13 @@ void frmNotes::closeEvent(QCloseEvent *event)
     // answered there reaches it.
     if (!m_unloaded && !m_unloading) {
         m_unloading = true;
-        platform::guarded([this] { Form_Unload(); });
+        int cancel = 0;
+        platform::guarded([this, &cancel] { Form_Unload(cancel); });
         m_unloading = false;
+        if (cancel != 0) {
+            event->ignore();
+            return;
+        }
         m_unloaded = true;
     }
     event->accept();
@@ -367,14 +372,20 @@ void frmNotes::closeEvent(QCloseEvent *event)
     }
 }
 
-void frmNotes::Form_Unload()
+void frmNotes::Form_Unload(int &Cancel)
 {
-    // The question has no cancel: the window closes whatever the answer.
+    // The question has no cancel: the window closes whatever the answer, unless the save
+    // the pupil asked for could not write the file; then the note stays, or it would be lost.
     if (NotesDirty) {
         if (platform::MsgBox(QStringLiteral("Θέλετε να αποθηκευτεί το παρόν έγγραφο;"), platform::vbYesNo,
                 QStringLiteral("Κλείσιμο Σημειωματαρίου"), this)
-            == platform::vbYes)
-            platform::guarded([] { modEditor::FileSave(); });
+            == platform::vbYes) {
+            modEditor::SaveFailed = false;
+            if (!platform::guarded([] { modEditor::FileSave(); }) || modEditor::SaveFailed) {
+                Cancel = 1;
+                return;
+            }
+        }
     }
     modEditor::CurrentFile.clear();
     unloadFontPalette();

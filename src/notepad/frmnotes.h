@@ -106,7 +106,8 @@ private:
     void buildToolbar();
     void Form_Load();
     void Form_Resize();
-    void Form_Unload();
+    // Cancel set keeps the window open.
+    void Form_Unload(int &Cancel);
     void ShowFind();
     void ExportToWord();
     void PrintSequence();

@@ -114,8 +114,14 @@ void FileNew()
     // Asked always, changed or not.
     if (platform::MsgBox(QStringLiteral("Θέλετε να αποθηκεύσετε το παρόν έγγραφο;"), platform::vbYesNo,
             QStringLiteral("Εισαγωγή νέου εγγράφου"), &notesForm())
-        == platform::vbYes)
+        == platform::vbYes) {
+        SaveFailed = false;
         FileSave();
+        // A save-as that could not write its file passes silently; the text it was to
+        // keep is not thrown away after it.
+        if (SaveFailed)
+            return;
+    }
     // The remembered file stays: saving the new text writes over the file opened before.
     notesForm().notes->setText(QString());
 }
@@ -152,13 +158,16 @@ void FileSave()
         return;
     }
     const auto restore = hourglass();
+    SaveFailed = true;
     notesForm().notes->SaveFile(CurrentFile);
+    SaveFailed = false;
 }
 
 void FileSaveAs()
 {
     frmNotes &form = notesForm();
     CommonDialog &dialog = form.CMDialog1;
+    SaveFailed = false;
     platform::resumeNext([&] {
         dialog.DialogTitle = QStringLiteral("Σώσιμο κειμένου ...");
         dialog.Flags = 9220;
@@ -178,7 +187,7 @@ void FileSaveAs()
     // The name chosen is not remembered: the next FileSave asks again. A failed save is
     // passed over, and the status line reports the save all the same.
     const auto restore = hourglass();
-    platform::resumeNext([&] { form.notes->SaveFile(dialog.FileName); });
+    SaveFailed = !platform::resumeNext([&] { form.notes->SaveFile(dialog.FileName); });
     form.setSimpleText(QStringLiteral("Σώσιμο εγγράφου ως ") + dialog.FileTitle);
 }
 

@@ -18,6 +18,9 @@ namespace modEditor {
 inline QString CurrentFile;
 // The notes window's colour palette is up.
 inline bool FontPaletteShown = false;
+// The last save could not write its file, whether its error showed or passed silently;
+// closing keeps such a note open rather than let it go unsaved.
+inline bool SaveFailed = false;
 
 // Finding, kept for as long as the program runs.
 inline QString FindText;

@@ -63,12 +63,27 @@ private slots:
         select(*form->notes, 0, 20);
         form->notes->setSelIndent(300);
         frmFormat *dialog = frmFormat::instance(form);
-        // A mixed selection keeps the first item; OK aligns it left.
         dialog->imgCombo->setCurrentIndex(1);
         dialog->cmdOK->click();
         QCOMPARE(form->notes->SelAlignment(), std::optional<int>(RichTextBox::AlignCenter));
         QCOMPARE(form->notes->SelIndent(), std::optional<int>(300));
         QCOMPARE(form->buttonValue(QStringLiteral("Center")), 1);
+    }
+
+    void okOverAMixedAlignmentAlignsItLeft()
+    {
+        frmNotes *form = openWithText();
+        select(*form->notes, 0, 1);
+        form->notes->setSelAlignment(RichTextBox::AlignRight);
+        select(*form->notes, 20, 1);
+        form->notes->setSelAlignment(RichTextBox::AlignCenter);
+        select(*form->notes, 0, 30);
+        QCOMPARE(form->notes->SelAlignment(), std::nullopt);
+        frmFormat *dialog = frmFormat::instance(form);
+        QCOMPARE(dialog->imgCombo->currentIndex(), 0);
+        dialog->cmdOK->click();
+        QCOMPARE(form->notes->SelAlignment(), std::optional<int>(RichTextBox::AlignLeft));
+        QCOMPARE(form->buttonValue(QStringLiteral("Left")), 1);
     }
 
     void twelveWithOrWithoutTheUnitGives1200()

@@ -161,6 +161,43 @@ private slots:
         }
     }
 
+    void aNoteWhoseSaveFailsAtClosingStaysOpen()
+    {
+        // A file that cannot be written: the save's error shows, or save-as passes it by,
+        // and either way the note stays on screen instead of going unsaved.
+        const QString unwritable = QStringLiteral("/nonexistent-folder/σημειώσεις.rtf");
+        for (bool saveAs : {false, true}) {
+            NotesShell shell;
+            frmNotes *form = shell.openNotes();
+            form->notes->setText(QStringLiteral("κείμενο"));
+            modEditor::CurrentFile = saveAs ? QString() : unwritable;
+            Dialogs dialogs([&](CommonDialog::Kind, CommonDialog &dialog, QPrinter *) {
+                dialog.FileName = unwritable;
+                return true;
+            });
+            Boxes boxes(platform::vbYes);
+            QPointer<QMdiSubWindow> sub = form->subWindow();
+            QVERIFY(!sub->close());
+            QCOMPARE(boxes.first().title, QStringLiteral("Κλείσιμο Σημειωματαρίου"));
+            QCOMPARE(boxes.size(), saveAs ? 1 : 2);
+            if (!saveAs)
+                QVERIFY(boxes.at(1).text.startsWith(QStringLiteral("Λάθος # 75")));
+            QCOMPARE(dialogs.shown.size(), saveAs ? 1 : 0);
+            QTest::qWait(1);
+            QVERIFY(sub && sub->isVisible());
+            QCOMPARE(frmNotes::instance(false), form);
+            QCOMPARE(form->notes->Text(), QStringLiteral("κείμενο"));
+            QVERIFY(shell.studNotesChecked);
+            QCOMPARE(modEditor::CurrentFile, saveAs ? QString() : unwritable);
+
+            // Answered no, it closes as ever.
+            boxes.answer = platform::vbNo;
+            QVERIFY(sub->close());
+            QTRY_VERIFY(!sub);
+            QVERIFY(!frmNotes::instance(false));
+        }
+    }
+
     void mnuExitUnloadsAndTheExitKeyMinimises()
     {
         NotesShell shell;

@@ -2,6 +2,8 @@
 
 #include "notestest.h"
 
+#include <errorpolicy.h>
+
 #include <QClipboard>
 #include <QImage>
 #include <QLineEdit>
@@ -178,6 +180,34 @@ private slots:
         QCOMPARE(modEditor::CurrentFile, file);
         modEditor::FileNew();
         QCOMPARE(boxes.size(), 2);
+    }
+
+    void newAfterASaveThatCannotWriteKeepsTheText()
+    {
+        NotesShell shell;
+        frmNotes *form = shell.openNotes();
+        const QString unwritable = QStringLiteral("/nonexistent-folder/σημειώσεις.rtf");
+        form->notes->setText(QStringLiteral("κείμενο"));
+        Boxes boxes(platform::vbYes);
+        Dialogs dialogs([&](CommonDialog::Kind, CommonDialog &dialog, QPrinter *) {
+            dialog.FileName = unwritable;
+            return true;
+        });
+        // Save-as passes the failure by without a word; the note stays.
+        modEditor::FileNew();
+        QCOMPARE(dialogs.shown.size(), 1);
+        QCOMPARE(boxes.size(), 1);
+        QCOMPARE(form->notes->Text(), QStringLiteral("κείμενο"));
+        // The remembered file that cannot be written: the error shows and the note stays.
+        modEditor::CurrentFile = unwritable;
+        QVERIFY(!platform::guarded([] { modEditor::FileNew(); }));
+        QCOMPARE(boxes.size(), 3);
+        QCOMPARE(form->notes->Text(), QStringLiteral("κείμενο"));
+        // A save-as the pupil cancels is the pupil's choice: the new note starts empty.
+        modEditor::CurrentFile.clear();
+        dialogs.answer = {};
+        modEditor::FileNew();
+        QCOMPARE(form->notes->Text(), QString());
     }
 
     void aPlainTextFileOpens()

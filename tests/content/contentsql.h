@@ -1,6 +1,7 @@
 #pragma once
 
 #include <database.h>
+#include <resourcesearch.h>
 
 #include <QString>
 
@@ -133,40 +134,17 @@ struct SearchCriteria
     QString museum;
 };
 
-// Author and museum go in through sqlQuote, which is the quoting the search window
-// writes by hand for a value without an apostrophe.
+// The search window's own query for the criteria.
 inline QString search(const SearchCriteria &c)
 {
-    QStringList conditions;
-    if (c.time.toLong() != 0)
-        conditions << QStringLiteral(" Resources.ChronologicalID=  ") + c.time;
-    if (c.place.toLong() != 0)
-        conditions << QStringLiteral(" Resources.PlaceID= ") + c.place;
-    if (c.type.toLong() != 0)
-        conditions << QStringLiteral(" Resources.ResTypeID= ") + c.type;
-    if (!c.author.isEmpty())
-        conditions << QStringLiteral(" Resources.Author = ") + content::sqlQuote(c.author);
-    if (!c.museum.isEmpty())
-        conditions << QStringLiteral(" Resources.Museum = ") + content::sqlQuote(c.museum);
-    QString head;
-    QString clauses;
-    if (c.keyword.toLong() == 0) {
-        head = QStringLiteral("SELECT  Resources.ResourceID, Resources.ResTypeID, Resources.Book, "
-                              "Resources.Caption FROM Resources ");
-        for (const QString &condition : conditions)
-            clauses += condition + QStringLiteral(" AND ");
-        if (!clauses.isEmpty())
-            clauses = QStringLiteral(" WHERE ") + clauses.left(clauses.size() - 5);
-    } else {
-        head = QStringLiteral("SELECT  Resources.ResourceID, Resources.ResTypeID, ")
-            + QStringLiteral("Resources.Book, Resources.Caption ")
-            + QStringLiteral("FROM Resources INNER JOIN RelKeywordResource ")
-            + QStringLiteral("ON Resources.ResourceID = RelKeywordResource.ResourceID ")
-            + QStringLiteral("WHERE RelKeywordResource.KeywordID= ") + c.keyword;
-        for (const QString &condition : conditions)
-            clauses += QStringLiteral(" AND ") + condition;
-    }
-    return head + clauses + QStringLiteral(" ORDER BY ResTypeID, Book, Caption");
+    finding::SearchCriteria criteria;
+    criteria.KeyWord = c.keyword;
+    criteria.Place = c.place;
+    criteria.Time = c.time;
+    criteria.ResType = c.type;
+    criteria.Author = c.author;
+    criteria.Museum = c.museum;
+    return finding::SearchSQL(criteria);
 }
 
 // Index

@@ -4,6 +4,8 @@
 // window opened in it as the shell opens it, and stand-ins for the user in front of the
 // message boxes and the common dialogs.
 
+#include "../viewing/viewershell.h"
+
 #include <commondialog.h>
 #include <frmnotes.h>
 #include <modeditor.h>
@@ -23,35 +25,9 @@
 
 namespace testing {
 
-class NotesShell final : public QMainWindow, public ShellWindow
+class NotesShell final : public ViewerShell
 {
 public:
-    NotesShell()
-        : m_area(new QMdiArea)
-        , m_menu(new QMenu(this))
-    {
-        setCentralWidget(m_area);
-        resize(800, 600);
-        m_separator = m_menu->addSeparator();
-        for (int i = 0; i <= 1; ++i)
-            m_list.append(m_menu->addAction(QStringLiteral("List")));
-        ShellWindow::setCurrent(this);
-    }
-    ~NotesShell() override { ShellWindow::clearCurrent(this); }
-    QWidget *window() override { return this; }
-    QMdiArea *mdiArea() override { return m_area; }
-    int mnuListUBound() const override { return int(m_list.size()) - 1; }
-    QAction *mnuList(int index) override { return m_list.value(index); }
-    QAction *windowListSeparator() override { return m_separator; }
-    void setSelectedActivity(qint32) override { }
-    void LoadResources() override { }
-    void UnloadResources() override { }
-    void setToggleChecked(Toggle toggle, bool checked) override
-    {
-        if (toggle == Toggle::StudNotes)
-            studNotesChecked = checked;
-    }
-
     // Opens the notepad as the shell's toolbar key does: its one instance, in a child frame.
     frmNotes *openNotes()
     {
@@ -65,13 +41,7 @@ public:
         return form;
     }
 
-    bool studNotesChecked = false;
-
-private:
-    QMdiArea *m_area;
-    QMenu *m_menu;
-    QAction *m_separator = nullptr;
-    QList<QAction *> m_list;
+    bool studNotesChecked() const { return toggleChecked(Toggle::StudNotes); }
 };
 
 struct Box

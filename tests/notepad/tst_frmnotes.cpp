@@ -82,7 +82,7 @@ private slots:
         NotesShell shell;
         shell.show();
         frmNotes *form = shell.openNotes();
-        QVERIFY(shell.studNotesChecked);
+        QVERIFY(shell.studNotesChecked());
         QCOMPARE(form->notes->font().family(), QStringLiteral("Times New Roman"));
         QCOMPARE(form->notes->font().pointSize(), 12);
         QVERIFY(!form->NotesDirty);
@@ -135,7 +135,7 @@ private slots:
         Boxes boxes;
         form->close();
         QVERIFY(boxes.isEmpty());
-        QVERIFY(!shell.studNotesChecked);
+        QVERIFY(!shell.studNotesChecked());
         QVERIFY(modEditor::CurrentFile.isEmpty());
         QVERIFY(!frmNotes::instance(false));
     }
@@ -187,7 +187,7 @@ private slots:
             QVERIFY(sub && sub->isVisible());
             QCOMPARE(frmNotes::instance(false), form);
             QCOMPARE(form->notes->Text(), QStringLiteral("κείμενο"));
-            QVERIFY(shell.studNotesChecked);
+            QVERIFY(shell.studNotesChecked());
             QCOMPARE(modEditor::CurrentFile, saveAs ? QString() : unwritable);
 
             // Answered no, it closes as ever.
@@ -206,11 +206,11 @@ private slots:
         QPointer<QMdiSubWindow> sub = form->subWindow();
         form->Buttons(5)->trigger();
         QVERIFY(sub->isMinimized());
-        QVERIFY(shell.studNotesChecked);
+        QVERIFY(shell.studNotesChecked());
         QCOMPARE(frmNotes::instance(false), form);
 
         form->mnuExit->trigger();
-        QVERIFY(!shell.studNotesChecked);
+        QVERIFY(!shell.studNotesChecked());
         QTRY_VERIFY(!sub);
     }
 
@@ -239,13 +239,13 @@ private slots:
         frmNotes *first = shell.openNotes();
         first->notes->setText(QStringLiteral("πρώτο"));
         QCOMPARE(shell.openNotes(), first);
-        QVERIFY(shell.studNotesChecked);
+        QVERIFY(shell.studNotesChecked());
         first->NotesDirty = false;
         first->close();
-        QVERIFY(!shell.studNotesChecked);
+        QVERIFY(!shell.studNotesChecked());
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
         frmNotes *second = shell.openNotes();
-        QVERIFY(shell.studNotesChecked);
+        QVERIFY(shell.studNotesChecked());
         // The text is not kept.
         QCOMPARE(second->notes->Text(), QString());
     }

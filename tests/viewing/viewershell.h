@@ -1,7 +1,8 @@
 #pragma once
 
-// A shell for the tests of the viewers: the area for child windows and the window list
-// of the "Παράθυρα" menu (entries 0 and 1, hidden, and the separator above them).
+// A shell for the tests of the windows that live in it: the area for child windows, the
+// window list of the "Παράθυρα" menu (entries 0 and 1, hidden, and the separator above
+// them) and the marks of the "Προβολή" menu.
 
 #include <shellwindow.h>
 
@@ -13,7 +14,7 @@
 
 namespace testing {
 
-class ViewerShell final : public QMainWindow, public ShellWindow
+class ViewerShell : public QMainWindow, public ShellWindow
 {
 public:
     ViewerShell()
@@ -48,7 +49,7 @@ public:
     // A third entry, as if another window had taken a place in the list.
     void growList() { m_list.append(m_menu->addAction(QStringLiteral("List"))); }
 
-private:
+protected:
     QMdiArea *m_area;
     QMenu *m_menu;
     QAction *m_separator = nullptr;

@@ -13,6 +13,7 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QUrl>
+#include <logging.h>
 
 namespace content {
 
@@ -75,8 +76,9 @@ std::unique_ptr<sqlite::Connection> openSqlite(const QString &path)
             try {
                 if (auto memory = copyToMemory(*db))
                     return memory;
-            } catch (const sqlite::Error &) {
+            } catch (const sqlite::Error &e) {
                 // Keys that the Greek rule finds equal: read the file as it is.
+                platform::logPassedOver(&e, std::source_location::current(), lcContent());
             }
         }
         return db;

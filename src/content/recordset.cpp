@@ -10,6 +10,7 @@
 
 #include <algorithm>
 #include <numeric>
+#include <logging.h>
 
 namespace content {
 
@@ -225,8 +226,9 @@ void readTableIndexes(sqlite::Connection &db, const QString &table, Recordset::P
         }
         if (!primary.empty())
             d->indexes.insert(QStringLiteral("primarykey"), primary);
-    } catch (const sqlite::Error &) {
+    } catch (const sqlite::Error &e) {
         // A table without readable index information simply has no index to seek.
+        platform::logPassedOver(&e, std::source_location::current(), lcContent());
     }
 }
 

@@ -21,6 +21,7 @@
 #include <QToolBar>
 
 #include <cmath>
+#include <logging.h>
 
 namespace modEditor {
 
@@ -268,8 +269,10 @@ void PrintDocument()
             if (printJobObserver())
                 printJobObserver()(0);
         }
-    } catch (const platform::RuntimeError &) {
+    } catch (const platform::RuntimeError &e) {
         // Cancelled, or the printer failed: nothing more is done.
+        if (e.number() != platform::errors::CommonDialogCancelled)
+            platform::logPassedOver(&e, std::source_location::current());
     }
 }
 

@@ -9,6 +9,7 @@
 #include <QPainter>
 
 #include <cmath>
+#include <logging.h>
 
 PaletteWindow::PaletteWindow(int cellCount, QSize designSize, QWidget *owner)
     : QWidget(owner, Qt::Tool | Qt::CustomizeWindowHint | Qt::WindowTitleHint | Qt::WindowCloseButtonHint)
@@ -146,6 +147,7 @@ void PaletteWindow::paintEvent(QPaintEvent *)
         reportPaintError(e.number(), e.description());
     } catch (...) {
         // Nothing else can fail here; a paint never ends the program.
+        platform::logCurrentPassedOver(std::source_location::current());
     }
 }
 

@@ -4,7 +4,25 @@
 #include <msgbox.h>
 
 #include <QApplication>
+#include <QRegularExpression>
 #include <QTest>
+
+#include <stdexcept>
+
+namespace {
+
+// What reached the log while a test ran, by category.
+struct LogCapture
+{
+    static inline QStringList lines;
+    static void handler(QtMsgType type, const QMessageLogContext &context, const QString &text)
+    {
+        if (type == QtWarningMsg)
+            lines << QString::fromLatin1(context.category) + u' ' + text;
+    }
+};
+
+} // namespace
 
 class tst_ErrorPolicy : public QObject
 {
@@ -44,6 +62,51 @@ private slots:
         ++reached;
         QCOMPARE(reached, 1);
         QVERIFY(m_shown.isEmpty());
+    }
+
+    void resumeNextWritesTheDroppedErrorToTheLogWithItsPlace()
+    {
+        LogCapture::lines.clear();
+        const QtMessageHandler previous = qInstallMessageHandler(&LogCapture::handler);
+        const int line = __LINE__ + 1;
+        platform::resumeNext([] { throw platform::RuntimeError(53, QStringLiteral("Δεν βρέθηκε το αρχείο")); });
+        qInstallMessageHandler(previous);
+        QCOMPARE(LogCapture::lines.size(), 1);
+        const QString &logged = LogCapture::lines.first();
+        QVERIFY2(logged.startsWith(QStringLiteral("tremidia.errors ")), qPrintable(logged));
+        QVERIFY2(logged.contains(QStringLiteral("error 53: Δεν βρέθηκε το αρχείο")), qPrintable(logged));
+        QVERIFY2(logged.contains(QStringLiteral("tst_errorpolicy.cpp:%1").arg(line)), qPrintable(logged));
+        // Nothing on screen.
+        QVERIFY(m_shown.isEmpty());
+    }
+
+    void resumeNextLogsForeignAndUnknownExceptions()
+    {
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QStringLiteral("passed over at .* - disk full$")));
+        platform::resumeNext([] { throw std::runtime_error("disk full"); });
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QStringLiteral("unknown kind$")));
+        platform::resumeNext([] { throw 42; });
+        QVERIFY(m_shown.isEmpty());
+    }
+
+    void successfulStatementLogsNothing()
+    {
+        LogCapture::lines.clear();
+        const QtMessageHandler previous = qInstallMessageHandler(&LogCapture::handler);
+        QVERIFY(platform::resumeNext([] {}));
+        qInstallMessageHandler(previous);
+        QVERIFY(LogCapture::lines.isEmpty());
+    }
+
+    void loggingRulesCanSilenceTheCategory()
+    {
+        QLoggingCategory::setFilterRules(QStringLiteral("tremidia.errors.warning=false"));
+        LogCapture::lines.clear();
+        const QtMessageHandler previous = qInstallMessageHandler(&LogCapture::handler);
+        platform::resumeNext([] { throw platform::RuntimeError(9, QStringLiteral("x")); });
+        qInstallMessageHandler(previous);
+        QLoggingCategory::setFilterRules(QString());
+        QVERIFY(LogCapture::lines.isEmpty());
     }
 
     void foreignExceptionStillGivesTheBox()

@@ -1,8 +1,10 @@
 #pragma once
 
+#include "logging.h"
 #include "runtimeerror.h"
 
 #include <exception>
+#include <source_location>
 #include <utility>
 
 // What happens to an error that a routine does not trap: the event handler stops where
@@ -38,14 +40,16 @@ bool guarded(F &&body) noexcept
 }
 
 // One statement of a routine that goes on past every failing statement.
-// Returns false when the statement failed; the error is dropped.
+// Returns false when the statement failed; the error goes no further than the log
+// (tremidia.errors, with the caller's place).
 template<typename F>
-bool resumeNext(F &&statement) noexcept
+bool resumeNext(F &&statement, const std::source_location &where = std::source_location::current()) noexcept
 {
     try {
         std::forward<F>(statement)();
         return true;
     } catch (...) {
+        logCurrentPassedOver(where);
         return false;
     }
 }

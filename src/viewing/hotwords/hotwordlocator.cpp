@@ -3,6 +3,7 @@
 #include "colhotwords.h"
 #include "hotwordtextmodel.h"
 #include "phrasesearch.h"
+#include <logging.h>
 
 namespace hotwords {
 
@@ -45,6 +46,7 @@ void FillHotWords(HotWordTextModel &rtb, colHotWords &words)
         }
     } catch (...) {
         // A failing record ends the locating; what was located so far stands.
+        platform::logCurrentPassedOver(std::source_location::current());
     }
 }
 

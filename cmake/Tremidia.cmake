@@ -11,6 +11,10 @@ function(tremidia_add_test)
     add_executable(${T_NAME} ${T_SOURCES})
     target_link_libraries(${T_NAME} PRIVATE Qt6::Test ${T_LIBS})
     set_target_properties(${T_NAME} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/tests/bin)
+    # Any test may open a Jet file, which the reader program reads.
+    if(TARGET tremidia-jet-reader)
+        add_dependencies(${T_NAME} tremidia-jet-reader)
+    endif()
     target_compile_definitions(${T_NAME} PRIVATE
         TREMIDIA_SOURCE_DIR="${PROJECT_SOURCE_DIR}"
         TREMIDIA_FIXTURES_DIR="${PROJECT_SOURCE_DIR}/tests/data/jet"
@@ -18,10 +22,10 @@ function(tremidia_add_test)
         TREMIDIA_TEST_OUTPUT_DIR="${CMAKE_BINARY_DIR}/test-output")
     if(T_XVFB)
         add_test(NAME ${T_NAME} COMMAND xvfb-run -a -s "-screen 0 1024x768x24" $<TARGET_FILE:${T_NAME}>)
-        set(env "QT_QPA_PLATFORM=xcb;LC_ALL=C.UTF-8;XDG_RUNTIME_DIR=${CMAKE_BINARY_DIR}/test-runtime")
+        set(env "QT_QPA_PLATFORM=xcb;LC_ALL=C.UTF-8;XDG_RUNTIME_DIR=${CMAKE_BINARY_DIR}/test-runtime;XDG_STATE_HOME=${CMAKE_BINARY_DIR}/test-state")
     else()
         add_test(NAME ${T_NAME} COMMAND ${T_NAME})
-        set(env "QT_QPA_PLATFORM=offscreen;LC_ALL=C.UTF-8;XDG_RUNTIME_DIR=${CMAKE_BINARY_DIR}/test-runtime")
+        set(env "QT_QPA_PLATFORM=offscreen;LC_ALL=C.UTF-8;XDG_RUNTIME_DIR=${CMAKE_BINARY_DIR}/test-runtime;XDG_STATE_HOME=${CMAKE_BINARY_DIR}/test-state")
     endif()
     if(TREMIDIA_SANITIZE)
         # Leaks of the system libraries below Qt are not ours to mend; they are listed in
@@ -47,6 +51,9 @@ function(tremidia_add_bench)
     add_executable(${B_NAME} ${B_SOURCES})
     target_link_libraries(${B_NAME} PRIVATE Qt6::Test ${B_LIBS})
     set_target_properties(${B_NAME} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/bench/bin)
+    if(TARGET tremidia-jet-reader)
+        add_dependencies(${B_NAME} tremidia-jet-reader)
+    endif()
     target_compile_definitions(${B_NAME} PRIVATE
         TREMIDIA_SOURCE_DIR="${PROJECT_SOURCE_DIR}"
         TREMIDIA_FIXTURES_DIR="${PROJECT_SOURCE_DIR}/tests/data/jet"

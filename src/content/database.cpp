@@ -7,13 +7,14 @@
 #include "recordsetdata.h"
 #include "sqliteconnection.h"
 
+#include <logging.h>
+
 #include <sqlite3.h>
 
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QUrl>
-#include <logging.h>
 
 namespace content {
 

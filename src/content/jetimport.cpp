@@ -3,21 +3,24 @@
 #include "contenterrors.h"
 #include "greekcollation.h"
 #include "jetreader.h"
+#include "jetreaderprocess.h"
 #include "sqliteconnection.h"
+
+#include <logging.h>
 
 #include <sqlite3.h>
 
 #include <QCryptographicHash>
 #include <QElapsedTimer>
+#include <QFile>
 
 #include <cerrno>
 #include <cstring>
 #include <fcntl.h>
-#include <iconv.h>
 #include <poll.h>
 #include <signal.h>
-#include <sys/prctl.h>
-#include <sys/resource.h>
+#include <spawn.h>
+#include <sys/mman.h>
 #include <sys/wait.h>
 #include <unistd.h>
 #include <vector>
@@ -26,144 +29,31 @@ namespace content::jet {
 
 namespace {
 
-// Messages from the reader: one tag byte, then the fields in host byte order (both ends
-// are the same program).
-constexpr char TagProgress = 'P'; // qint64 done, qint64 total
-constexpr char TagError = 'E'; // qint32 number, qint32 length, UTF-8 text
-constexpr char TagData = 'D'; // qint64 length, the serialized database
-
-bool writeAll(int fd, const void *data, size_t size)
+// The reader program's input: the file's bytes in an anonymous file, so the reader can
+// take them at its own pace and nothing here waits on a pipe while it starts.
+int bytesAsFile(const QByteArray &bytes)
 {
-    const char *p = static_cast<const char *>(data);
+    const int fd = memfd_create("tremidia-jet", MFD_CLOEXEC);
+    if (fd < 0)
+        return -1;
+    const char *p = bytes.constData();
+    size_t size = size_t(bytes.size());
     while (size > 0) {
         const ssize_t n = ::write(fd, p, size);
         if (n < 0) {
             if (errno == EINTR)
                 continue;
-            return false;
+            ::close(fd);
+            return -1;
         }
         p += n;
         size -= size_t(n);
     }
-    return true;
-}
-
-template<typename T> void append(QByteArray &out, T value)
-{
-    out.append(reinterpret_cast<const char *>(&value), sizeof value);
-}
-
-// Keeps a damaged file from taking the machine's memory: the reader may grow by a
-// bounded amount beyond what it has at the fork.
-void limitMemory()
-{
-    long pages = 0;
-    if (FILE *f = std::fopen("/proc/self/statm", "r")) {
-        if (std::fscanf(f, "%ld", &pages) != 1)
-            pages = 0;
-        std::fclose(f);
+    if (lseek(fd, 0, SEEK_SET) != 0) {
+        ::close(fd);
+        return -1;
     }
-    const rlim_t current = rlim_t(pages) * rlim_t(sysconf(_SC_PAGESIZE));
-    const rlim_t limit = current + (rlim_t(2) << 30);
-    struct rlimit rl = {limit, limit};
-    setrlimit(RLIMIT_AS, &rl);
-}
-
-[[noreturn]] void runReader(int fd, const QByteArray &bytes, const QByteArray &codePage)
-{
-    // No core files and no messages from libmdb: a crash here is reported by the parent.
-    struct rlimit noCore = {0, 0};
-    setrlimit(RLIMIT_CORE, &noCore);
-    prctl(PR_SET_DUMPABLE, 0);
-    const int devNull = ::open("/dev/null", O_RDWR);
-    if (devNull >= 0) {
-        dup2(devNull, STDOUT_FILENO);
-        dup2(devNull, STDERR_FILENO);
-    }
-    // A crash handler of the parent (a test runner's, say, that starts a debugger) has no
-    // business in the reader: a crash here is an answer, not an accident.
-    for (int sig : {SIGSEGV, SIGBUS, SIGABRT, SIGFPE, SIGILL, SIGTRAP, SIGSYS, SIGPIPE, SIGTERM, SIGINT})
-        signal(sig, SIG_DFL);
-    sigset_t all;
-    sigemptyset(&all);
-    sigprocmask(SIG_SETMASK, &all, nullptr);
-    limitMemory();
-
-    int status = 0;
-    sqlite3 *db = nullptr;
-    try {
-        if (sqlite3_open_v2(":memory:", &db, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE, nullptr)
-            != SQLITE_OK)
-            throw ReadError {errors::UnrecognizedFormat, QString()};
-        readJetInto(bytes, codePage, db, [fd](qint64 done, qint64 total) {
-            QByteArray msg;
-            msg.append(TagProgress);
-            append(msg, done);
-            append(msg, total);
-            if (!writeAll(fd, msg.constData(), size_t(msg.size())))
-                _exit(3);
-        });
-        sqlite3_int64 size = 0;
-        unsigned char *data = sqlite3_serialize(db, "main", &size, 0);
-        if (!data)
-            throw ReadError {errors::UnrecognizedFormat, QString()};
-        QByteArray msg;
-        msg.append(TagData);
-        append(msg, qint64(size));
-        if (!writeAll(fd, msg.constData(), size_t(msg.size())) || !writeAll(fd, data, size_t(size)))
-            status = 3;
-        sqlite3_free(data);
-    } catch (const ReadError &e) {
-        const QByteArray text = e.description.toUtf8();
-        QByteArray msg;
-        msg.append(TagError);
-        append(msg, qint32(e.number));
-        append(msg, qint32(text.size()));
-        msg.append(text);
-        writeAll(fd, msg.constData(), size_t(msg.size()));
-        status = 2;
-    } catch (...) {
-        status = 2;
-    }
-    // _exit: the parent's atexit handlers and static objects belong to the parent.
-    _exit(status);
-}
-
-// Each reader is a fresh process; converters loaded here once are inherited by all of
-// them instead of being loaded by each.
-class PreloadedCodePages
-{
-public:
-    PreloadedCodePages() = default;
-    ~PreloadedCodePages()
-    {
-        for (iconv_t cd : m_loaded)
-            iconv_close(cd);
-    }
-    Q_DISABLE_COPY_MOVE(PreloadedCodePages)
-
-    void load(const QByteArray &name)
-    {
-        if (m_names.contains(name))
-            return;
-        m_names << name;
-        const iconv_t cd = iconv_open("UTF-8", name.constData());
-        if (cd != iconv_t(-1))
-            m_loaded.push_back(cd);
-    }
-
-private:
-    std::vector<iconv_t> m_loaded;
-    QList<QByteArray> m_names;
-};
-
-void preloadCodePages(const QByteArray &extra)
-{
-    static PreloadedCodePages preloaded;
-    for (const char *name : {"UCS-2LE", "CP1253", "CP1252"})
-        preloaded.load(QByteArray(name));
-    if (!extra.isEmpty())
-        preloaded.load(extra);
+    return fd;
 }
 
 class ChildProcess
@@ -201,26 +91,66 @@ private:
     int m_fd;
 };
 
+// Starts the reader program with the bytes as its input and a pipe as its output.
+// posix_spawn, unlike a bare fork, is safe in a process that has threads (Qt's, the
+// media player's): nothing of this process runs in the child before the reader starts.
+std::unique_ptr<ChildProcess> startReader(
+    const QString &path, const QByteArray &bytes, const QByteArray &codePage)
+{
+    const QString program = readerProgram();
+    if (program.isEmpty()) {
+        qCWarning(lcContent) << "the Jet reader program tremidia-jet-reader was not found";
+        throw errors::cannotOpen(path);
+    }
+    const int input = bytesAsFile(bytes);
+    if (input < 0)
+        throw errors::cannotOpen(path);
+    int fds[2];
+    if (pipe2(fds, O_CLOEXEC) != 0) {
+        ::close(input);
+        throw errors::cannotOpen(path);
+    }
+
+    posix_spawn_file_actions_t actions;
+    posix_spawn_file_actions_init(&actions);
+    posix_spawn_file_actions_adddup2(&actions, input, STDIN_FILENO);
+    posix_spawn_file_actions_adddup2(&actions, fds[1], STDOUT_FILENO);
+    posix_spawnattr_t attributes;
+    posix_spawnattr_init(&attributes);
+    // A crash handler of this process (a test runner's, say, that starts a debugger)
+    // has no business in the reader: a crash there is an answer, not an accident.
+    sigset_t all;
+    sigfillset(&all);
+    sigset_t none;
+    sigemptyset(&none);
+    posix_spawnattr_setsigdefault(&attributes, &all);
+    posix_spawnattr_setsigmask(&attributes, &none);
+    posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSIGDEF | POSIX_SPAWN_SETSIGMASK);
+
+    const QByteArray file = QFile::encodeName(program);
+    std::vector<char *> argv {const_cast<char *>(file.constData())};
+    if (!codePage.isEmpty())
+        argv.push_back(const_cast<char *>(codePage.constData()));
+    argv.push_back(nullptr);
+    pid_t pid = -1;
+    const int rc = posix_spawn(&pid, file.constData(), &actions, &attributes, argv.data(), environ);
+    posix_spawnattr_destroy(&attributes);
+    posix_spawn_file_actions_destroy(&actions);
+    ::close(input);
+    ::close(fds[1]);
+    if (rc != 0) {
+        ::close(fds[0]);
+        qCWarning(lcContent) << "the Jet reader" << program << "could not start:" << std::strerror(rc);
+        throw errors::cannotOpen(path);
+    }
+    return std::make_unique<ChildProcess>(pid, fds[0]);
+}
+
 // Runs the reader on the bytes and returns the serialized database it sends back.
 QByteArray readInChild(const QString &path, const QByteArray &bytes, const ImportOptions &options)
 {
-    preloadCodePages(options.jet3CodePage);
-
-    int fds[2];
-    if (pipe2(fds, O_CLOEXEC) != 0)
-        throw errors::cannotOpen(path);
-    const pid_t pid = fork();
-    if (pid < 0) {
-        ::close(fds[0]);
-        ::close(fds[1]);
-        throw errors::cannotOpen(path);
-    }
-    if (pid == 0) {
-        ::close(fds[0]);
-        runReader(fds[1], bytes, options.jet3CodePage);
-    }
-    ::close(fds[1]);
-    ChildProcess child(pid, fds[0]);
+    const std::unique_ptr<ChildProcess> reader = startReader(path, bytes, options.jet3CodePage);
+    ChildProcess &child = *reader;
 
     // The database comes back whole; more than a generous multiple of the file would be
     // a damaged file talking.
@@ -243,8 +173,11 @@ QByteArray readInChild(const QString &path, const QByteArray &bytes, const Impor
         if (ready < 0 && errno != EINTR)
             throw errors::unrecognizedFormat(path);
         if (ready <= 0) {
-            if (quiet.elapsed() > options.stallTimeoutMs)
+            if (quiet.elapsed() > options.stallTimeoutMs) {
+                qCWarning(lcContent) << "the Jet reader went quiet for" << options.stallTimeoutMs << "ms on"
+                                     << path << "and was stopped";
                 throw errors::unrecognizedFormat(path);
+            }
             // A beat even while a large table or memo keeps the reader quiet, so that the
             // caller's progress window stays alive and can cancel.
             if (reported && options.progress && !options.progress(lastDone, lastTotal))
@@ -268,7 +201,7 @@ QByteArray readInChild(const QString &path, const QByteArray &bytes, const Impor
         // Take whole messages off the front of the buffer.
         while (dataLength < 0 && !buffer.isEmpty()) {
             const char tag = buffer.at(0);
-            if (tag == TagProgress) {
+            if (tag == protocol::Progress) {
                 if (buffer.size() < 17)
                     break;
                 qint64 done = 0, total = 0;
@@ -280,7 +213,7 @@ QByteArray readInChild(const QString &path, const QByteArray &bytes, const Impor
                 reported = true;
                 if (options.progress && !options.progress(done, total))
                     throw errors::cancelled();
-            } else if (tag == TagError) {
+            } else if (tag == protocol::Error) {
                 if (buffer.size() < 9)
                     break;
                 qint32 number = 0, length = 0;
@@ -293,7 +226,7 @@ QByteArray readInChild(const QString &path, const QByteArray &bytes, const Impor
                 errorNumber = number;
                 errorText = QString::fromUtf8(buffer.constData() + 9, length);
                 buffer.remove(0, 9 + length);
-            } else if (tag == TagData) {
+            } else if (tag == protocol::Data) {
                 if (buffer.size() < 9)
                     break;
                 std::memcpy(&dataLength, buffer.constData() + 1, 8);
@@ -317,8 +250,14 @@ QByteArray readInChild(const QString &path, const QByteArray &bytes, const Impor
             throw errors::invalidArgument();
         throw errors::unrecognizedFormat(path);
     }
-    if (!haveData || !WIFEXITED(status) || WEXITSTATUS(status) != 0)
+    if (!haveData || !WIFEXITED(status) || WEXITSTATUS(status) != 0) {
+        if (WIFSIGNALED(status))
+            qCWarning(lcContent) << "the Jet reader ended on signal" << WTERMSIG(status) << "reading" << path;
+        else
+            qCWarning(lcContent) << "the Jet reader ended with status" << WEXITSTATUS(status) << "reading"
+                                 << path;
         throw errors::unrecognizedFormat(path);
+    }
     return data;
 }
 

@@ -21,11 +21,12 @@ struct ImportOptions
 };
 
 // Imports the Jet file whose bytes are given into a new in-memory SQLite database with
-// the Greek text rule installed. The file is read by libmdb in a child process, so that
-// a damaged file that would crash libmdb or make it loop ends as an error here; the
-// child sends progress and, at the end, the whole database. Throws
+// the Greek text rule installed. The file is read by libmdb in the reader program, a
+// process of its own (jetreaderprocess.h), so that a damaged file that would crash
+// libmdb or make it loop ends as an error here; the reader sends progress and, at the
+// end, the whole database. Throws
 // platform::RuntimeError: 3343 for a file that cannot be read, 3059 when the progress
-// callback cancels.
+// callback cancels; 3051 when the reader program is missing or cannot start.
 std::unique_ptr<sqlite::Connection> importJet(
     const QString &path, const QByteArray &bytes, const ImportOptions &options);
 

@@ -4,13 +4,14 @@
 #include "recordsetdata.h"
 #include "sqliteconnection.h"
 
+#include <logging.h>
+
 #include <sqlite3.h>
 
 #include <QRegularExpression>
 
 #include <algorithm>
 #include <numeric>
-#include <logging.h>
 
 namespace content {
 

@@ -1,6 +1,7 @@
 #include "palettewindow.h"
 
 #include <errorpolicy.h>
+#include <logging.h>
 #include <runtimeerror.h>
 #include <twips.h>
 
@@ -9,7 +10,6 @@
 #include <QPainter>
 
 #include <cmath>
-#include <logging.h>
 
 PaletteWindow::PaletteWindow(int cellCount, QSize designSize, QWidget *owner)
     : QWidget(owner, Qt::Tool | Qt::CustomizeWindowHint | Qt::WindowTitleHint | Qt::WindowCloseButtonHint)

@@ -16,9 +16,8 @@ namespace {
 
 QString placeOf(const std::source_location &where)
 {
-    return QFileInfo(QString::fromUtf8(where.file_name())).fileName() + u':'
-        + QString::number(where.line()) + QStringLiteral(" (") + QString::fromUtf8(where.function_name())
-        + u')';
+    return QFileInfo(QString::fromUtf8(where.file_name())).fileName() + u':' + QString::number(where.line())
+        + QStringLiteral(" (") + QString::fromUtf8(where.function_name()) + u')';
 }
 
 } // namespace

@@ -24,7 +24,6 @@ void logPassedOver(const std::exception *error, const std::source_location &wher
     const QLoggingCategory &category = lcErrors());
 
 // The same, for the exception now being handled (call it inside a catch block).
-void logCurrentPassedOver(
-    const std::source_location &where, const QLoggingCategory &category = lcErrors());
+void logCurrentPassedOver(const std::source_location &where, const QLoggingCategory &category = lcErrors());
 
 } // namespace platform

@@ -4,9 +4,13 @@
 #include <database.h>
 #include <jetimport.h>
 #include <jetreader.h>
+#include <jetreaderprocess.h>
+#include <sqliteconnection.h>
 
 #include <sqlite3.h>
 
+#include <QElapsedTimer>
+#include <QRegularExpression>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -34,6 +38,37 @@ QString writeFile(const QTemporaryDir &dir, const char *name, const QByteArray &
         return QString();
     f.write(bytes);
     return path;
+}
+
+// A stand-in for the reader program: a shell script with the given body.
+QString writeScript(const QTemporaryDir &dir, const QString &body)
+{
+    const QString path = dir.filePath(QStringLiteral("reader.sh"));
+    QFile f(path);
+    if (!f.open(QIODevice::WriteOnly))
+        return QString();
+    f.write("#!/bin/sh\n" + body.toUtf8());
+    f.close();
+    f.setPermissions(f.permissions() | QFileDevice::ExeOwner);
+    return path;
+}
+
+// The error number of importing the Jet 4 fixture with `reader` as the reader program;
+// 0 when it imports.
+int importErrorWith(const QString &reader, int stallTimeoutMs = 15000)
+{
+    qputenv("TREMIDIA_JET_READER", QFile::encodeName(reader));
+    content::jet::forgetLastImport();
+    content::jet::ImportOptions options;
+    options.stallTimeoutMs = stallTimeoutMs;
+    int number = 0;
+    try {
+        content::jet::importJet(fixtures::jet4(), fixtures::bytes(fixtures::jet4()), options);
+    } catch (const RuntimeError &e) {
+        number = e.number();
+    }
+    qunsetenv("TREMIDIA_JET_READER");
+    return number;
 }
 
 void putLe32(QByteArray &b, qsizetype at, quint32 v)
@@ -305,6 +340,70 @@ private slots:
         } catch (const RuntimeError &e) {
             QCOMPARE(e.number(), content::errors::CancelledByUser);
         }
+    }
+
+    // The reader runs as a program of its own, started afresh: never a copy of this
+    // (threaded) process going on after a fork.
+    void readerIsAProgramOfItsOwnFoundInTheBuildTree()
+    {
+        const QString reader = content::jet::readerProgram();
+        QVERIFY2(!reader.isEmpty(), "tremidia-jet-reader not found");
+        QVERIFY(reader.endsWith(QStringLiteral("/libexec/tremidia/tremidia-jet-reader")));
+        QVERIFY(QFileInfo(reader).isExecutable());
+    }
+
+    void importStartsTheReaderProgram()
+    {
+        QTemporaryDir dir;
+        const QString marker = dir.filePath(QStringLiteral("started"));
+        const QString wrapper = writeScript(dir,
+            QStringLiteral("echo \"$@\" > '%1'\nexec '%2' \"$@\"\n")
+                .arg(marker, content::jet::readerProgram()));
+        qputenv("TREMIDIA_JET_READER", QFile::encodeName(wrapper));
+        content::jet::forgetLastImport();
+        content::OpenOptions options;
+        options.jet3CodePage = "CP1253";
+        const auto db = Database::OpenDatabase(fixtures::jet3(), options);
+        qunsetenv("TREMIDIA_JET_READER");
+        QVERIFY(db);
+        QVERIFY(QFile::exists(marker));
+        QFile args(marker);
+        QVERIFY(args.open(QIODevice::ReadOnly));
+        QCOMPARE(args.readAll().trimmed(), QByteArray("CP1253"));
+    }
+
+    void missingReaderProgramCannotOpenTheFileAndSaysWhyInTheLog()
+    {
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QStringLiteral("reader.*not found")));
+        QCOMPARE(importErrorWith(QStringLiteral("/nonexistent/tremidia-jet-reader")),
+            content::errors::CannotOpenFile);
+    }
+
+    void readerThatCrashesGivesUnrecognizedFormat()
+    {
+        QTemporaryDir dir;
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QStringLiteral("ended on signal 11")));
+        QCOMPARE(importErrorWith(writeScript(dir, QStringLiteral("kill -SEGV $$\n"))),
+            content::errors::UnrecognizedFormat);
+    }
+
+    void readerThatGoesQuietIsStoppedAfterTheStallTime()
+    {
+        QTemporaryDir dir;
+        const QString pidFile = dir.filePath(QStringLiteral("pid"));
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QStringLiteral("went quiet")));
+        QElapsedTimer clock;
+        clock.start();
+        QCOMPARE(importErrorWith(
+                     writeScript(dir, QStringLiteral("echo $$ > '%1'\nexec sleep 60\n").arg(pidFile)), 500),
+            content::errors::UnrecognizedFormat);
+        QVERIFY(clock.elapsed() < 10000);
+        // The stuck reader is gone with the import, not left behind.
+        QFile file(pidFile);
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        const QByteArray pid = file.readAll().trimmed();
+        QVERIFY(!pid.isEmpty());
+        QVERIFY(!QFile::exists(QStringLiteral("/proc/") + QString::fromLatin1(pid)));
     }
 
     void jet4TextReadsPlainAndCompressedForms()

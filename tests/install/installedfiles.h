@@ -8,6 +8,9 @@ namespace installed {
 
 inline const QString Prefix = QStringLiteral(TREMIDIA_INSTALL_PREFIX);
 inline const QString Bin = QStringLiteral(TREMIDIA_INSTALL_PREFIX "/" TREMIDIA_INSTALL_BINDIR);
+// The Jet reader, a helper the programs start; not on the PATH.
+inline const QString JetReader
+    = QStringLiteral(TREMIDIA_INSTALL_PREFIX "/" TREMIDIA_INSTALL_LIBEXECDIR "/tremidia/tremidia-jet-reader");
 inline const QString Data = QStringLiteral(TREMIDIA_INSTALL_PREFIX "/" TREMIDIA_INSTALL_DATADIR);
 inline const QString Man = QStringLiteral(TREMIDIA_INSTALL_PREFIX "/" TREMIDIA_INSTALL_MANDIR);
 inline const QString AppId = QStringLiteral("org.tremidia.Tremidia");
@@ -30,6 +33,7 @@ inline QStringList files()
     QStringList out {
         Bin + QStringLiteral("/tremidia"),
         Bin + QStringLiteral("/tremidia-content"),
+        JetReader,
         SampleDatabase,
         DesktopEntry,
         Metainfo,

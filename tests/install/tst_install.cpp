@@ -197,6 +197,20 @@ private slots:
         QVERIFY2(r.ok(), r.all().constData());
     }
 
+    // The installed tool finds the installed reader beside it (libexec/tremidia) and
+    // imports a Jet file through it.
+    void installedContentToolImportsAJetFileThroughTheInstalledReader()
+    {
+        QVERIFY(QFileInfo(staged(installed::JetReader)).isExecutable());
+        QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
+        env.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
+        env.remove(QStringLiteral("TREMIDIA_JET_READER"));
+        const ProcessRun r = runProcess(staged(installed::Bin + QStringLiteral("/tremidia-content")),
+            {QStringLiteral("tables"), QStringLiteral(TREMIDIA_FIXTURES_DIR "/content-jet4.mdb")}, env);
+        QVERIFY2(r.ok(), r.all().constData());
+        QVERIFY2(r.out.contains("Euretirio"), r.all().constData());
+    }
+
     void installedProgramShowsTheStartScreenFromItsMenuEntry()
     {
         QVERIFY2(!tool("xdotool").isEmpty(), "xdotool");

@@ -69,7 +69,8 @@ private slots:
         LogCapture::lines.clear();
         const QtMessageHandler previous = qInstallMessageHandler(&LogCapture::handler);
         const int line = __LINE__ + 1;
-        platform::resumeNext([] { throw platform::RuntimeError(53, QStringLiteral("Δεν βρέθηκε το αρχείο")); });
+        platform::resumeNext(
+            [] { throw platform::RuntimeError(53, QStringLiteral("Δεν βρέθηκε το αρχείο")); });
         qInstallMessageHandler(previous);
         QCOMPARE(LogCapture::lines.size(), 1);
         const QString &logged = LogCapture::lines.first();
@@ -82,7 +83,8 @@ private slots:
 
     void resumeNextLogsForeignAndUnknownExceptions()
     {
-        QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QStringLiteral("passed over at .* - disk full$")));
+        QTest::ignoreMessage(
+            QtWarningMsg, QRegularExpression(QStringLiteral("passed over at .* - disk full$")));
         platform::resumeNext([] { throw std::runtime_error("disk full"); });
         QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QStringLiteral("unknown kind$")));
         platform::resumeNext([] { throw 42; });

@@ -23,8 +23,7 @@ void reportUnknown();
 
 // Runs an event handler's body; an untrapped error ends the handler with the error box.
 // Returns false when the body did not finish.
-template<typename F>
-bool guarded(F &&body) noexcept
+template<typename F> bool guarded(F &&body) noexcept
 {
     try {
         std::forward<F>(body)();

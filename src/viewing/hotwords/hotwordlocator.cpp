@@ -3,6 +3,7 @@
 #include "colhotwords.h"
 #include "hotwordtextmodel.h"
 #include "phrasesearch.h"
+
 #include <logging.h>
 
 namespace hotwords {

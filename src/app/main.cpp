@@ -1,12 +1,15 @@
 #include "childwindows.h"
+#include "lostwork.h"
 #include "main_routine.h"
 #include "mdiform1.h"
 #include "windowsystem.h"
 
+#include <errorpolicy.h>
 #include <programbitmaps.h>
 #include <translations.h>
 
 #include <QApplication>
+#include <QTimer>
 
 int main(int argc, char *argv[])
 {
@@ -23,5 +26,7 @@ int main(int argc, char *argv[])
     // After a failed start the error box has been shown; the program ends there.
     if (!Main())
         return 1;
+    // Once the start screen is up: work that a crash left unsaved is offered back.
+    QTimer::singleShot(0, &app, [] { platform::guarded([] { lostwork::offer(); }); });
     return app.exec();
 }

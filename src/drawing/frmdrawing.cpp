@@ -130,6 +130,8 @@ frmDrawing::frmDrawing(QWidget *parent)
     , picPhoto(new PicPhoto(picContainer))
     , HS(new QScrollBar(Qt::Horizontal, this))
     , VS(new QScrollBar(Qt::Vertical, this))
+    , Recovery(new recovery::WorkKeeper(
+          QStringLiteral("drawing"), [this] { return unsavedWork(); }, this))
 {
     setObjectName(QStringLiteral("frmDrawing"));
     setWindowTitle(QStringLiteral("Σχεδιαστήριο"));
@@ -218,12 +220,14 @@ void frmDrawing::Load()
     Form_Resize();
 
     showToggle(true);
+    Recovery->watch([this] { return picPhoto->Picture().cacheKey(); });
 }
 
 void frmDrawing::setMapPicture(const QString &path)
 {
     picPhoto->setPicture(pictures::LoadPicture(path));
     m_keptPicture = picPhoto->Picture();
+    m_mapPath = path;
 }
 
 void frmDrawing::resizeEvent(QResizeEvent *event)
@@ -479,6 +483,8 @@ void frmDrawing::closeEvent(QCloseEvent *event)
         return;
     }
     m_keptPicture = picPhoto->Picture();
+    Recovery->stopWatching();
+    Recovery->discarded();
     // The search gets its item back and the opener hears of the unload.
     SourceViewer::closeEvent(event);
     if (event->isAccepted())

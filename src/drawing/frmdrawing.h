@@ -9,6 +9,7 @@
 #include <frmfillstyle.h>
 
 #include <sourceviewer.h>
+#include <workkeeper.h>
 
 #include <QFont>
 #include <QImage>
@@ -22,6 +23,9 @@ class DrawingToolbar;
 class PicPhoto;
 class QMimeData;
 class QScrollBar;
+namespace recovery {
+struct Entry;
+}
 
 // "Σχεδιαστήριο": the program's small bitmap painter. One picture on a scrollable
 // canvas, nine tools on the left, the commands and five dropdown palettes on top, one
@@ -109,6 +113,12 @@ public:
     // True when the picture differs from the one last opened, saved or answered for.
     bool PictureChangedSinceKept() const;
 
+    // The recovery copy of the drawing while it is not saved.
+    recovery::WorkKeeper *const Recovery;
+    // Reopens a drawing that a crash left unsaved: as it was, unsaved, with the file
+    // name it had and the map it was drawn on.
+    void RestoreWork(const recovery::Entry &lost);
+
     // The size the window is designed at, which the shell's child frame is sized around.
     QSize sizeHint() const override;
 
@@ -137,8 +147,10 @@ private:
     void PictureCommand();
     void ExitCommand();
     QWidget *createPalette(const QString &key);
+    std::optional<recovery::Work> unsavedWork() const;
 
     QString m_pictureFileName;
+    QString m_mapPath; // the map's file, for a map's window
     bool m_mouseIsDown = false;
     QImage m_initialPicture;
     QImage m_keptPicture; // as last opened, saved, or let go by the pupil's answer

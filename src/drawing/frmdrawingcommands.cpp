@@ -84,6 +84,8 @@ bool frmDrawing::QuerySave()
         if (cmD.FileName.isEmpty())
             return false;
     }
+    if (answer == platform::vbNo)
+        Recovery->discarded();
     return answer != platform::vbCancel;
 }
 
@@ -136,6 +138,7 @@ void frmDrawing::SaveDrawing()
         } else {
             SavePicture(picPhoto->Picture(), m_pictureFileName);
             m_keptPicture = picPhoto->Picture();
+            Recovery->saved();
         }
     } catch (const std::exception &) {
         critical(QStringLiteral("Υπάρχει πρόβλημα στην αποθήκευση της εικόνας."));
@@ -154,6 +157,7 @@ void frmDrawing::SaveDrawingAs()
         m_pictureFileName = cmD.FileName;
         SavePicture(picPhoto->Picture(), m_pictureFileName);
         m_keptPicture = picPhoto->Picture();
+        Recovery->saved();
     } catch (const platform::RuntimeError &e) {
         if (!isCancel(e))
             critical(QStringLiteral("Υπάρχει πρόβλημα στην αποθήκευση της εικόνας."));

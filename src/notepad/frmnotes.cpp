@@ -9,10 +9,13 @@
 #include <frmcolors.h>
 #include <msgbox.h>
 #include <programbitmaps.h>
+#include <recoverystore.h>
 #include <richtextbox.h>
+#include <rtf.h>
 #include <rtffile.h>
 #include <shellwindow.h>
 #include <twips.h>
+#include <workkeeper.h>
 
 #include <QAction>
 #include <QCheckBox>
@@ -125,7 +128,19 @@ frmNotes::frmNotes(QWidget *parent)
     buildToolbar();
 
     notes->setOleDropManual(true);
-    connect(notes, &RichTextBox::Change, this, [this] { NotesDirty = true; });
+    Recovery = new recovery::WorkKeeper(
+        QStringLiteral("notes"),
+        [this] {
+            return std::optional(
+                recovery::Work {richtext::writeDocument(*notes->document()), QStringLiteral("rtf"),
+                    {{QStringLiteral("fileName"), modEditor::CurrentFile},
+                        {QStringLiteral("title"), windowTitle()}}});
+        },
+        this);
+    connect(notes, &RichTextBox::Change, this, [this] {
+        NotesDirty = true;
+        Recovery->changed();
+    });
     connect(
         notes, &RichTextBox::SelChange, this, [this] { platform::guarded([this] { notes_SelChange(); }); });
     connect(notes, &RichTextBox::OLEDragDrop, this,
@@ -387,6 +402,7 @@ void frmNotes::Form_Unload(int &Cancel)
             }
         }
     }
+    Recovery->discarded();
     modEditor::CurrentFile.clear();
     unloadFontPalette();
     if (frmFontColors)

@@ -16,6 +16,10 @@ class QStatusBar;
 class QToolBar;
 class RichTextBox;
 class frmColors;
+namespace recovery {
+struct Entry;
+class WorkKeeper;
+} // namespace recovery
 
 // The pupil's notepad: one rich-text document in a child window of the shell, with its
 // menus, its toolbar of 28 places and a status line. Every operation on the document
@@ -78,6 +82,10 @@ public:
 
     // Fields.
     bool NotesDirty = false;
+    // The recovery copy of the note while it is not saved.
+    recovery::WorkKeeper *Recovery = nullptr;
+    // Reopens a note that a crash left unsaved: as it was, unsaved, under its file name.
+    void RestoreWork(const recovery::Entry &lost);
     QPrinter *PrinterContext = nullptr;
 
     // The palette's event: the chosen colour, 0x00BBGGRR, goes to the selection.

@@ -6,9 +6,11 @@
 #include "notesform.h"
 
 #include <errorpolicy.h>
+#include <logging.h>
 #include <msgbox.h>
 #include <richtextbox.h>
 #include <runtimeerror.h>
+#include <workkeeper.h>
 
 #include <QAction>
 #include <QApplication>
@@ -21,7 +23,6 @@
 #include <QToolBar>
 
 #include <cmath>
-#include <logging.h>
 
 namespace modEditor {
 
@@ -125,6 +126,7 @@ void FileNew()
     }
     // The remembered file stays: saving the new text writes over the file opened before.
     notesForm().notes->setText(QString());
+    notesForm().Recovery->discarded();
 }
 
 QString AskFileToOpen()
@@ -150,6 +152,7 @@ void FileOpen()
     RichTextBox &notes = *notesForm().notes;
     notes.LoadFile(CurrentFile);
     notes.setVisible(true);
+    notesForm().Recovery->saved();
 }
 
 void FileSave()
@@ -162,6 +165,7 @@ void FileSave()
     SaveFailed = true;
     notesForm().notes->SaveFile(CurrentFile);
     SaveFailed = false;
+    notesForm().Recovery->saved();
 }
 
 void FileSaveAs()
@@ -189,6 +193,8 @@ void FileSaveAs()
     // passed over, and the status line reports the save all the same.
     const auto restore = hourglass();
     SaveFailed = !platform::resumeNext([&] { form.notes->SaveFile(dialog.FileName); });
+    if (!SaveFailed)
+        form.Recovery->saved();
     form.setSimpleText(QStringLiteral("Σώσιμο εγγράφου ως ") + dialog.FileTitle);
 }
 

@@ -1,0 +1,138 @@
+#include "lostwork.h"
+
+#include "mdiform1.h"
+
+#include <database.h>
+#include <errorpolicy.h>
+#include <frmdrawing.h>
+#include <frmnotes.h>
+#include <modglobal.h>
+#include <msgbox.h>
+#include <sourceviewer.h>
+
+#include <QApplication>
+#include <QEvent>
+#include <QFileInfo>
+#include <QMdiSubWindow>
+#include <QPointer>
+#include <QTimer>
+
+namespace lostwork {
+
+namespace {
+
+// Waits for the shell's first showing (the pupil goes to an activity) and then opens
+// the work in it.
+class ShellWatcher final : public QObject
+{
+public:
+    explicit ShellWatcher(QList<recovery::Entry> work)
+        : m_work(std::move(work))
+    {
+    }
+
+    bool eventFilter(QObject *watched, QEvent *event) override
+    {
+        if (event->type() == QEvent::Show) {
+            if (auto *shell = qobject_cast<MDIForm1 *>(watched)) {
+                qApp->removeEventFilter(this);
+                // After the shell's own loading, its tiles in place.
+                QTimer::singleShot(0, shell, [shell = QPointer<MDIForm1>(shell), work = m_work] {
+                    if (shell)
+                        platform::guarded([&] { reopen(*shell, work); });
+                });
+                deleteLater();
+            }
+        }
+        return false;
+    }
+
+private:
+    QList<recovery::Entry> m_work;
+};
+
+QString describe(const recovery::Entry &entry)
+{
+    const QString file = QFileInfo(entry.details.value(QStringLiteral("fileName")).toString()).fileName();
+    QString what;
+    if (entry.kind == u"notes") {
+        what = QStringLiteral("το σημειωματάριο");
+    } else {
+        const QString title = entry.details.value(QStringLiteral("title")).toString();
+        what = title.isEmpty() || title == u"Σχεδιαστήριο"
+            ? QStringLiteral("ένα σχέδιο")
+            : QStringLiteral("ένα σχέδιο στον χάρτη «%1»").arg(title);
+    }
+    if (!file.isEmpty())
+        what += QStringLiteral(" (%1)").arg(file);
+    return QStringLiteral("- ") + what;
+}
+
+} // namespace
+
+QString question(const QList<recovery::Entry> &work)
+{
+    QStringList lines;
+    for (const recovery::Entry &entry : work)
+        lines << describe(entry);
+    return QStringLiteral("Την προηγούμενη φορά το πρόγραμμα έκλεισε χωρίς να αποθηκευτεί η εργασία σας:")
+        + QStringLiteral("\r\n") + lines.join(QStringLiteral("\r\n")) + QStringLiteral("\r\n\r\n")
+        + QStringLiteral("Θέλετε να την επαναφέρετε; Θα ανοίξει μόλις μπείτε σε μια δραστηριότητα.");
+}
+
+void offer()
+{
+    recovery::Store &store = recovery::Store::instance();
+    if (!store.usable())
+        return;
+    const QList<recovery::Entry> lost = store.lostWork();
+    if (lost.isEmpty())
+        return;
+    if (platform::MsgBox(question(lost), platform::vbYesNo | platform::vbQuestion) != platform::vbYes) {
+        store.discardLostWork();
+        return;
+    }
+    const QList<recovery::Entry> work = store.adoptLostWork();
+    if (work.isEmpty())
+        return;
+    if (auto *shell
+        = qobject_cast<MDIForm1 *>(ShellWindow::existing() ? ShellWindow::existing()->window() : nullptr);
+        shell && shell->isVisible()) {
+        reopen(*shell, work);
+        return;
+    }
+    qApp->installEventFilter(new ShellWatcher(work));
+}
+
+void reopen(MDIForm1 &shell, const QList<recovery::Entry> &work)
+{
+    // The notepad is one: the newest note goes into it; an older one stays kept and is
+    // offered again at the next start.
+    const recovery::Entry *note = nullptr;
+    for (const recovery::Entry &entry : work) {
+        if (entry.kind == u"notes")
+            note = &entry;
+    }
+    for (const recovery::Entry &entry : work) {
+        if (entry.kind == u"drawing") {
+            auto *drawing = new frmDrawing;
+            // Made here, not by a tile: it goes when it is closed.
+            QObject::connect(drawing, &SourceViewer::OnUnload, drawing, [drawing] {
+                if (auto *sub = qobject_cast<QMdiSubWindow *>(drawing->parentWidget()))
+                    sub->deleteLater();
+                else
+                    drawing->deleteLater();
+            });
+            drawing->Load();
+            drawing->RestoreWork(entry);
+            modGlobal::CenterAndShow(drawing);
+        }
+    }
+    if (note) {
+        shell.TlbMain_ButtonClick(QStringLiteral("Notes"));
+        if (frmNotes *notes = frmNotes::instance(false))
+            notes->RestoreWork(*note);
+    }
+}
+
+} // namespace lostwork

@@ -1,0 +1,325 @@
+// The pupil's unsaved note and drawing survive a killed program: a copy is kept while
+// the work is unsaved, goes when it is saved or let go, and a killed program's work is
+// offered at the next start and reopens, changed and unsaved, in the shell.
+
+#include "../app/shellcontent.h"
+
+#include <childwindows.h>
+#include <commondialog.h>
+#include <drawingdialog.h>
+#include <frmdrawing.h>
+#include <frmnotes.h>
+#include <lostwork.h>
+#include <mdiform1.h>
+#include <modeditor.h>
+#include <msgbox.h>
+#include <picphoto.h>
+#include <recoverystore.h>
+#include <richtextbox.h>
+
+#include <QApplication>
+#include <QElapsedTimer>
+#include <QKeyEvent>
+#include <QMdiArea>
+#include <QMdiSubWindow>
+#include <QPainter>
+#include <QProcess>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <csignal>
+
+using recovery::Store;
+
+namespace {
+
+const QString NoteText = QStringLiteral("Οι σημειώσεις της Μαρίας για τον Κλεισθένη");
+const QString NoteFile = QStringLiteral("/home/pupil/kleisthenis.rtf");
+
+// Types as the keyboard does, Greek letters included (QTest's key clicks take Latin-1).
+void type(QWidget *widget, const QString &text)
+{
+    for (const QChar c : text) {
+        QKeyEvent press(QEvent::KeyPress, 0, Qt::NoModifier, QString(c));
+        QApplication::sendEvent(widget, &press);
+        QKeyEvent release(QEvent::KeyRelease, 0, Qt::NoModifier, QString(c));
+        QApplication::sendEvent(widget, &release);
+    }
+}
+
+QImage drawnPicture()
+{
+    QImage image(120, 80, QImage::Format_RGB32);
+    image.fill(Qt::white);
+    QPainter painter(&image);
+    painter.fillRect(10, 10, 50, 30, QColor(200, 30, 30));
+    return image;
+}
+
+// Played by this executable in a process of its own: the pupil writes a note and
+// draws, and the program runs on until it is killed.
+int editAndRunUntilKilled()
+{
+    frmNotes *notes = frmNotes::instance(true);
+    notes->show();
+    modEditor::CurrentFile = NoteFile;
+    type(notes->notes, NoteText);
+    auto *drawing = new frmDrawing;
+    drawing->Load();
+    drawing->show();
+    drawing->picPhoto->setPicture(drawnPicture());
+    QFile out;
+    if (!out.open(stdout, QIODevice::WriteOnly))
+        return 2;
+    out.write("edited\n");
+    out.flush();
+    return QApplication::exec();
+}
+
+// Answers every message box with `answer` and keeps what they said.
+struct Answers
+{
+    explicit Answers(int answer)
+    {
+        platform::setMsgBoxHook([this, answer](const QString &text, int style, const QString &) {
+            texts << text;
+            styles << style;
+            return answer;
+        });
+    }
+    ~Answers() { platform::setMsgBoxHook({}); }
+    Q_DISABLE_COPY_MOVE(Answers)
+    QStringList texts;
+    QList<int> styles;
+};
+
+frmDrawing *drawingIn(QMdiArea *area)
+{
+    for (QMdiSubWindow *sub : area->subWindowList()) {
+        if (auto *drawing = qobject_cast<frmDrawing *>(sub->widget()))
+            return drawing;
+    }
+    return nullptr;
+}
+
+} // namespace
+
+class tst_LostWork : public QObject
+{
+    Q_OBJECT
+
+    QTemporaryDir m_state;
+    testing::ShellContent m_content;
+
+    QString recoveryFolder() const { return m_state.path() + QStringLiteral("/tremidia/recovery"); }
+
+private slots:
+    void initTestCase()
+    {
+        qputenv("XDG_STATE_HOME", QFile::encodeName(m_state.path()));
+        QVERIFY(m_content.open());
+        MDIForm1::registerDefaultInstance();
+        MDIForm1::setStartScreenFactory([] { return new QWidget; });
+        registerChildWindows();
+    }
+
+    void init()
+    {
+        QDir(recoveryFolder()).removeRecursively();
+        Store::reset();
+        Store::setDelayMs(200);
+    }
+
+    void cleanup()
+    {
+        {
+            // Whatever is left open goes without saving.
+            Answers no(platform::vbNo);
+            if (ShellWindow *shell = ShellWindow::existing())
+                shell->window()->close();
+            if (frmNotes *notes = frmNotes::instance(false))
+                notes->close();
+            QApplication::processEvents();
+        }
+        Store::reset();
+        Store::setDelayMs(0);
+    }
+
+    void noteIsKeptWhileUnsavedAndGoesWhenSavedOrLetGo()
+    {
+        QTemporaryDir files;
+        frmNotes *notes = frmNotes::instance(true);
+        notes->show();
+        type(notes->notes, QStringLiteral("Πρώτη"));
+        QTRY_COMPARE_WITH_TIMEOUT(Store::instance().ownEntries().size(), 1, 3000);
+        QCOMPARE(Store::instance().ownEntries()[0].kind, QStringLiteral("notes"));
+
+        // Saved: the copy goes.
+        modEditor::CurrentFile = files.filePath(QStringLiteral("a.rtf"));
+        modEditor::FileSave();
+        QVERIFY(Store::instance().ownEntries().isEmpty());
+
+        // "Νέο", and "Όχι" to saving first: let go.
+        type(notes->notes, QStringLiteral(" δεύτερη"));
+        QTRY_COMPARE_WITH_TIMEOUT(Store::instance().ownEntries().size(), 1, 3000);
+        {
+            Answers no(platform::vbNo);
+            modEditor::FileNew();
+        }
+        QTest::qWait(400);
+        QVERIFY(Store::instance().ownEntries().isEmpty());
+
+        // Closed with "Όχι": let go.
+        type(notes->notes, QStringLiteral("Τρίτη"));
+        QTRY_COMPARE_WITH_TIMEOUT(Store::instance().ownEntries().size(), 1, 3000);
+        {
+            Answers no(platform::vbNo);
+            notes->close();
+            QCOMPARE(no.texts.size(), 1);
+        }
+        QVERIFY(Store::instance().ownEntries().isEmpty());
+    }
+
+    void drawingIsKeptWhileUnsavedAndGoesWhenSavedOrLetGo()
+    {
+        QTemporaryDir files;
+        auto *drawing = new frmDrawing;
+        drawing->setAttribute(Qt::WA_DeleteOnClose);
+        drawing->Load();
+        drawing->show();
+        drawing->picPhoto->setPicture(drawnPicture());
+        QTRY_COMPARE_WITH_TIMEOUT(Store::instance().ownEntries().size(), 1, 3000);
+        const recovery::Entry kept = Store::instance().ownEntries()[0];
+        QCOMPARE(kept.kind, QStringLiteral("drawing"));
+        QVERIFY(kept.contentPath.endsWith(QStringLiteral(".png")));
+        QCOMPARE(QImage(kept.contentPath).convertToFormat(QImage::Format_RGB32), drawnPicture());
+
+        // Saved under a name: the copy goes.
+        drawing::CommonDialog::setHook([&](drawing::CommonDialog &dialog, drawing::CommonDialog::Action) {
+            dialog.FileName = files.filePath(QStringLiteral("d.bmp"));
+            return true;
+        });
+        drawing->tlbGeneral_ButtonClick(QStringLiteral("Save"));
+        drawing::CommonDialog::setHook({});
+        QVERIFY(QFile::exists(files.filePath(QStringLiteral("d.bmp"))));
+        QVERIFY(Store::instance().ownEntries().isEmpty());
+
+        // Changed again, then "Όχι" to the closing's question: let go.
+        QImage changed = drawnPicture();
+        changed.fill(Qt::blue);
+        drawing->picPhoto->setPicture(changed);
+        QTRY_COMPARE_WITH_TIMEOUT(Store::instance().ownEntries().size(), 1, 3000);
+        {
+            Answers no(platform::vbNo);
+            drawing->close();
+            QCOMPARE(no.texts.size(), 1);
+        }
+        QVERIFY(Store::instance().ownEntries().isEmpty());
+    }
+
+    void killedProgramGivesItsWorkBackAtTheNextStart_data()
+    {
+        QTest::addColumn<int>("delayMs");
+        QTest::addColumn<int>("killAfterMs");
+        QTest::newRow("copy due within a second, killed after two") << 300 << 2000;
+        // As it happens in a classroom: the program's own 30 seconds, killed 35 seconds
+        // after the edit.
+        QTest::newRow("copy due within 30 s, killed after 35") << 0 << 35000;
+    }
+
+    void killedProgramGivesItsWorkBackAtTheNextStart()
+    {
+        QFETCH(int, delayMs);
+        QFETCH(int, killAfterMs);
+        QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
+        env.remove(QStringLiteral("TREMIDIA_RECOVERY_DELAY_MS"));
+        if (delayMs > 0)
+            env.insert(QStringLiteral("TREMIDIA_RECOVERY_DELAY_MS"), QString::number(delayMs));
+        QProcess program;
+        program.setProcessEnvironment(env);
+        program.setProgram(QCoreApplication::applicationFilePath());
+        program.setArguments({QStringLiteral("--edit-and-run-until-killed")});
+        program.start();
+        QVERIFY(program.waitForReadyRead(30000));
+        QElapsedTimer sinceEdit;
+        sinceEdit.start();
+        QCOMPARE(program.readAllStandardOutput(), QByteArray("edited\n"));
+        while (sinceEdit.elapsed() < killAfterMs)
+            QTest::qWait(100);
+        ::kill(pid_t(program.processId()), SIGKILL);
+        QVERIFY(program.waitForFinished(10000));
+        QCOMPARE(program.exitStatus(), QProcess::CrashExit);
+
+        // The next start asks, in Greek, and the pupil says yes.
+        Answers yes(platform::vbYes);
+        lostwork::offer();
+        QCOMPARE(yes.texts.size(), 1);
+        QVERIFY2(yes.texts[0].contains(QStringLiteral("το σημειωματάριο (kleisthenis.rtf)")),
+            qPrintable(yes.texts[0]));
+        QVERIFY2(yes.texts[0].contains(QStringLiteral("ένα σχέδιο")), qPrintable(yes.texts[0]));
+        QVERIFY(yes.texts[0].contains(QStringLiteral("Θέλετε να την επαναφέρετε;")));
+        QCOMPARE(yes.styles[0], platform::vbYesNo | platform::vbQuestion);
+
+        // The work opens when the pupil goes into an activity.
+        QVERIFY(!frmNotes::instance(false));
+        ShellWindow *shell = ShellWindow::instance();
+        shell->setSelectedActivity(101);
+        shell->window()->show();
+        QTRY_VERIFY(frmNotes::instance(false) && frmNotes::instance(false)->isVisible());
+        frmNotes *notes = frmNotes::instance(false);
+        QCOMPARE(notes->notes->Text(), NoteText);
+        QVERIFY(notes->NotesDirty);
+        QCOMPARE(modEditor::CurrentFile, NoteFile);
+        QTRY_VERIFY(drawingIn(shell->mdiArea()));
+        frmDrawing *drawing = drawingIn(shell->mdiArea());
+        QCOMPARE(drawing->picPhoto->Picture().convertToFormat(QImage::Format_RGB32), drawnPicture());
+        QVERIFY(drawing->PictureChangedSinceKept());
+
+        // Still safe from the next crash: kept by this program now, nothing left lost.
+        QCOMPARE(Store::instance().ownEntries().size(), 2);
+        QVERIFY(Store::instance().lostWork().isEmpty());
+
+        // Closed with "Όχι" to both questions: nothing is kept any more.
+        {
+            Answers no(platform::vbNo);
+            shell->window()->close();
+            QApplication::processEvents();
+            QCOMPARE(no.texts.size(), 2);
+        }
+        QVERIFY(Store::instance().ownEntries().isEmpty());
+    }
+
+    void lostWorkSaidNoToIsGoneAndNotAskedAgain()
+    {
+        QProcess program;
+        program.setProgram(QCoreApplication::applicationFilePath());
+        program.setArguments({QStringLiteral("--edit-and-run-until-killed")});
+        QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
+        env.insert(QStringLiteral("TREMIDIA_RECOVERY_DELAY_MS"), QStringLiteral("100"));
+        program.setProcessEnvironment(env);
+        program.start();
+        QVERIFY(program.waitForReadyRead(30000));
+        QTest::qWait(1500);
+        ::kill(pid_t(program.processId()), SIGKILL);
+        QVERIFY(program.waitForFinished(10000));
+        {
+            Answers no(platform::vbNo);
+            lostwork::offer();
+            QCOMPARE(no.texts.size(), 1);
+        }
+        Answers none(platform::vbYes);
+        lostwork::offer();
+        QVERIFY(none.texts.isEmpty());
+    }
+};
+
+int main(int argc, char **argv)
+{
+    QApplication app(argc, argv);
+    if (argc > 1 && QByteArray(argv[1]) == "--edit-and-run-until-killed")
+        return editAndRunUntilKilled();
+    tst_LostWork test;
+    return QTest::qExec(&test, argc, argv);
+}
+
+#include "tst_lostwork.moc"

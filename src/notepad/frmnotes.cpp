@@ -9,9 +9,7 @@
 #include <frmcolors.h>
 #include <msgbox.h>
 #include <programbitmaps.h>
-#include <recoverystore.h>
 #include <richtextbox.h>
-#include <rtf.h>
 #include <rtffile.h>
 #include <shellwindow.h>
 #include <twips.h>
@@ -129,14 +127,7 @@ frmNotes::frmNotes(QWidget *parent)
 
     notes->setOleDropManual(true);
     Recovery = new recovery::WorkKeeper(
-        QStringLiteral("notes"),
-        [this] {
-            return std::optional(
-                recovery::Work {richtext::writeDocument(*notes->document()), QStringLiteral("rtf"),
-                    {{QStringLiteral("fileName"), modEditor::CurrentFile},
-                        {QStringLiteral("title"), windowTitle()}}});
-        },
-        this);
+        QStringLiteral("notes"), [this] { return unsavedWork(); }, this);
     connect(notes, &RichTextBox::Change, this, [this] {
         NotesDirty = true;
         Recovery->changed();

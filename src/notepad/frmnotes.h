@@ -2,6 +2,8 @@
 
 #include "commondialog.h"
 
+#include <workkeeper.h>
+
 #include <QPointer>
 #include <QStringList>
 #include <QWidget>
@@ -18,8 +20,7 @@ class RichTextBox;
 class frmColors;
 namespace recovery {
 struct Entry;
-class WorkKeeper;
-} // namespace recovery
+}
 
 // The pupil's notepad: one rich-text document in a child window of the shell, with its
 // menus, its toolbar of 28 places and a status line. Every operation on the document
@@ -120,6 +121,7 @@ private:
     void ExportToWord();
     void PrintSequence();
     void unloadFontPalette();
+    std::optional<recovery::Work> unsavedWork() const;
 
     QList<QAction *> m_buttons;
     QPointer<QMdiSubWindow> m_watchedSub;

@@ -3,7 +3,20 @@
 
 #include <recoverystore.h>
 #include <richtextbox.h>
+#include <rtf.h>
 #include <workkeeper.h>
+
+// The note is kept as RTF through our own writer, as the notepad saves it.
+std::optional<recovery::Work> frmNotes::unsavedWork() const
+{
+    if (!NotesDirty)
+        return std::nullopt;
+    recovery::Work work;
+    work.content = richtext::writeDocument(*notes->document());
+    work.extension = QStringLiteral("rtf");
+    work.details.insert(QStringLiteral("fileName"), modEditor::CurrentFile);
+    return work;
+}
 
 void frmNotes::RestoreWork(const recovery::Entry &lost)
 {

@@ -35,6 +35,14 @@ namespace {
 
 const QString NoteText = QStringLiteral("Οι σημειώσεις της Μαρίας για τον Κλεισθένη");
 const QString NoteFile = QStringLiteral("/home/pupil/kleisthenis.rtf");
+const QString MapCaption = QStringLiteral("Χάρτης των Κυκλάδων");
+
+QImage mapPicture()
+{
+    QImage image(90, 60, QImage::Format_RGB32);
+    image.fill(QColor(170, 200, 230));
+    return image;
+}
 
 // Types as the keyboard does, Greek letters included (QTest's key clicks take Latin-1).
 void type(QWidget *widget, const QString &text)
@@ -58,7 +66,7 @@ QImage drawnPicture()
 
 // Played by this executable in a process of its own: the pupil writes a note and
 // draws, and the program runs on until it is killed.
-int editAndRunUntilKilled()
+int editAndRunUntilKilled(const QString &mapFile)
 {
     frmNotes *notes = frmNotes::instance(true);
     notes->show();
@@ -68,6 +76,16 @@ int editAndRunUntilKilled()
     drawing->Load();
     drawing->show();
     drawing->picPhoto->setPicture(drawnPicture());
+    // A map tile's drawing window, drawn on.
+    auto *map = new frmDrawing;
+    map->setResourceID(205);
+    map->Load();
+    map->setMapPicture(mapFile);
+    map->setMapCaption(MapCaption);
+    map->show();
+    QImage onMap = mapPicture();
+    QPainter(&onMap).fillRect(5, 5, 20, 20, Qt::black);
+    map->picPhoto->setPicture(onMap);
     QFile out;
     if (!out.open(stdout, QIODevice::WriteOnly))
         return 2;
@@ -93,10 +111,11 @@ struct Answers
     QList<int> styles;
 };
 
-frmDrawing *drawingIn(QMdiArea *area)
+frmDrawing *drawingIn(QMdiArea *area, const QString &title)
 {
     for (QMdiSubWindow *sub : area->subWindowList()) {
-        if (auto *drawing = qobject_cast<frmDrawing *>(sub->widget()))
+        auto *drawing = qobject_cast<frmDrawing *>(sub->widget());
+        if (drawing && drawing->windowTitle() == title)
             return drawing;
     }
     return nullptr;
@@ -110,6 +129,7 @@ class tst_LostWork : public QObject
 
     QTemporaryDir m_state;
     testing::ShellContent m_content;
+    QString m_mapFile;
 
     QString recoveryFolder() const { return m_state.path() + QStringLiteral("/tremidia/recovery"); }
 
@@ -118,6 +138,8 @@ private slots:
     {
         qputenv("XDG_STATE_HOME", QFile::encodeName(m_state.path()));
         QVERIFY(m_content.open());
+        m_mapFile = m_state.filePath(QStringLiteral("map.png"));
+        QVERIFY(mapPicture().save(m_mapFile, "PNG"));
         MDIForm1::registerDefaultInstance();
         MDIForm1::setStartScreenFactory([] { return new QWidget; });
         registerChildWindows();
@@ -238,7 +260,7 @@ private slots:
         QProcess program;
         program.setProcessEnvironment(env);
         program.setProgram(QCoreApplication::applicationFilePath());
-        program.setArguments({QStringLiteral("--edit-and-run-until-killed")});
+        program.setArguments({QStringLiteral("--edit-and-run-until-killed"), m_mapFile});
         program.start();
         QVERIFY(program.waitForReadyRead(30000));
         QElapsedTimer sinceEdit;
@@ -256,7 +278,8 @@ private slots:
         QCOMPARE(yes.texts.size(), 1);
         QVERIFY2(yes.texts[0].contains(QStringLiteral("το σημειωματάριο (kleisthenis.rtf)")),
             qPrintable(yes.texts[0]));
-        QVERIFY2(yes.texts[0].contains(QStringLiteral("ένα σχέδιο")), qPrintable(yes.texts[0]));
+        QVERIFY2(yes.texts[0].contains(QStringLiteral("ένα σχέδιο\r\n")), qPrintable(yes.texts[0]));
+        QVERIFY(yes.texts[0].contains(QStringLiteral("ένα σχέδιο στον χάρτη «Χάρτης των Κυκλάδων»")));
         QVERIFY(yes.texts[0].contains(QStringLiteral("Θέλετε να την επαναφέρετε;")));
         QCOMPARE(yes.styles[0], platform::vbYesNo | platform::vbQuestion);
 
@@ -270,16 +293,24 @@ private slots:
         QCOMPARE(notes->notes->Text(), NoteText);
         QVERIFY(notes->NotesDirty);
         QCOMPARE(modEditor::CurrentFile, NoteFile);
-        QTRY_VERIFY(drawingIn(shell->mdiArea()));
-        frmDrawing *drawing = drawingIn(shell->mdiArea());
+        QTRY_VERIFY(drawingIn(shell->mdiArea(), QStringLiteral("Σχεδιαστήριο")));
+        frmDrawing *drawing = drawingIn(shell->mdiArea(), QStringLiteral("Σχεδιαστήριο"));
         QCOMPARE(drawing->picPhoto->Picture().convertToFormat(QImage::Format_RGB32), drawnPicture());
         QVERIFY(drawing->PictureChangedSinceKept());
+        // The map's drawing: on its map, under its caption, changed against the map.
+        frmDrawing *map = drawingIn(shell->mdiArea(), MapCaption);
+        QVERIFY(map);
+        QCOMPARE(map->ResourceID(), 205);
+        QCOMPARE(map->picPhoto->Picture().pixelColor(10, 10), QColor(Qt::black));
+        QVERIFY(map->PictureChangedSinceKept());
+        map->picPhoto->setPicture(mapPicture());
+        QVERIFY(!map->PictureChangedSinceKept());
 
         // Still safe from the next crash: kept by this program now, nothing left lost.
-        QCOMPARE(Store::instance().ownEntries().size(), 2);
+        QCOMPARE(Store::instance().ownEntries().size(), 3);
         QVERIFY(Store::instance().lostWork().isEmpty());
 
-        // Closed with "Όχι" to both questions: nothing is kept any more.
+        // Closed with "Όχι" to the questions: nothing is kept any more.
         {
             Answers no(platform::vbNo);
             shell->window()->close();
@@ -293,7 +324,7 @@ private slots:
     {
         QProcess program;
         program.setProgram(QCoreApplication::applicationFilePath());
-        program.setArguments({QStringLiteral("--edit-and-run-until-killed")});
+        program.setArguments({QStringLiteral("--edit-and-run-until-killed"), m_mapFile});
         QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
         env.insert(QStringLiteral("TREMIDIA_RECOVERY_DELAY_MS"), QStringLiteral("100"));
         program.setProcessEnvironment(env);
@@ -316,8 +347,8 @@ private slots:
 int main(int argc, char **argv)
 {
     QApplication app(argc, argv);
-    if (argc > 1 && QByteArray(argv[1]) == "--edit-and-run-until-killed")
-        return editAndRunUntilKilled();
+    if (argc > 2 && QByteArray(argv[1]) == "--edit-and-run-until-killed")
+        return editAndRunUntilKilled(QString::fromLocal8Bit(argv[2]));
     tst_LostWork test;
     return QTest::qExec(&test, argc, argv);
 }

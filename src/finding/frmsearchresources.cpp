@@ -333,7 +333,7 @@ void frmSearchResources::lvwResources_DblClick()
         platform::resumeNext([viewer] { viewer->Unload(); });
         delete viewer;
         setGhosted(item, false);
-        rs->Close();
+        platform::resumeNext([&rs] { rs->Close(); });
         throw;
     }
     viewer->LoadedFromTheFormSearchResources = true;

@@ -10,6 +10,7 @@
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QFontDialog>
+#include <QFontInfo>
 #include <QGridLayout>
 #include <QGroupBox>
 #include <QLabel>
@@ -225,6 +226,9 @@ void CommonDialog::ShowFont()
         initial.setItalic(FontItalic);
         initial.setStrikeOut(FontStrikethru);
         initial.setUnderline(FontUnderline);
+        // A Windows name ("Times New Roman") stands in the list as the family that
+        // fontconfig draws in its place.
+        initial.setFamily(QFontInfo(initial).family());
         QFontDialog dialog(initial, m_owner);
         dialog.setOptions(QFontDialog::DontUseNativeDialog | QFontDialog::ScalableFonts);
         // The font dialog has a title of its own: the object's DialogTitle belongs to the

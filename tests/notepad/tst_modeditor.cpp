@@ -584,6 +584,7 @@ private slots:
         form->CMDialog1.DialogTitle = QStringLiteral("Αποθήκευση ως");
         CommonDialog::setHook({});
         QString title;
+        QString family;
         QStringList colours;
         int tries = 0;
         std::function<void()> answer = [&] {
@@ -597,6 +598,7 @@ private slots:
                 return;
             }
             title = dialog->windowTitle();
+            family = dialog->currentFont().family();
             if (auto *box = dialog->findChild<QComboBox *>(QStringLiteral("cmbColor"))) {
                 for (int i = 0; i < box->count(); ++i)
                     colours << box->itemText(i);
@@ -608,6 +610,8 @@ private slots:
         modEditor::ChooseFont();
         QCOMPARE(title, CommonDialog::FontDialogTitle);
         QCOMPARE(title, QStringLiteral("Γραμματοσειρά"));
+        // The designed "Times New Roman" is chosen as the family that stands in for it.
+        QCOMPARE(family, QFontInfo(QFont(QStringLiteral("Times New Roman"))).family());
         QCOMPARE(colours.size(), 16);
         QCOMPARE(colours.first(), QStringLiteral("Μαύρο"));
         QCOMPARE(form->notes->SelColor(), std::optional<quint32>(0x0000FF));

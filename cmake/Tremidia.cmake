@@ -10,6 +10,7 @@ function(tremidia_add_test)
     cmake_parse_arguments(T "GUI;XVFB;SLOW_UNWIND" "NAME;TIMEOUT" "SOURCES;LIBS;LABELS" ${ARGN})
     add_executable(${T_NAME} ${T_SOURCES})
     target_link_libraries(${T_NAME} PRIVATE Qt6::Test ${T_LIBS})
+    tremidia_use_test_main(${T_NAME})
     set_target_properties(${T_NAME} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/tests/bin)
     # Any test may open a Jet file, which the reader program reads.
     if(TARGET tremidia-jet-reader)
@@ -42,6 +43,20 @@ function(tremidia_add_test)
     if(T_LABELS)
         set_tests_properties(${T_NAME} PROPERTIES LABELS "${T_LABELS}")
     endif()
+endfunction()
+
+# tremidia_use_test_main(target)
+# The test's QTest::qExec runs through tests/support/testmain.cpp: an exception that
+# escapes a test function fails that function instead of aborting the executable. The
+# linker's --wrap does it, so the tests' own QTEST_MAIN stays as Qt writes it.
+function(tremidia_use_test_main target)
+    if(NOT TARGET tremidia_testmain)
+        add_library(tremidia_testmain OBJECT ${PROJECT_SOURCE_DIR}/tests/support/testmain.cpp)
+        target_link_libraries(tremidia_testmain PRIVATE Qt6::Test)
+        set_target_properties(tremidia_testmain PROPERTIES AUTOMOC OFF)
+    endif()
+    target_link_libraries(${target} PRIVATE tremidia_testmain
+        "-Wl,--wrap=_ZN5QTest5qExecEP7QObjectiPPc")
 endfunction()
 
 # tremidia_add_bench(NAME name SOURCES a.cpp ... LIBS lib ...)

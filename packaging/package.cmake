@@ -24,10 +24,13 @@ set(CPACK_DEBIAN_PACKAGE_PRIORITY optional)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 # What the shared libraries do not tell: the windowing and image plugins Qt loads at
 # run time, the media plugins the player plays through, the fonts of the Greek text,
-# and xdg-utils for the mail program. LibreOffice Writer opens the assignment documents
-# and exported notes; the program runs without it.
+# and xdg-utils for the mail program. What a library only Recommends and the program
+# needs is named here too, since technicians install with --no-install-recommends:
+# the URW fonts libwmf draws metafile text with, Qt's Greek translations. LibreOffice
+# Writer opens the assignment documents and exported notes; the program runs without it.
 set(CPACK_DEBIAN_PACKAGE_DEPENDS
     "qt6-qpa-plugins, qt6-image-formats-plugins, libqt6svg6, gstreamer1.0-plugins-base, gstreamer1.0-plugins-good, fonts-dejavu-core, fonts-liberation2, xdg-utils")
+string(APPEND CPACK_DEBIAN_PACKAGE_DEPENDS ", fonts-urw-base35, qt6-translations-l10n")
 set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "libreoffice-writer, libreoffice-l10n-el")
 # The system settings file is the technician's: an upgrade keeps the database chosen.
 set(conffiles ${CMAKE_CURRENT_BINARY_DIR}/conffiles)

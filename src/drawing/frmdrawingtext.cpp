@@ -13,6 +13,18 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
+namespace {
+
+// The dialog's font is a Windows one, which Linux does not have: its name is replaced
+// by the family that fontconfig draws in its place, so that the font list, which holds
+// the system's families, shows it chosen.
+QString systemFamily(const QString &designed)
+{
+    return QFontInfo(QFont(designed)).family();
+}
+
+} // namespace
+
 frmDrawingText::frmDrawingText(QWidget *parent)
     : QDialog(parent)
     , txtText(new QLineEdit(this))
@@ -36,7 +48,7 @@ frmDrawingText::frmDrawingText(QWidget *parent)
     cmdCancel->setObjectName(QStringLiteral("cmdCancel"));
 
     txtText->setText(QStringLiteral("Γράψτε εδώ"));
-    QFont font(QStringLiteral("MS Sans Serif"));
+    QFont font(systemFamily(QStringLiteral("MS Sans Serif")));
     font.setPointSize(24);
     font.setWeight(QFont::Normal);
     txtText->setFont(font);
@@ -99,7 +111,11 @@ void frmDrawingText::Form_Load()
         cmbFontSize->addItem(QString::number(size));
 
     platform::resumeNext([this] {
-        cmbFontName->setCurrentIndex(cmbFontName->findText(txtText->font().family(), Qt::MatchStartsWith));
+        const QString family = txtText->font().family();
+        int index = cmbFontName->findText(family, Qt::MatchFixedString);
+        if (index < 0)
+            index = cmbFontName->findText(family, Qt::MatchStartsWith);
+        cmbFontName->setCurrentIndex(index);
     });
     platform::resumeNext(
         [this] { cmbFontSize->setEditText(QString::number(int(txtText->font().pointSizeF()))); });

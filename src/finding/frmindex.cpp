@@ -24,6 +24,8 @@
 #include <QTabBar>
 #include <QTreeWidget>
 
+#include <memory>
+
 namespace {
 
 constexpr int TagRole = Qt::UserRole;
@@ -50,8 +52,10 @@ QPointer<frmIndex> frmIndex::s_instance;
 frmIndex *frmIndex::instance(bool create)
 {
     if (!s_instance && create) {
-        s_instance = new frmIndex;
-        s_instance->Load();
+        // A window whose first load failed is not kept: the next opening loads afresh.
+        std::unique_ptr<frmIndex> form(new frmIndex);
+        form->Load();
+        s_instance = form.release();
     }
     return s_instance;
 }

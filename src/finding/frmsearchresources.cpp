@@ -16,6 +16,8 @@
 #include <QLabel>
 #include <QTreeWidget>
 
+#include <memory>
+
 namespace {
 
 constexpr int TagRole = Qt::UserRole;
@@ -58,8 +60,10 @@ QPointer<frmSearchResources> frmSearchResources::s_instance;
 frmSearchResources *frmSearchResources::instance(bool create)
 {
     if (!s_instance && create) {
-        s_instance = new frmSearchResources;
-        s_instance->Load();
+        // A window whose first load failed is not kept: the next opening loads afresh.
+        std::unique_ptr<frmSearchResources> form(new frmSearchResources);
+        form->Load();
+        s_instance = form.release();
     }
     return s_instance;
 }
@@ -269,8 +273,6 @@ void frmSearchResources::SearchResources()
     }
     lvwResources->addTopLevelItems(items);
     rs.reset();
-    if (list.failed)
-        finding::throwNoItemError();
     SetColumnWidth();
 }
 
@@ -303,28 +305,38 @@ void frmSearchResources::lvwResources_DblClick()
         rs->Close();
         return;
     }
-    switch (kind) {
-    case SourceViewer::Kind::Photo:
-        m_myPhotoForm = viewer;
-        break;
-    case SourceViewer::Kind::Text:
-        m_myTextForm = viewer;
-        break;
-    case SourceViewer::Kind::Map:
-        m_myDrawingForm = viewer;
-        viewer->Load();
-        viewer->setMapPicture(platform::contentPath(modGlobal::gDataFolder, QStringLiteral("\\Pictures\\"),
-            rs->Fields(QStringLiteral("PicturePath")).text()));
-        viewer->setMapCaption(rs->Fields(QStringLiteral("Caption")).text());
-        viewer->SetScrollBars();
-        break;
-    case SourceViewer::Kind::None:
-        break;
+    try {
+        switch (kind) {
+        case SourceViewer::Kind::Photo:
+            m_myPhotoForm = viewer;
+            break;
+        case SourceViewer::Kind::Text:
+            m_myTextForm = viewer;
+            break;
+        case SourceViewer::Kind::Map:
+            m_myDrawingForm = viewer;
+            viewer->Load();
+            viewer->setMapPicture(platform::contentPath(modGlobal::gDataFolder,
+                QStringLiteral("\\Pictures\\"), rs->Fields(QStringLiteral("PicturePath")).text()));
+            viewer->setMapCaption(rs->Fields(QStringLiteral("Caption")).text());
+            viewer->SetScrollBars();
+            break;
+        case SourceViewer::Kind::None:
+            break;
+        }
+        viewer->setResourceID(rs->Fields(QStringLiteral("ResourceID")).Value().toInt());
+        if (kind != SourceViewer::Kind::Map)
+            viewer->Load();
+    } catch (...) {
+        // A source that cannot be read leaves no window behind, and its item can be
+        // opened again once the file is there.
+        platform::resumeNext([viewer] { viewer->Unload(); });
+        delete viewer;
+        setGhosted(item, false);
+        platform::resumeNext([&rs] { rs->Close(); });
+        throw;
     }
-    viewer->setResourceID(rs->Fields(QStringLiteral("ResourceID")).Value().toInt());
     viewer->LoadedFromTheFormSearchResources = true;
-    if (kind != SourceViewer::Kind::Map)
-        viewer->Load();
     modGlobal::CenterAndShow(viewer);
     rs->Close();
 }

@@ -3,10 +3,18 @@
 #include <richtextbox.h>
 #include <runtimeerror.h>
 
+#include <QBoxLayout>
+#include <QCheckBox>
+#include <QComboBox>
 #include <QDir>
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QFontDialog>
+#include <QFontInfo>
+#include <QGridLayout>
+#include <QGroupBox>
+#include <QLabel>
+#include <QPixmap>
 #include <QPrintDialog>
 #include <QPrinter>
 #include <QStandardPaths>
@@ -17,6 +25,61 @@ CommonDialog::Hook &hook()
 {
     static CommonDialog::Hook h;
     return h;
+}
+
+// The sixteen colours of the font dialog's "Χρώμα" list, 0x00BBGGRR, with their names.
+struct NamedColor
+{
+    quint32 value;
+    const char16_t *name;
+};
+
+constexpr NamedColor FontColors[]
+    = {{0x000000, u"Μαύρο"}, {0x000080, u"Βυσσινί"}, {0x008000, u"Πράσινο"}, {0x008080, u"Λαδί"},
+        {0x800000, u"Μπλε σκούρο"}, {0x800080, u"Μωβ"}, {0x808000, u"Πετρόλ"}, {0x808080, u"Γκρι"},
+        {0xC0C0C0, u"Ασημί"}, {0x0000FF, u"Κόκκινο"}, {0x00FF00, u"Λαχανί"}, {0x00FFFF, u"Κίτρινο"},
+        {0xFF0000, u"Μπλε"}, {0xFF00FF, u"Φούξια"}, {0xFFFF00, u"Γαλάζιο"}, {0xFFFFFF, u"Λευκό"}};
+
+QColor qtColor(quint32 value)
+{
+    return QColor(int(value & 0xFF), int((value >> 8) & 0xFF), int((value >> 16) & 0xFF));
+}
+
+// Qt's font dialog has no colour; the list stands under its effects, where the
+// platform's dialog had it. A colour outside the sixteen is kept as an entry of its own.
+QComboBox *addColorChoice(QFontDialog &dialog, quint32 current)
+{
+    auto *colors = new QComboBox(&dialog);
+    colors->setObjectName(QStringLiteral("cmbColor"));
+    const auto add = [colors](quint32 value, const QString &name) {
+        QPixmap swatch(16, 12);
+        swatch.fill(qtColor(value));
+        colors->addItem(QIcon(swatch), name, value);
+    };
+    for (const NamedColor &color : FontColors)
+        add(color.value, QString::fromUtf16(color.name));
+    int index = colors->findData(current & 0xFFFFFF);
+    if (index < 0) {
+        add(current & 0xFFFFFF, QStringLiteral("Άλλο"));
+        index = colors->count() - 1;
+    }
+    colors->setCurrentIndex(index);
+    auto *label = new QLabel(QStringLiteral("Χ&ρώμα:"), &dialog);
+    label->setBuddy(colors);
+    // The effects are the group of check boxes (strikeout, underline).
+    QLayout *place = nullptr;
+    for (QGroupBox *group : dialog.findChildren<QGroupBox *>())
+        if (!place && group->findChild<QCheckBox *>())
+            place = group->layout();
+    if (auto *box = qobject_cast<QBoxLayout *>(place)) {
+        box->addWidget(label);
+        box->addWidget(colors);
+    } else if (auto *grid = qobject_cast<QGridLayout *>(dialog.layout())) {
+        const int row = grid->rowCount();
+        grid->addWidget(label, row, 0);
+        grid->addWidget(colors, row, 1);
+    }
+    return colors;
 }
 
 QString &lastFolder()
@@ -163,15 +226,26 @@ void CommonDialog::ShowFont()
         initial.setItalic(FontItalic);
         initial.setStrikeOut(FontStrikethru);
         initial.setUnderline(FontUnderline);
-        const QFont font = QFontDialog::getFont(&chosen, initial, m_owner, DialogTitle,
-            QFontDialog::DontUseNativeDialog | QFontDialog::ScalableFonts);
+        // A Windows name ("Times New Roman") stands in the list as the family that
+        // fontconfig draws in its place.
+        initial.setFamily(QFontInfo(initial).family());
+        QFontDialog dialog(initial, m_owner);
+        dialog.setOptions(QFontDialog::DontUseNativeDialog | QFontDialog::ScalableFonts);
+        // The font dialog has a title of its own: the object's DialogTitle belongs to the
+        // file and print dialogs it showed before.
+        dialog.setWindowTitle(FontDialogTitle);
+        QComboBox *colors = (Flags & FontEffects) ? addColorChoice(dialog, Color) : nullptr;
+        chosen = dialog.exec() == QDialog::Accepted;
         if (chosen) {
+            const QFont font = dialog.selectedFont();
             FontName = font.family();
             FontSize = font.pointSizeF();
             FontBold = font.bold();
             FontItalic = font.italic();
             FontStrikethru = font.strikeOut();
             FontUnderline = font.underline();
+            if (colors)
+                Color = colors->currentData().toUInt();
         }
     }
     if (!chosen)

@@ -21,14 +21,19 @@ class CommonDialog final
 public:
     explicit CommonDialog(QWidget *owner = nullptr);
 
-    // Flags of the file, print and font dialogs, as far as they change what Qt shows.
+    // Flags of the file, print and font dialogs, as far as they change what Qt shows;
+    // FontEffects offers underline, strikeout and the colour.
     enum : int {
         OverwritePrompt = 0x2,
         HideReadOnly = 0x4,
         PrintSelection = 0x1,
         PathMustExist = 0x800,
         FileMustExist = 0x1000,
+        FontEffects = 0x100,
     };
+
+    // The font dialog's own title.
+    static inline const QString FontDialogTitle = QStringLiteral("Γραμματοσειρά");
 
     QString DialogTitle;
     // "description|pattern|description|pattern".

@@ -2,6 +2,7 @@
 
 #include <QByteArray>
 #include <QString>
+#include <QTextFormat>
 
 #include <vector>
 
@@ -78,6 +79,24 @@ QByteArray writeSelection(const QTextCursor &cursor);
 // and shows its first line at the left indent, so that the bullet stands before the text
 // as the rich-edit control draws it. Equal to QTextFormat::UserProperty + 0x5254.
 inline constexpr int ListFirstLineIndentProperty = 0x100000 + 0x5254;
+
+// A bulleted paragraph hides Qt's own list marker, which stands just before the text,
+// because the box draws the bullet at the paragraph's indent (richtextbullets.h).
+inline void hideListMarker(QTextBlockFormat &format)
+{
+    format.setProperty(QTextFormat::ListStyle, int(QTextListFormat::ListStyleUndefined));
+}
+
+inline void showListMarker(QTextBlockFormat &format)
+{
+    format.clearProperty(QTextFormat::ListStyle);
+}
+
+inline bool isListMarkerHidden(const QTextBlockFormat &format)
+{
+    return format.hasProperty(QTextFormat::ListStyle)
+        && format.intProperty(QTextFormat::ListStyle) == int(QTextListFormat::ListStyleUndefined);
+}
 
 // The first number of a numbered list (RTF's \pnstart), kept in the list format since
 // this Qt has no such member. Equal to QTextFormat::UserProperty + 0x5253.

@@ -102,6 +102,8 @@ QTextBlockFormat blockFormatFor(const ParaState &para)
     if (para.list != ListKind::None) {
         if (para.firstLineIndent != 0)
             format.setProperty(ListFirstLineIndentProperty, para.firstLineIndent);
+        if (para.list == ListKind::Bullet)
+            hideListMarker(format);
     } else if (para.firstLineIndent != 0) {
         format.setTextIndent(pixelsX(para.firstLineIndent));
     }

@@ -304,13 +304,17 @@ private slots:
     void aMetafileAlonePassesTheTestAndTheBitmapDecides()
     {
         Window t;
+        t.w.picPhoto->setPicture(patterned(QSize(16, 9)));
         auto *data = new QMimeData;
         data->setData(QStringLiteral("image/x-emf"), QByteArray("not a bitmap"));
         QGuiApplication::clipboard()->setMimeData(data);
+        boxes.answers = {platform::vbNo};
         t.click(QStringLiteral("Paste"));
+        // The metafile passed the test: the picture on the canvas was put in question.
+        QCOMPARE(boxes.size(), 1);
+        QCOMPARE(boxes.first().text, SaveQuestion);
         // No bitmap to take: the canvas is left with no picture.
         QVERIFY(!t.w.picPhoto->hasPicture());
-        QVERIFY(boxes.isEmpty());
     }
 
     void wideDrawingPrintsLandscapeAcrossThePage()

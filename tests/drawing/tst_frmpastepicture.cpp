@@ -47,12 +47,16 @@ private slots:
     void pressBetweenTwoStampsReportsTheOneSelectedBefore()
     {
         frmPastePicture palette;
+        // The stamp of the canvas is the third, not the first that the palette starts on.
+        palette.setSelectedBitmap(palette.Stamp(3).picture);
+        QCOMPARE(palette.SelectedStamp(), qint16(3));
         palette.show();
         QSignalSpy chosen(&palette, &frmPastePicture::NewBitmap);
+        // Between the first and the second stamp.
         palette.Form_MouseDown(1, 0, tw(15), tw(29));
         QCOMPARE(chosen.size(), 1);
-        QCOMPARE(chosen.first().first().value<QImage>().cacheKey(), palette.Stamp(1).picture.cacheKey());
-        QCOMPARE(palette.SelectedStamp(), qint16(1));
+        QCOMPARE(chosen.first().first().value<QImage>().cacheKey(), palette.Stamp(3).picture.cacheKey());
+        QCOMPARE(palette.SelectedStamp(), qint16(3));
     }
 
     void pressOnAStampSelectsAndReportsItAndTheReleaseCloses()

@@ -9,15 +9,21 @@
 #include <database.h>
 #include <errorpolicy.h>
 #include <findingwindows.h>
+#include <frmdrawing.h>
 #include <frmsearchresources.h>
 #include <modglobal.h>
+#include <sqliteconnection.h>
 #include <twips.h>
 
+#include <QApplication>
 #include <QComboBox>
+#include <QDir>
+#include <QFile>
 #include <QFileInfo>
 #include <QLabel>
 #include <QMdiArea>
 #include <QMdiSubWindow>
+#include <QTemporaryDir>
 #include <QTest>
 #include <QTreeWidget>
 
@@ -236,15 +242,109 @@ private slots:
         QVERIFY(frmSearchResources::Ghosted(item));
     }
 
-    void aFirstRowOfAKindWithoutItemFailsWithTheErrorBox()
+    void soundAndVideoRowsMakeNoItemAndLeaveEveryTagAlone()
     {
         testcontent::Builder b;
-        findingcontent::resource(b, 1, 0, u"Χωρίς είδος"_s, QVariant());
+        findingcontent::resource(b, 1, 3, u"Ήχος πρώτος"_s, QVariant());
         findingcontent::resource(b, 2, 2, u"Κείμενο"_s, QVariant());
-        open(b.database());
+        findingcontent::resource(b, 3, 4, u"Βίντεο"_s, QVariant());
+        findingcontent::resource(b, 4, 5, QVariant(), u"Χάρτης"_s);
+        b.row(u"ResTypes"_s, {u"ResTypeID"_s, u"ResType"_s}, {3, u"Ήχος"_s});
+        b.row(u"ResTypes"_s, {u"ResTypeID"_s, u"ResType"_s}, {4, u"Βίντεο"_s});
+        frmSearchResources *search = open(b.database());
+        QVERIFY(m_boxes.isEmpty());
+        QCOMPARE(texts(search->lvwResources), QStringList({u"Κείμενο"_s, u"Χάρτης"_s}));
+        QCOMPARE(frmSearchResources::Tag(search->lvwResources->topLevelItem(0)), u"2"_s);
+        QCOMPARE(frmSearchResources::Tag(search->lvwResources->topLevelItem(1)), u"4"_s);
+        // Picking the sound or the video type lists nothing, and says nothing.
+        choose(search->cmbResType, u"Ήχος"_s);
+        QCOMPARE(search->lvwResources->topLevelItemCount(), 0);
+        choose(search->cmbResType, u"Βίντεο"_s);
+        QCOMPARE(search->lvwResources->topLevelItemCount(), 0);
+        QVERIFY(m_boxes.isEmpty());
+    }
+
+    void aTextListedJustBeforeASoundOpensItselfOnRealContent()
+    {
+        // The Jet test file lists its sound source right after the text 202.
+        QTemporaryDir data;
+        QVERIFY(QDir(data.path()).mkpath(u"piges"_s));
+        QFile text(data.path() + u"/piges/pig01.rtf"_s);
+        QVERIFY(text.open(QIODevice::WriteOnly));
+        text.write("{\\rtf1\\ansi The battle of Marathon.\\par}");
+        text.close();
+        registerStandardViewers();
+        modGlobal::gDataFolder = data.path();
+        frmSearchResources *search = open(
+            content::Database::OpenDatabase(QStringLiteral(TREMIDIA_FIXTURES_DIR "/content-jet4.mdb")));
+        QVERIFY(search);
+        QVERIFY(m_boxes.isEmpty());
+        QVERIFY(!search->FindItem(u"215"_s));
+        QTreeWidgetItem *item = search->FindItem(u"202"_s);
+        QVERIFY(item);
+        QCOMPARE(item->text(0), u"Ιστορίαι, βιβλίο 6 (Ερατώ), 102-117"_s);
+        const qsizetype windows = m_shell->mdiArea()->subWindowList().size();
+        doubleClick(search->lvwResources, item);
+        QVERIFY2(m_boxes.isEmpty(), qPrintable(m_boxes.isEmpty() ? QString() : m_boxes.at(0).text));
+        QCOMPARE(m_shell->mdiArea()->subWindowList().size(), windows + 1);
+        QMdiSubWindow *opened = m_shell->mdiArea()->subWindowList().last();
+        auto *viewer = qobject_cast<SourceViewer *>(opened->widget());
+        QVERIFY(viewer);
+        QCOMPARE(viewer->ResourceID(), 202);
+        QVERIFY(frmSearchResources::Ghosted(item));
+        opened->close();
+        QVERIFY(!frmSearchResources::Ghosted(item));
+        testing::FakeViewer::registerAll();
+    }
+
+    void aResultWhoseFileIsMissingGivesTheBoxAndLeavesNoWindowBehind()
+    {
+        testcontent::Builder b;
+        b.row(u"Resources"_s, {u"ResourceID"_s, u"ResTypeID"_s, u"Caption"_s, u"PicturePath"_s},
+            {1, 1, u"Φωτογραφία"_s, u"lost.jpg"_s});
+        b.textResource(2, u"lost.rtf"_s, u"Κείμενο"_s);
+        b.row(u"Resources"_s, {u"ResourceID"_s, u"ResTypeID"_s, u"Caption"_s, u"PicturePath"_s},
+            {3, 5, u"Χάρτης"_s, u"lost.gif"_s});
+        registerStandardViewers();
+        SourceViewer::setFactory(SourceViewer::Kind::Map, [] { return new frmDrawing; });
+        frmSearchResources *search = open(b.database());
+        QCOMPARE(search->lvwResources->topLevelItemCount(), 3);
+        const auto viewers = [] {
+            QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+            qsizetype count = 0;
+            for (QWidget *widget : QApplication::allWidgets())
+                count += qobject_cast<SourceViewer *>(widget) ? 1 : 0;
+            return count;
+        };
+        const qsizetype before = viewers();
+        const qsizetype windows = m_shell->mdiArea()->subWindowList().size();
+        for (int i = 0; i < 3; ++i) {
+            QTreeWidgetItem *item = search->lvwResources->topLevelItem(i);
+            for (int attempt = 0; attempt < 2; ++attempt) {
+                m_boxes.clear();
+                doubleClick(search->lvwResources, item);
+                QVERIFY2(m_boxes.size() == 1, qPrintable(item->text(0)));
+                QVERIFY2(m_boxes.at(0).text.startsWith(u"Λάθος # "_s), qPrintable(m_boxes.at(0).text));
+                QCOMPARE(m_boxes.at(0).style, 16);
+                QVERIFY(!frmSearchResources::Ghosted(item));
+                QCOMPARE(m_shell->mdiArea()->subWindowList().size(), windows);
+                QCOMPARE(viewers(), before);
+            }
+        }
+        testing::FakeViewer::registerAll();
+    }
+
+    void aFirstLoadThatFailedIsDoneAgainOnTheNextOpening()
+    {
+        // Content without its tables: the boxes cannot be filled.
+        QVERIFY(!open(content::Database::fromConnection(content::sqlite::Connection::openMemory())));
         QCOMPARE(m_boxes.size(), 1);
-        QVERIFY(m_boxes.at(0).text.startsWith(u"Λάθος # 91"_s));
-        QCOMPARE(m_boxes.at(0).style, 16);
+        QVERIFY(!frmSearchResources::instance(false));
+        frmSearchResources *search = open(findingcontent::build());
+        QVERIFY(search);
+        QCOMPARE(m_boxes.size(), 1);
+        QCOMPARE(search->lvwResources->topLevelItemCount(), 14);
+        QVERIFY(search->isVisible());
     }
 
     void aPupilFindsASampleSourceByKeywordAndOpensIt()

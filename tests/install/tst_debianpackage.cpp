@@ -96,6 +96,27 @@ private slots:
         QVERIFY(!depends.contains(QStringLiteral("libreoffice-writer")));
     }
 
+    void everyRunTimePackageIsAskedFor()
+    {
+        // Technicians install with --no-install-recommends: what the program needs at run
+        // time is a dependency, not a recommendation (LibreOffice Writer excepted).
+        const QStringList depends = packageNames(field(QStringLiteral("Depends")));
+        const QStringList recommends = packageNames(field(QStringLiteral("Recommends")));
+        QFile list(QStringLiteral(TREMIDIA_SOURCE_DIR "/tools/packages/run.txt"));
+        QVERIFY(list.open(QIODevice::ReadOnly | QIODevice::Text));
+        for (const QString &line : QString::fromUtf8(list.readAll()).split(u'\n')) {
+            const QString name = line.section(u'#', 0, 0).trimmed();
+            if (name.isEmpty())
+                continue;
+            if (name.startsWith(QStringLiteral("libreoffice-")))
+                QVERIFY2(recommends.contains(name), qPrintable(name));
+            else
+                QVERIFY2(depends.contains(name), qPrintable(name));
+        }
+        for (const char *needed : {"fonts-urw-base35", "qt6-translations-l10n"})
+            QVERIFY2(depends.contains(QString::fromLatin1(needed)), needed);
+    }
+
     void systemSettingsAreTheTechniciansConffile()
     {
         QTemporaryDir control;

@@ -1,6 +1,7 @@
 // "Παράγραφος" and "Κουκίδες": alignment, indents and bullets of the selected paragraphs,
 // with change flags that outlive the dialogs.
 
+#include "../support/bulletink.h"
 #include "notestest.h"
 
 #include <frmbullets.h>
@@ -154,16 +155,20 @@ private slots:
         frmFormat *again = frmFormat::instance(form);
         QVERIFY(again != dialog || again->Text1->text().isEmpty());
         QCOMPARE(again->Text1->text(), QString());
+        again->show();
         Boxes boxes;
         again->cmdOK->click();
         QCOMPARE(boxes.size(), 1);
         QVERIFY2(boxes.first().text.startsWith(QStringLiteral("Λάθος # 13")), qPrintable(boxes.first().text));
-        QVERIFY(again->isVisible() || !again->testAttribute(Qt::WA_WState_ExplicitShowHide) || true);
+        // The failed OK leaves the dialog open, to be filled again.
+        QVERIFY(again->isVisible());
         QCOMPARE(form->notes->SelIndent(), std::optional<int>(0));
-        // Filled again, it goes through.
+        // Filled again, it goes through and closes.
         again->Text1->setText(QStringLiteral("4"));
+        const QPointer<frmFormat> open(again);
         again->cmdOK->click();
         QCOMPARE(form->notes->SelIndent(), std::optional<int>(400));
+        QVERIFY(!open || !open->isVisible());
     }
 
     void bulletsOkWithBothFieldsUntouchedChangesNothing()
@@ -191,6 +196,21 @@ private slots:
         QCOMPARE(form->notes->SelHangingIndent(), std::optional<int>(200));
         QVERIFY(!frmBullets::BulletChanged);
         QVERIFY(!frmBullets::TextChanged);
+    }
+
+    void theBulletIsDrawnWhereItsPositionPutsItAndTheTextBehind()
+    {
+        frmNotes *form = openWithText();
+        frmBullets *dialog = frmBullets::instance(form);
+        dialog->Text1->setText(QStringLiteral("6 mm"));
+        dialog->Text2->setText(QStringLiteral("8 mm"));
+        dialog->cmdOK->click();
+        RichTextBox &notes = *form->notes;
+        const int margin = int(notes.document()->documentMargin());
+        const int bullet = testing::bulletInkLeft(notes, 0) - margin;
+        QVERIFY2(bullet >= 600 / 15 - 1 && bullet <= 600 / 15 + 4, qPrintable(QString::number(bullet)));
+        const QPoint text = notes.PosFromChar(0) - notes.viewport()->geometry().topLeft();
+        QVERIFY(qAbs(text.x() - margin - 1400 / 15.0) <= 1);
     }
 
     void aBulletsFieldTouchedAndCancelledKeepsItsFlag()

@@ -4,7 +4,10 @@
 
 #include <errorpolicy.h>
 
+#include <QApplication>
 #include <QClipboard>
+#include <QComboBox>
+#include <QFontDialog>
 #include <QImage>
 #include <QLineEdit>
 #include <QMimeData>
@@ -14,6 +17,9 @@
 #include <QTemporaryDir>
 #include <QTextBlock>
 #include <QTextDocument>
+#include <QTimer>
+
+#include <functional>
 
 using namespace testing;
 
@@ -566,6 +572,49 @@ private slots:
         QCOMPARE(form->notes->SelStrikeThru(), std::optional<bool>(true));
         QCOMPARE(form->notes->SelUnderline(), std::optional<bool>(true));
         QCOMPARE(form->notes->SelColor(), std::optional<quint32>(0x800000));
+    }
+
+    void theFontDialogHasItsOwnTitleAndOffersTheColour()
+    {
+        NotesShell shell;
+        frmNotes *form = shell.openNotes();
+        form->notes->setText(QStringLiteral("γράμματα"));
+        select(*form->notes, 0, 8);
+        // The title the file dialog was given before stays with the file dialog.
+        form->CMDialog1.DialogTitle = QStringLiteral("Αποθήκευση ως");
+        CommonDialog::setHook({});
+        QString title;
+        QString family;
+        QStringList colours;
+        int tries = 0;
+        std::function<void()> answer = [&] {
+            QFontDialog *dialog = nullptr;
+            for (QWidget *widget : QApplication::topLevelWidgets())
+                if (auto *font = qobject_cast<QFontDialog *>(widget); font && font->isVisible())
+                    dialog = font;
+            if (!dialog) {
+                if (++tries < 100)
+                    QTimer::singleShot(20, answer);
+                return;
+            }
+            title = dialog->windowTitle();
+            family = dialog->currentFont().family();
+            if (auto *box = dialog->findChild<QComboBox *>(QStringLiteral("cmbColor"))) {
+                for (int i = 0; i < box->count(); ++i)
+                    colours << box->itemText(i);
+                box->setCurrentIndex(box->findText(QStringLiteral("Κόκκινο")));
+            }
+            dialog->accept();
+        };
+        QTimer::singleShot(0, answer);
+        modEditor::ChooseFont();
+        QCOMPARE(title, CommonDialog::FontDialogTitle);
+        QCOMPARE(title, QStringLiteral("Γραμματοσειρά"));
+        // The designed "Times New Roman" is chosen as the family that stands in for it.
+        QCOMPARE(family, QFontInfo(QFont(QStringLiteral("Times New Roman"))).family());
+        QCOMPARE(colours.size(), 16);
+        QCOMPARE(colours.first(), QStringLiteral("Μαύρο"));
+        QCOMPARE(form->notes->SelColor(), std::optional<quint32>(0x0000FF));
     }
 };
 

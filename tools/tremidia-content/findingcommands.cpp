@@ -66,9 +66,6 @@ int search(const QStringList &args)
         const finding::SearchList list = finding::Search(*db, criteria);
         for (const finding::SearchListItem &item : list.items)
             out << item.icon << '\t' << item.text << '\t' << item.tag << '\n';
-        out.flush();
-        if (list.failed)
-            finding::throwNoItemError();
     } catch (const platform::RuntimeError &e) {
         out.flush();
         return fail(errorText(e));

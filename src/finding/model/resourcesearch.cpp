@@ -1,7 +1,6 @@
 #include "resourcesearch.h"
 
 #include <database.h>
-#include <runtimeerror.h>
 
 namespace finding {
 
@@ -76,12 +75,8 @@ SearchList SearchListItems(content::Recordset &rs)
                 {QStringLiteral("xartis"), rs.Fields(QStringLiteral("Caption")).text(), QString()});
             break;
         default:
-            break;
-        }
-        // A row of another kind gives its id to the item before it: the list keeps it so.
-        if (list.items.isEmpty()) {
-            list.failed = true;
-            return list;
+            rs.MoveNext();
+            continue;
         }
         list.items.last().tag = rs.Fields(QStringLiteral("ResourceID")).text();
         rs.MoveNext();
@@ -95,12 +90,6 @@ SearchList Search(content::Database &db, const SearchCriteria &criteria)
     SearchList list = SearchListItems(*rs);
     rs->Close();
     return list;
-}
-
-void throwNoItemError()
-{
-    throw platform::RuntimeError(
-        91, QStringLiteral("Η μεταβλητή αντικειμένου ή η μεταβλητή μπλοκ With δεν έχει οριστεί"));
 }
 
 } // namespace finding

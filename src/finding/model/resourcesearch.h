@@ -42,12 +42,11 @@ struct SearchListItem
 inline constexpr QStringView InscriptionBook = u"Inscriptiones Graeca,e, XII 5, 444";
 
 // The list the rows of a search make, in their order. A row of a kind that the list does
-// not show makes no item but gives its id to the item before it; when there is none yet,
-// the list stops there and `failed` is set (the error is noItemError()).
+// not show (sound, video) makes no item and leaves the item before it as it was: real
+// content has such rows, and each item must still open its own source.
 struct SearchList
 {
     QList<SearchListItem> items;
-    bool failed = false;
 };
 
 // Reads `rs` from its first row.
@@ -56,9 +55,6 @@ SearchList SearchListItems(content::Recordset &rs);
 // Runs the query for the criteria on `db` and lists its rows. Query errors are thrown as
 // platform::RuntimeError.
 SearchList Search(content::Database &db, const SearchCriteria &criteria);
-
-// What a row of a kind without item meets when no item stands before it.
-[[noreturn]] void throwNoItemError();
 
 // The width of the list's one column for a list `listWidth` twips wide with `itemCount`
 // items: more than 8 leave room for the scroll bar.

@@ -3,6 +3,7 @@
 #include "contentpath.h"
 #include "richtextbox.h"
 #include "richtextboxunits.h"
+#include "richtextbullets.h"
 #include "richtextpages.h"
 #include "richtextsearch.h"
 #include "rtf.h"
@@ -15,6 +16,7 @@
 #include <QMimeData>
 #include <QPageLayout>
 #include <QPagedPaintDevice>
+#include <QPaintEvent>
 #include <QPainter>
 #include <QScrollBar>
 #include <QTextBlock>
@@ -253,4 +255,15 @@ void RichTextBox::SelPrint(QPagedPaintDevice *device) const
         from = next;
         device->newPage();
     }
+}
+
+void RichTextBox::paintEvent(QPaintEvent *event)
+{
+    QTextEdit::paintEvent(event);
+    // The bullets, at their paragraphs' indents, over what the text edit drew.
+    QPainter painter(viewport());
+    const QPointF offset(-horizontalScrollBar()->value(), -verticalScrollBar()->value());
+    painter.translate(offset);
+    richtextbox::drawBullets(
+        painter, *document(), QRectF(event->rect()).translated(-offset), palette().color(QPalette::Text));
 }

@@ -158,6 +158,7 @@ void RichTextBox::setSelBullet(bool on)
             }
             QTextBlockFormat format = edit.blockFormat();
             format.setProperty(richtext::ListFirstLineIndentProperty, 0);
+            richtext::hideListMarker(format);
             setIndents(format, indent, hanging);
             edit.setBlockFormat(format);
         } else if (!on && block.textList()) {
@@ -168,6 +169,7 @@ void RichTextBox::setSelBullet(bool on)
             QTextBlockFormat format = edit.blockFormat();
             format.setObjectIndex(-1);
             format.clearProperty(richtext::ListFirstLineIndentProperty);
+            richtext::showListMarker(format);
             format.setIndent(0);
             setIndents(format, indent, hanging);
             edit.setBlockFormat(format);

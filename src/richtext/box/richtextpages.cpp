@@ -1,5 +1,7 @@
 #include "richtextpages.h"
 
+#include "richtextbullets.h"
+
 #include <QAbstractTextDocumentLayout>
 #include <QPaintDevice>
 #include <QPainter>
@@ -110,6 +112,7 @@ int PageLayout::formatRange(QPainter *painter, const QRectF &rectTwips, int from
         context.clip = clip.adjusted(0, 0.5, 0, -0.5);
         context.palette.setColor(QPalette::Text, Qt::black);
         layout->draw(painter, context);
+        drawBullets(*painter, *m_document, clip, Qt::black);
         painter->restore();
     }
     return next;

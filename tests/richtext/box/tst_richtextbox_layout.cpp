@@ -1,8 +1,10 @@
 // RichTextBox on screen and on paper: line counts, points and places, files, printing.
 
+#include "../../support/bulletink.h"
 #include "richtextboxtesthelpers.h"
 
 #include <richtextbox.h>
+#include <richtextpages.h>
 #include <runtimeerror.h>
 
 #include <QAbstractTextDocumentLayout>
@@ -123,6 +125,39 @@ private slots:
         box.setSelHangingIndent(400);
         QVERIFY(qAbs(xOf(second) - 1000 / 15.0) <= 1);
         QCOMPARE(box.SelIndent(), std::optional<int>(600));
+        // The bullet is drawn at the indent, not just before the text.
+        const int bullet = testing::bulletInkLeft(box, second) - int(box.document()->documentMargin());
+        QVERIFY2(bullet >= 600 / 15 - 1 && bullet <= 600 / 15 + 4, qPrintable(QString::number(bullet)));
+        // A wider hanging indent moves the text, and the bullet stays.
+        box.setSelHangingIndent(1200);
+        QVERIFY(qAbs(xOf(second) - 1800 / 15.0) <= 1);
+        QCOMPARE(testing::bulletInkLeft(box, second) - int(box.document()->documentMargin()), bullet);
+    }
+
+    void thePrintedBulletStandsAtTheIndentToo()
+    {
+        RichTextBox box;
+        box.resize(400, 300);
+        box.setText(u"Μία παράγραφος με κουκίδα."_s);
+        box.setSelStart(0);
+        box.setSelBullet(true);
+        box.setSelIndent(600);
+        box.setSelHangingIndent(900);
+        // A page at 300 dots per inch: 1440 twips to the inch.
+        QImage page(1500, 600, QImage::Format_RGB32);
+        page.setDotsPerMeterX(11811);
+        page.setDotsPerMeterY(11811);
+        page.fill(Qt::white);
+        richtextbox::PageLayout pages(*box.document(), &page, 6 * 1440);
+        QPainter painter(&page);
+        pages.formatRange(&painter, QRectF(0, 0, 6 * 1440, 2 * 1440), 0, true);
+        painter.end();
+        // The bullet stands at the indent and the text at the hanging indent from it, in
+        // whatever scale the page lays the indents out.
+        const int bullet = testing::inkLeft(page, 0, 150, page.width());
+        const int text = testing::inkLeft(page, 0, 150, page.width(), bullet + 20);
+        QVERIFY2(bullet > 0 && qAbs(bullet - text * 600.0 / 1500) <= 6,
+            qPrintable(QString::number(bullet) + u" "_s + QString::number(text)));
     }
 
     void getLineFromCharCountsWrappedLines()

@@ -34,10 +34,15 @@ PicPhoto::~PicPhoto() = default;
 
 void PicPhoto::setPicture(const QImage &picture)
 {
-    if (!picture.isNull() && picture.format() != QImage::Format_RGB32)
-        m_picture = picture.convertToFormat(QImage::Format_RGB32);
-    else
+    if (!picture.isNull() && picture.format() != QImage::Format_RGB32) {
+        QImage converted = picture.convertToFormat(QImage::Format_RGB32);
+        // No room for the converted copy: the canvas keeps what it had.
+        if (converted.isNull())
+            drawing::throwOutOfMemory();
+        m_picture = converted;
+    } else {
         m_picture = picture;
+    }
     if (m_picture.isNull()) {
         m_image = drawing::blankImage(size(), BackColor);
     } else {

@@ -316,7 +316,7 @@ void frmDrawing::showMouseError(const std::exception &error)
     if (number == drawing::OutOfMemory) {
         m_mouseIsDown = false;
         m_strokeAbandoned = true;
-        picPhoto->setPicture(picPhoto->Picture());
+        platform::resumeNext([this] { picPhoto->setPicture(picPhoto->Picture()); });
         platform::showRuntimeError(number, description);
         return;
     }

@@ -3,6 +3,7 @@
 #include "mouseargs.h"
 #include "rubberband.h"
 
+#include <errorpolicy.h>
 #include <programbitmaps.h>
 #include <twips.h>
 
@@ -158,7 +159,9 @@ void PicPhoto::paintEvent(QPaintEvent *event)
 void PicPhoto::resizeEvent(QResizeEvent *event)
 {
     QWidget::resizeEvent(event);
-    fitImage();
+    // A canvas too large for the memory left keeps the backing image it had; what lies
+    // beyond it stays blank.
+    platform::resumeNext([this] { fitImage(); });
     Line1->setGeometry(rect());
     Shape1->setGeometry(rect());
 }

@@ -4,6 +4,11 @@ A map projects the outlines of geo.py (plate carrée, shrunk east-west by the
 cosine of the middle latitude, as school atlases of the region do), paints sea
 and land, and sets its Greek labels by hand-chosen offsets so that none of
 them covers another.
+
+Maps are for pupils to colour in the painter: the sea, each island and each
+land is one flat colour, with no gradients, blurs or wave marks, so that the
+fill bucket takes a whole sea or a whole island at once. Only the edges are
+anti-aliased.
 """
 
 import math
@@ -36,12 +41,10 @@ class Map:
     # painting --------------------------------------------------------------
     def sea(self):
         s = self.s
-        g = s.radial("mapsea", [(0, MAP_SEA), (1, MAP_SEA_DEEP)], r=0.8)
-        s.rect(0, 0, s.w, s.h, fill=g)
+        s.rect(0, 0, s.w, s.h, fill=MAP_SEA)
 
-    def land(self, names=None, fill=MAP_LAND, extra=None, continent=True, shallows=True,
-             fills=None):
-        """Coasts first with a pale band of shallows, then the land over them."""
+    def land(self, names=None, fill=MAP_LAND, extra=None, continent=True, fills=None):
+        """The land, each piece one colour, with a thin coastline."""
         s = self.s
         fills = fills or {}
         polys = []
@@ -54,9 +57,6 @@ class Map:
         # the continent keeps its gulfs only with a looser curve
         paths = [(n, smooth([self.px(*q) for q in p], tension=0.45 if n else 0.25))
                  for n, p in polys]
-        if shallows:
-            for n, d in paths:
-                s.path(d, fill="none", stroke="#d3e8f1", stroke_width=7, stroke_linejoin="round")
         for n, d in paths:
             s.path(d, fill=fills.get(n, fill), stroke=MAP_LAND_EDGE, stroke_width=1.1,
                    stroke_linejoin="round")
@@ -103,10 +103,9 @@ class Map:
                    stroke="#c0392b", stroke_width=1.6, stroke_linecap="round")
 
     def relief(self, lon, lat, rx, ry, color=MAP_HILL):
-        """A soft patch of high ground."""
+        """A patch of high ground, in one colour."""
         x, y = self.px(lon, lat)
-        b = self.s.blur("reliefblur", 5)
-        self.s.ellipse(x, y, rx, ry, fill=color, opacity=0.9, filter=b)
+        self.s.ellipse(x, y, rx, ry, fill=color)
         for i in range(3):
             self.s.path(f"M{fmt(x - rx * 0.5 + i * rx * 0.4)},{fmt(y + 4)} l{fmt(rx * 0.15)},-9 l{fmt(rx * 0.15)},9",
                         fill="none", stroke="#9c8450", stroke_width=1.2)
@@ -181,14 +180,6 @@ class Map:
     def frame(self):
         frame(self.s, color="#5a4630", width=3)
 
-    def waves(self, count=60):
-        import random
-        rnd = random.Random(self.seed)
-        s = self.s
-        for _ in range(count):
-            x, y = rnd.uniform(0, s.w), rnd.uniform(0, s.h)
-            s.path(f"M{fmt(x)},{fmt(y)} q5,-3 10,0 q5,3 10,0", fill="none", stroke="#ffffff",
-                   stroke_width=0.9, opacity=0.35)
 
 
 # The maps ------------------------------------------------------------------------
@@ -196,7 +187,6 @@ class Map:
 def cyclades(w, h):
     m = Map(w, h, 23.9, 26.15, 36.12, 38.1, seed=4)
     m.sea()
-    m.waves(50)
     m.land()
     for name, dx, dy in [
         ("Άνδρος", 36, -6), ("Τήνος", 42, 0), ("Μύκονος", 48, 6), ("Δήλος", 6, 20),
@@ -238,7 +228,6 @@ def _point(m, name, dx, dy, kind="dot", size=13, **kw):
 def aegean_bronze_age(w, h):
     m = Map(w, h, 20.6, 29.4, 34.45, 41.0, seed=5)
     m.sea()
-    m.waves(60)
     tint = {n: "#fbe7a6" for n in geo.CYCLADES}
     tint["Κρήτη"] = "#f6c9a0"
     paths = m.land(fill=MAP_LAND, fills=tint)
@@ -273,7 +262,6 @@ def aegean_bronze_age(w, h):
 def obsidian_routes(w, h):
     m = Map(w, h, 20.8, 27.8, 34.7, 40.2, seed=6)
     m.sea()
-    m.waves(50)
     m.land(fills={"Μήλος": "#1f1a17"})
     milos = (24.43, 36.71)
     targets = [("Σπήλαιο Φράγχθι", (23.12, 37.42), -0.2, -9, 4),
@@ -311,7 +299,6 @@ def obsidian_routes(w, h):
 def crete_palaces(w, h):
     m = Map(w, h, 23.35, 26.5, 34.55, 35.95, seed=7)
     m.sea()
-    m.waves(40)
     m.land()
     for lon, lat, rx, ry in [(24.02, 35.3, 55, 26), (24.8, 35.22, 50, 26), (25.5, 35.12, 46, 22)]:
         m.relief(lon, lat, rx, ry)
@@ -363,13 +350,11 @@ SANTORINI = {
 def thera_caldera(w, h):
     m = Map(w, h, 25.3, 25.52, 36.325, 36.485, seed=8)
     m.sea()
-    m.waves(40)
     s = m.s
     # the drowned crater: darker water inside the ring
     ring = [(25.36, 36.45), (25.41, 36.458), (25.428, 36.415), (25.415, 36.376),
             (25.37, 36.362), (25.35, 36.395)]
-    deep = s.radial("caldera", [(0, "#2f6f99"), (1, "#5b98bf")], r=0.6)
-    s.path(smooth([m.px(*p) for p in ring]), fill=deep, opacity=0.9)
+    s.path(smooth([m.px(*p) for p in ring]), fill="#4f8db8")
     fills = {"Νέα Καμένη": "#4a3f3a", "Παλαιά Καμένη": "#4a3f3a"}
     m.land(names=[], continent=False, extra=list(SANTORINI.items()), fills=fills)
     # the cliffs of the caldera: a red-brown band along the inner coast
@@ -400,7 +385,6 @@ def thera_caldera(w, h):
 def delian_league(w, h):
     m = Map(w, h, 20.6, 29.4, 34.6, 41.1, seed=9)
     m.sea()
-    m.waves(60)
     member = "#f2b3a0"
     fills = {n: member for n in geo.CYCLADES}
     for n in ["Εύβοια", "Λέσβος", "Χίος", "Σάμος", "Ρόδος", "Κως", "Ικαρία", "Λήμνος",
@@ -458,17 +442,15 @@ def delian_league(w, h):
 def eruption_ash(w, h):
     m = Map(w, h, 19.5, 36.5, 29.6, 41.3, seed=10)
     m.sea()
-    m.waves(70)
     m.land()
     s = m.s
     thera = m.px(25.4, 36.4)
     # the plume: a fan of grey blown east and south-east by the winds of the day
     fan = [(25.2, 36.55), (26.5, 37.3), (28.5, 37.6), (30.5, 37.1), (31.5, 36.0), (30.0, 34.6),
            (27.5, 34.4), (25.8, 35.1), (25.25, 36.2)]
-    blur = s.blur("ashblur", 10)
-    s.path(smooth([m.px(*p) for p in fan]), fill="#6f6a66", opacity=0.5, filter=blur)
+    s.path(smooth([m.px(*p) for p in fan]), fill="#6f6a66", opacity=0.5)
     core = [(25.3, 36.5), (27.0, 36.95), (29.0, 36.6), (29.4, 35.8), (27.5, 35.2), (25.6, 35.7)]
-    s.path(smooth([m.px(*p) for p in core]), fill="#5a5552", opacity=0.35, filter=blur)
+    s.path(smooth([m.px(*p) for p in core]), fill="#5a5552", opacity=0.35)
     m.volcano(25.4, 36.4, size=11)
     m.label("Θήρα", 25.4, 36.4, -16, 4, size=15, weight="bold", anchor="end")
     for name, lon, lat, dx, dy, size in [

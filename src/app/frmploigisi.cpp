@@ -267,6 +267,10 @@ void frmPloigisi::TreeView1_NodeClick(QTreeWidgetItem *node)
 
 void frmPloigisi::cmdGo_Click()
 {
+    // The windows the present tiles opened go first: one that keeps the pupil's work
+    // (a question cancelled) keeps the activity, its tiles and the tree as they are.
+    if (ShellWindow *shell = ShellWindow::existing(); shell && !shell->QueryUnloadResources())
+        return;
     if (QTreeWidgetItem *selected = TreeView1->currentItem()) {
         if (!selected->parent())
             throw platform::RuntimeError(91, QStringLiteral("Δεν έχει οριστεί μεταβλητή αντικειμένου"));

@@ -110,12 +110,9 @@ void MDIForm1::buildMenu()
     mnuPrev = mnuFile->addAction(QStringLiteral("Επιστροφή"));
     mnuFile->addSeparator();
     mnuExit = mnuFile->addAction(QStringLiteral("&Έξοδος"));
-    connect(mnuPrev, &QAction::triggered, this, [this] {
-        platform::guarded([this] {
-            showStartScreen();
-            close();
-        });
-    });
+    // Going back is the shell's closing, which shows the start screen once every child
+    // window has agreed to go; a refusal leaves the shell as it was.
+    connect(mnuPrev, &QAction::triggered, this, [this] { platform::guarded([this] { close(); }); });
     connect(mnuExit, &QAction::triggered, this, [this] { close(); });
 
     mnumousia = bar->addMenu(QStringLiteral("Μουσεία"));
@@ -236,11 +233,11 @@ void MDIForm1::showChild(ChildWindow which, bool centred)
 void MDIForm1::TlbMain_ButtonClick(const QString &key)
 {
     if (key == u"first" || key == u"prev") {
-        showStartScreen();
         close();
     } else if (key == u"exit") {
-        close();
-        modGlobal::End();
+        // The program ends only when every child window let the shell go.
+        if (close())
+            modGlobal::End();
     } else if (key == u"Search") {
         if (QWidget *index = childWindow(ChildWindow::Index, true))
             modGlobal::CenterAndShow(index);

@@ -67,6 +67,7 @@ public:
     void setSelectedActivity(qint32 activityID) override;
     void LoadResources() override;
     void UnloadResources() override;
+    bool QueryUnloadResources() override;
     void setToggleChecked(Toggle toggle, bool checked) override;
 
     // The activity shown and its tiles (tile i is Tiles().at(i - 1)).

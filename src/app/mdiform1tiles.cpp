@@ -96,6 +96,18 @@ void MDIForm1::ArrangeTiles()
     }
 }
 
+bool MDIForm1::QueryUnloadResources()
+{
+    for (int i = 1; i <= m_resourceCount; ++i) {
+        frmSmallButton *tile = m_tiles.value(i - 1);
+        if (!tile || !tile->SourceOpen() || !tile->SourceForm())
+            continue;
+        if (!tile->SourceForm()->Unload() && tile->SourceOpen())
+            return false;
+    }
+    return true;
+}
+
 void MDIForm1::UnloadResources()
 {
     for (int i = 1; i <= m_resourceCount; ++i) {

@@ -4,6 +4,7 @@
 #include "drawingtools.h"
 #include "frmdrawingtext.h"
 #include "picphoto.h"
+#include "picturedata.h"
 #include "rubberband.h"
 
 #include <errorpolicy.h>
@@ -26,8 +27,6 @@ namespace {
 // margin an empty canvas keeps inside its container; in twips.
 constexpr int ScrollRoom = 255;
 constexpr int CanvasMargin = 150;
-// Scroll bar values are 16-bit: a larger one is refused and the old one stays.
-constexpr int ScrollLimit = 32767;
 // The size the window opens at, in twips.
 constexpr int DesignWidth = 9600;
 constexpr int DesignHeight = 6600;
@@ -100,14 +99,6 @@ constexpr CommandRow kCommandRows[] = {
 QString text(const char16_t *s)
 {
     return QString::fromUtf16(s);
-}
-
-// One property of a scroll bar, refused beyond the 16-bit range.
-template<typename Setter> void setScrollProperty(int value, Setter setter)
-{
-    if (value > ScrollLimit || value < -ScrollLimit - 1)
-        return;
-    setter(value);
 }
 
 // The shell's check mark of the drawing window; a drawing window never brings the shell
@@ -276,9 +267,9 @@ void frmDrawing::SetScrollBars()
                 pixelsFromTwipsY(twipsFromPixelsY(height()) - ScrollRoom), pixelsFromTwipsX(containerWidth),
                 pixelsFromTwipsY(ScrollRoom));
             HS->setValue(0);
-            setScrollProperty(
-                picPhoto->Width() - containerWidth + CanvasMargin, [&](int v) { HS->setMaximum(v); });
-            setScrollProperty(containerWidth / 3, [&](int v) { HS->setPageStep(v); });
+            // Twips of any map: a scan thousands of pixels across scrolls to its far edge.
+            HS->setRange(0, picPhoto->Width() - containerWidth + CanvasMargin);
+            HS->setPageStep(containerWidth / 3);
             HS->setSingleStep(platform::TwipsPerPixelX);
             if (HS->pageStep() == 0)
                 HS->setPageStep(HS->singleStep());
@@ -293,9 +284,9 @@ void frmDrawing::SetScrollBars()
             VS->setGeometry(pixelsFromTwipsX(containerLeft + containerWidth), pixelsFromTwipsY(containerTop),
                 pixelsFromTwipsX(ScrollRoom), pixelsFromTwipsY(containerHeight));
             VS->setValue(0);
-            setScrollProperty(
-                picPhoto->Height() - containerHeight + CanvasMargin, [&](int v) { VS->setMaximum(v); });
-            setScrollProperty(containerHeight / 3, [&](int v) { VS->setPageStep(v); });
+            // Twips of any map: a scan thousands of pixels across scrolls to its far edge.
+            VS->setRange(0, picPhoto->Height() - containerHeight + CanvasMargin);
+            VS->setPageStep(containerHeight / 3);
             VS->setSingleStep(platform::TwipsPerPixelY);
             if (VS->pageStep() == 0)
                 VS->setPageStep(VS->singleStep());
@@ -324,12 +315,22 @@ void frmDrawing::showMouseError(const std::exception &error)
         number = runtime->number();
         description = runtime->description();
     }
+    // A picture too large to draw on is not the tool's failure but the program's: it
+    // gets the program's error box, and the picture stays as it was.
+    if (number == drawing::OutOfMemory) {
+        m_mouseIsDown = false;
+        m_strokeAbandoned = true;
+        platform::resumeNext([this] { picPhoto->setPicture(picPhoto->Picture()); });
+        platform::showRuntimeError(number, description);
+        return;
+    }
     platform::MsgBox(QString::number(number) + QStringLiteral("\r\n") + description, platform::vbOKOnly);
 }
 
 void frmDrawing::picPhoto_MouseDown(int, int, double x, double y)
 {
     try {
+        m_strokeAbandoned = false;
         m_mouseIsDown = true;
         m_undoPicture = picPhoto->Picture();
         if (DrawingTool *tool = m_tools.at(size_t(m_currentTool)).get())
@@ -354,6 +355,10 @@ void frmDrawing::picPhoto_MouseMove(int, int, double x, double y)
 void frmDrawing::picPhoto_MouseUp(int, int, double x, double y)
 {
     try {
+        if (m_strokeAbandoned) {
+            m_strokeAbandoned = false;
+            return;
+        }
         if (m_currentTool != FloodFill) {
             if (DrawingTool *tool = m_tools.at(size_t(m_currentTool)).get())
                 tool->release(x, y);
@@ -375,9 +380,12 @@ void frmDrawing::picPhoto_OLEDragDrop(const QMimeData *data)
 {
     if (!data || !data->hasImage())
         return;
+    const QImage dropped = drawing::pictureFromMimeData(data, QStringLiteral("Μεταφορά"));
+    if (dropped.isNull())
+        return;
     if (!QuerySave())
         return;
-    picPhoto->setPicture(qvariant_cast<QImage>(data->imageData()));
+    picPhoto->setPicture(dropped);
     SetScrollBars();
 }
 

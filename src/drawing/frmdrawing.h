@@ -108,7 +108,7 @@ public:
     void ShowPaletteDropdown(const QString &key);
 
     // True when the caller may go on and lose the present picture: asks whether to save
-    // first when there is one.
+    // first when there is one. "Yes" goes on only when the save wrote the file.
     bool QuerySave();
     // True when the picture differs from the one last opened, saved or answered for.
     bool PictureChangedSinceKept() const;
@@ -138,8 +138,9 @@ private:
     void NewDrawing();
     void OpenCommand();
     void OpenDrawing();
-    void SaveDrawing();
-    void SaveDrawingAs();
+    // True when the file was written.
+    bool SaveDrawing();
+    bool SaveDrawingAs();
     void CopyDrawing();
     void PasteDrawing();
     void PrintDrawing();
@@ -152,6 +153,7 @@ private:
     QString m_pictureFileName;
     QString m_mapPath; // the map's file, for a map's window
     bool m_mouseIsDown = false;
+    bool m_strokeAbandoned = false; // the memory ran out during this stroke
     QImage m_initialPicture;
     QImage m_keptPicture; // as last opened, saved, or let go by the pupil's answer
     QImage m_undoPicture;

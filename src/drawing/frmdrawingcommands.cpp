@@ -6,6 +6,7 @@
 #include "drawingtoolbar.h"
 #include "frmpastepicture.h"
 #include "picphoto.h"
+#include "picturedata.h"
 
 #include <errorpolicy.h>
 #include <frmborderwidth.h>
@@ -63,7 +64,7 @@ bool hasPictureFormat(const QMimeData *data)
     if (data->hasImage())
         return true;
     for (const QString &format : data->formats()) {
-        if (format == u"image/svg+xml" || format == u"image/x-emf" || format == u"image/x-wmf"
+        if (format.startsWith(QStringLiteral("image/"))
             || format.contains(QStringLiteral("Metafile"), Qt::CaseInsensitive))
             return true;
     }
@@ -79,11 +80,10 @@ bool frmDrawing::QuerySave()
     const int answer = platform::MsgBox(QStringLiteral("Θέλετε να αποθηκεύσετε την εικόνα")
             + QStringLiteral("\r\n") + QStringLiteral("πριν συνεχίσετε"),
         platform::vbYesNoCancel | platform::vbQuestion, QStringLiteral("Αποθήκευση"));
-    if (answer == platform::vbYes) {
-        SaveDrawing();
-        if (cmD.FileName.isEmpty())
-            return false;
-    }
+    // A "Yes" whose save wrote nothing (the dialog cancelled, the writing failed) keeps
+    // the picture as a cancel would: going on would lose it.
+    if (answer == platform::vbYes)
+        return SaveDrawing();
     if (answer == platform::vbNo)
         Recovery->discarded();
     return answer != platform::vbCancel;
@@ -130,22 +130,22 @@ void frmDrawing::OpenDrawing()
     }
 }
 
-void frmDrawing::SaveDrawing()
+bool frmDrawing::SaveDrawing()
 {
     try {
-        if (m_pictureFileName.isEmpty()) {
-            SaveDrawingAs();
-        } else {
-            SavePicture(picPhoto->Picture(), m_pictureFileName);
-            m_keptPicture = picPhoto->Picture();
-            Recovery->saved();
-        }
+        if (m_pictureFileName.isEmpty())
+            return SaveDrawingAs();
+        SavePicture(picPhoto->Picture(), m_pictureFileName);
+        m_keptPicture = picPhoto->Picture();
+        Recovery->saved();
+        return true;
     } catch (const std::exception &) {
         critical(QStringLiteral("Υπάρχει πρόβλημα στην αποθήκευση της εικόνας."));
     }
+    return false;
 }
 
-void frmDrawing::SaveDrawingAs()
+bool frmDrawing::SaveDrawingAs()
 {
     try {
         cmD.CancelError = true;
@@ -158,16 +158,21 @@ void frmDrawing::SaveDrawingAs()
         SavePicture(picPhoto->Picture(), m_pictureFileName);
         m_keptPicture = picPhoto->Picture();
         Recovery->saved();
+        return true;
     } catch (const platform::RuntimeError &e) {
         if (!isCancel(e))
             critical(QStringLiteral("Υπάρχει πρόβλημα στην αποθήκευση της εικόνας."));
     } catch (const std::exception &) {
         critical(QStringLiteral("Υπάρχει πρόβλημα στην αποθήκευση της εικόνας."));
     }
+    return false;
 }
 
 void frmDrawing::CopyDrawing()
 {
+    // An empty canvas has nothing to give: the clipboard keeps what it holds.
+    if (!picPhoto->hasPicture())
+        return;
     QClipboard *clipboard = QGuiApplication::clipboard();
     clipboard->clear();
     clipboard->setImage(picPhoto->Picture());
@@ -178,9 +183,14 @@ void frmDrawing::PasteDrawing()
     QClipboard *clipboard = QGuiApplication::clipboard();
     if (!hasPictureFormat(clipboard->mimeData()))
         return;
+    // Only a bitmap that decodes replaces the picture, and it is read before the
+    // question, so that nothing is asked for data that would change nothing.
+    const QImage pasted = drawing::pictureFromMimeData(clipboard->mimeData(), QStringLiteral("Πρόχειρο"));
+    if (pasted.isNull())
+        return;
     if (!QuerySave())
         return;
-    picPhoto->setPicture(clipboard->image());
+    picPhoto->setPicture(pasted);
     m_initialPicture = picPhoto->Picture();
     SetScrollBars();
 }

@@ -3,6 +3,7 @@
 #include "mouseargs.h"
 #include "rubberband.h"
 
+#include <errorpolicy.h>
 #include <programbitmaps.h>
 #include <twips.h>
 
@@ -34,10 +35,15 @@ PicPhoto::~PicPhoto() = default;
 
 void PicPhoto::setPicture(const QImage &picture)
 {
-    if (!picture.isNull() && picture.format() != QImage::Format_RGB32)
-        m_picture = picture.convertToFormat(QImage::Format_RGB32);
-    else
+    if (!picture.isNull() && picture.format() != QImage::Format_RGB32) {
+        QImage converted = picture.convertToFormat(QImage::Format_RGB32);
+        // No room for the converted copy: the canvas keeps what it had.
+        if (converted.isNull())
+            drawing::throwOutOfMemory();
+        m_picture = converted;
+    } else {
         m_picture = picture;
+    }
     if (m_picture.isNull()) {
         m_image = drawing::blankImage(size(), BackColor);
     } else {
@@ -153,7 +159,9 @@ void PicPhoto::paintEvent(QPaintEvent *event)
 void PicPhoto::resizeEvent(QResizeEvent *event)
 {
     QWidget::resizeEvent(event);
-    fitImage();
+    // A canvas too large for the memory left keeps the backing image it had; what lies
+    // beyond it stays blank.
+    platform::resumeNext([this] { fitImage(); });
     Line1->setGeometry(rect());
     Shape1->setGeometry(rect());
 }

@@ -32,7 +32,8 @@ public:
     RubberShape *const Shape1;
 
     // The committed picture; a null image is "no picture". A picture sizes the canvas
-    // to itself; no picture leaves the size and gives a blank backing image.
+    // to itself; no picture leaves the size and gives a blank backing image. A picture
+    // that finds no memory for the canvas's format raises the out-of-memory error.
     const QImage &Picture() const { return m_picture; }
     void setPicture(const QImage &picture);
     bool hasPicture() const { return !m_picture.isNull(); }

@@ -1,6 +1,7 @@
 #include "surface.h"
 
 #include <hatchbrush.h>
+#include <runtimeerror.h>
 
 #include <QPainter>
 
@@ -33,10 +34,20 @@ bool Brush::covers(int x, int y) const
 
 namespace {
 
+// Gives the picture pixels of its own in the canvas's format before anything is drawn.
+// A picture shares its pixels until the first stroke, which copies them; a copy that
+// finds no memory leaves a null image, and that is the out-of-memory error rather than
+// a write through a null row.
 void ensureFormat(QImage &image)
 {
+    if (image.isNull())
+        return;
     if (image.format() != QImage::Format_RGB32)
         image = image.convertToFormat(QImage::Format_RGB32);
+    if (!image.isNull())
+        image.detach();
+    if (image.isNull())
+        throwOutOfMemory();
 }
 
 // Paints the pixels x0..x1 of row y that the brush covers, clipped to the picture.
@@ -363,8 +374,15 @@ void drawText(QImage &image, int x, int y, const QFont &font, quint32 color, con
 QImage blankImage(QSize size, quint32 color)
 {
     QImage image(size.expandedTo(QSize(1, 1)), QImage::Format_RGB32);
+    if (image.isNull())
+        throwOutOfMemory();
     image.fill(rgbOf(color));
     return image;
+}
+
+void throwOutOfMemory()
+{
+    throw platform::RuntimeError(OutOfMemory, QStringLiteral("Η μνήμη δεν επαρκεί"));
 }
 
 } // namespace drawing

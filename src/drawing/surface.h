@@ -73,7 +73,12 @@ qint64 pointColor(const QImage &image, int x, int y);
 // the background as it is.
 void drawText(QImage &image, int x, int y, const QFont &font, quint32 color, const QString &text);
 
-// A picture in the canvas's own format, of the colour given.
+// A picture in the canvas's own format, of the colour given. Raises the out-of-memory
+// error when there is no room for it.
 QImage blankImage(QSize size, quint32 color);
+
+// The platform's error 7: a picture too large for the memory left.
+inline constexpr int OutOfMemory = 7;
+[[noreturn]] void throwOutOfMemory();
 
 } // namespace drawing

@@ -32,6 +32,10 @@ public:
     virtual void setSelectedActivity(qint32 activityID) = 0;
     virtual void LoadResources() = 0;
     virtual void UnloadResources() = 0;
+    // Before the tiles go: closes the windows they opened, each through its own closing.
+    // False when one stayed open to keep the pupil's work (its question was cancelled);
+    // then the activity, its tiles and the windows left stay as they are.
+    virtual bool QueryUnloadResources() { return true; }
 
     // The three toggles of the "Προβολή" menu, kept in step by their windows.
     enum class Toggle { StudNotes, Catalogue, Draw };

@@ -10,12 +10,108 @@
 
 #include <QApplication>
 #include <QClipboard>
+#include <QDateTime>
 #include <QDir>
+#include <QFileInfo>
 #include <QMimeData>
+#include <QPointer>
 #include <QStandardPaths>
 #include <QTemporaryDir>
+#include <QTimer>
+
+#include <algorithm>
 
 namespace exporttoword {
+
+namespace {
+
+// A copy of the note handed to the word processor: its private folder, the process that
+// was started on it, and when.
+struct HandedCopy
+{
+    QString folder;
+    qint64 pid = 0;
+    QDateTime handed;
+};
+
+struct HandedCopies
+{
+    QList<HandedCopy> copies;
+    QPointer<QTimer> sweeper;
+    std::chrono::milliseconds grace {10000};
+};
+
+HandedCopies &handed()
+{
+    static HandedCopies state;
+    return state;
+}
+
+bool processRuns(qint64 pid)
+{
+    return pid > 0 && QFileInfo::exists(QStringLiteral("/proc/%1").arg(pid));
+}
+
+void removeFolder(const QString &folder)
+{
+    QDir(folder).removeRecursively();
+}
+
+// Looked at now and then while copies are out: the process started on a copy ends once
+// the word processor has read it (a running Writer takes the file over and lets the
+// starter go; a Writer started anew ends when the pupil closes it). The grace lets a
+// slow reader finish.
+void sweep()
+{
+    HandedCopies &state = handed();
+    const QDateTime now = QDateTime::currentDateTimeUtc();
+    for (qsizetype i = state.copies.size() - 1; i >= 0; --i) {
+        const HandedCopy &copy = state.copies.at(i);
+        if (copy.pid > 0 && !processRuns(copy.pid) && copy.handed.msecsTo(now) >= state.grace.count()) {
+            removeFolder(copy.folder);
+            state.copies.removeAt(i);
+        }
+    }
+    if (state.copies.isEmpty() && state.sweeper)
+        state.sweeper->stop();
+}
+
+void keep(const QString &folder, qint64 pid)
+{
+    HandedCopies &state = handed();
+    // Whatever is still out goes with the program.
+    static const bool removedAtTheEnd = (qAddPostRoutine(removeHandedCopies), true);
+    Q_UNUSED(removedAtTheEnd);
+    state.copies.append({folder, pid, QDateTime::currentDateTimeUtc()});
+    if (!state.sweeper && QCoreApplication::instance()) {
+        state.sweeper = new QTimer(QCoreApplication::instance());
+        QObject::connect(state.sweeper, &QTimer::timeout, state.sweeper, [] { sweep(); });
+    }
+    if (state.sweeper && !state.sweeper->isActive())
+        state.sweeper->start(std::max<qint64>(1000, state.grace.count() / 2));
+}
+
+} // namespace
+
+void removeHandedCopies()
+{
+    HandedCopies &state = handed();
+    for (const HandedCopy &copy : std::as_const(state.copies))
+        removeFolder(copy.folder);
+    state.copies.clear();
+    if (state.sweeper)
+        state.sweeper->stop();
+}
+
+int handedCopies()
+{
+    return int(handed().copies.size());
+}
+
+void setReadGrace(std::chrono::milliseconds grace)
+{
+    handed().grace = grace;
+}
 
 void copyRichText(const QByteArray &rtf, const QString &plainText)
 {
@@ -38,10 +134,18 @@ bool openInWordProcessor(const QByteArray &rtf)
         return false;
     folder.setAutoRemove(false);
     const QString file = folder.filePath(QStringLiteral("Σημειωματάριο.rtf"));
-    if (!platform::resumeNext([&] { richtext::writeFileWhole(file, rtf); }))
+    if (!platform::resumeNext([&] { richtext::writeFileWhole(file, rtf); })) {
+        removeFolder(folder.path());
         return false;
+    }
     // "-n" opens the file as a template: a new untitled document with its content.
-    return platform::launchDetached(program, {QStringLiteral("-n"), file}).started;
+    const platform::LaunchResult launched = platform::launchDetached(program, {QStringLiteral("-n"), file});
+    if (!launched.started) {
+        removeFolder(folder.path());
+        return false;
+    }
+    keep(folder.path(), launched.pid);
+    return true;
 }
 
 } // namespace exporttoword

@@ -381,7 +381,8 @@ void frmNotes::closeEvent(QCloseEvent *event)
 void frmNotes::Form_Unload(int &Cancel)
 {
     // The question has no cancel: the window closes whatever the answer, unless the save
-    // the pupil asked for could not write the file; then the note stays, or it would be lost.
+    // the pupil asked for wrote nothing (its dialog cancelled, or the file not written);
+    // then the note stays, or it would be lost.
     if (NotesDirty) {
         if (platform::MsgBox(QStringLiteral("Θέλετε να αποθηκευτεί το παρόν έγγραφο;"), platform::vbYesNo,
                 QStringLiteral("Κλείσιμο Σημειωματαρίου"), this)

@@ -111,19 +111,29 @@ void setPrintJobObserver(std::function<void(int pages)> observer)
 
 // --- Files ----------------------------------------------------------------------------------
 
+namespace {
+
+// Asks whether to save the note before it is replaced. False when the pupil said "Yes"
+// and nothing was written (the save dialog cancelled, the file not written): the note
+// must then stay, or it would be lost.
+bool SaveBeforeReplacing(const QString &title)
+{
+    if (platform::MsgBox(QStringLiteral("Θέλετε να αποθηκεύσετε το παρόν έγγραφο;"), platform::vbYesNo, title,
+            &notesForm())
+        != platform::vbYes)
+        return true;
+    SaveFailed = false;
+    FileSave();
+    return !SaveFailed;
+}
+
+} // namespace
+
 void FileNew()
 {
     // Asked always, changed or not.
-    if (platform::MsgBox(QStringLiteral("Θέλετε να αποθηκεύσετε το παρόν έγγραφο;"), platform::vbYesNo,
-            QStringLiteral("Εισαγωγή νέου εγγράφου"), &notesForm())
-        == platform::vbYes) {
-        SaveFailed = false;
-        FileSave();
-        // A save-as that could not write its file passes silently; the text it was to
-        // keep is not thrown away after it.
-        if (SaveFailed)
-            return;
-    }
+    if (!SaveBeforeReplacing(QStringLiteral("Εισαγωγή νέου εγγράφου")))
+        return;
     // The remembered file stays: saving the new text writes over the file opened before.
     notesForm().notes->setText(QString());
     notesForm().Recovery->discarded();
@@ -145,6 +155,9 @@ QString AskFileToOpen()
 
 void FileOpen()
 {
+    // A changed note is not replaced unasked.
+    if (notesForm().NotesDirty && !SaveBeforeReplacing(QStringLiteral("Άνοιγμα κειμένου")))
+        return;
     // Cancelling forgets the remembered file.
     CurrentFile = AskFileToOpen();
     if (CurrentFile.isEmpty())
@@ -186,8 +199,11 @@ void FileSaveAs()
     try {
         dialog.ShowSave();
     } catch (const platform::RuntimeError &e) {
-        if (e.number() == platform::errors::CommonDialogCancelled)
+        // Nothing written: a note that was to be kept by this save is kept open instead.
+        if (e.number() == platform::errors::CommonDialogCancelled) {
+            SaveFailed = true;
             return;
+        }
     }
     // The name chosen is not remembered: the next FileSave asks again. A failed save is
     // passed over, and the status line reports the save all the same.

@@ -18,8 +18,8 @@ namespace modEditor {
 inline QString CurrentFile;
 // The notes window's colour palette is up.
 inline bool FontPaletteShown = false;
-// The last save could not write its file, whether its error showed or passed silently;
-// closing keeps such a note open rather than let it go unsaved.
+// The last save wrote no file: its error showed or passed silently, or its save dialog
+// was cancelled; closing keeps such a note open rather than let it go unsaved.
 inline bool SaveFailed = false;
 
 // Finding, kept for as long as the program runs.
@@ -28,9 +28,9 @@ inline QString ReplaceText;
 inline qint16 MatchCaseSetting = 0;
 inline qint16 WholeWordSetting = 0;
 inline qint16 FindDirection = 0; // 0 up, 1 down
-inline qint16 LastFindStart = 0;
+inline qint32 LastFindStart = 0;
 inline bool FindFirstTime = false;
-inline qint16 BackwardCursor = 0;
+inline qint32 BackwardCursor = 0;
 inline QString LastFoundText;
 inline bool LastSearchFound = false;
 inline bool ReplaceRequested = false;

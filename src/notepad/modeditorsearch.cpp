@@ -13,14 +13,6 @@ namespace modEditor {
 
 namespace {
 
-// Places are 16-bit numbers, and a place beyond their range is the overflow error.
-qint16 int16(qint64 value)
-{
-    if (value < -32768 || value > 32767)
-        throw platform::RuntimeError(platform::errors::Overflow, QStringLiteral("Υπερχείλιση"));
-    return qint16(value);
-}
-
 QString quoted(const QString &text)
 {
     return u'"' + text + u'"';
@@ -32,11 +24,12 @@ void RunSearch(bool replacing)
     RichTextBox &notes = *form.notes;
     frmFind *find = frmFind::instance(true, &form);
 
-    const qint16 selStart = int16(notes.SelStart());
-    qint16 offset = selStart == LastFindStart ? 1 : 0;
+    // Places reach the whole note, however long it is.
+    const qint32 selStart = notes.SelStart();
+    qint32 offset = selStart == LastFindStart ? 1 : 0;
     if (FindFirstTime)
         offset = 0;
-    const qint16 start = int16(selStart + offset);
+    const qint32 start = selStart + offset;
     const QString findText = FindText;
     const QString text = notes.Text();
     int options = 0;
@@ -50,11 +43,11 @@ void RunSearch(bool replacing)
     if (FindDirection == 1) {
         // Downwards the search begins one place after the start, so a hit at the caret
         // is passed over.
-        result = notes.Find(findText, int16(start + 1), int(text.size()), options);
+        result = notes.Find(findText, start + 1, int(text.size()), options);
     } else {
         // The box searches forwards only: upwards is a walk from the top that keeps the
         // last hit before the caret.
-        const qint16 end = start == 0 ? 0 : int16(start - 1);
+        const qint32 end = start == 0 ? 0 : start - 1;
         BackwardCursor = 0;
         qint64 previous = 1;
         result = 0;
@@ -67,7 +60,7 @@ void RunSearch(bool replacing)
             }
             result = notes.Find(findText, BackwardCursor, end, options);
             previous = BackwardCursor;
-            BackwardCursor = int16(findLength + result);
+            BackwardCursor = qint32(findLength + result);
         }
     }
 
@@ -80,8 +73,8 @@ void RunSearch(bool replacing)
         platform::MsgBox(message, platform::vbOKOnly, platform::ProgramTitle.toString(), &form);
         LastSearchFound = false;
     } else {
-        notes.setSelStart(int16(result));
-        notes.setSelLength(int16(findLength));
+        notes.setSelStart(int(result));
+        notes.setSelLength(int(findLength));
         if (replacing)
             notes.setSelRTF(ReplaceText);
         form.activateWindow();
@@ -89,7 +82,7 @@ void RunSearch(bool replacing)
             QStringLiteral("Γραμμή ") + QString::number(notes.GetLineFromChar(int(result)) + 1));
         LastSearchFound = true;
     }
-    LastFindStart = int16(notes.SelStart());
+    LastFindStart = notes.SelStart();
     FindFirstTime = false;
     LastFoundText = findText;
     notes.setFocus();

@@ -112,12 +112,11 @@ void frmSmallButton::Load()
     m_sourceOpen = 0;
 }
 
-void frmSmallButton::Unload()
+bool frmSmallButton::Unload()
 {
     if (auto *sub = subWindow())
-        sub->close();
-    else
-        close();
+        return sub->close();
+    return close();
 }
 
 void frmSmallButton::setPicture(TileState state)
@@ -331,7 +330,11 @@ void frmSmallButton::Form_Activate()
 
 void frmSmallButton::closeEvent(QCloseEvent *event)
 {
-    if (m_sourceOpen && m_sourceForm)
-        m_sourceForm->Unload();
+    // The tile takes its viewer along, unless the viewer stays to keep the pupil's work
+    // (a changed map whose question was cancelled): then the tile stays beside it.
+    if (m_sourceOpen && m_sourceForm && !m_sourceForm->Unload() && m_sourceOpen) {
+        event->ignore();
+        return;
+    }
     QWidget::closeEvent(event);
 }

@@ -32,8 +32,9 @@ public:
 
     // The tile's Load: the unopened picture, no viewer open.
     void Load();
-    // Closes the tile (and the viewer it has open), wherever it is shown.
-    void Unload();
+    // Closes the tile (and the viewer it has open), wherever it is shown. False when the
+    // viewer stayed open, and the tile with it.
+    bool Unload();
 
     // Where the tile stands, for the shell and for tests.
     SourceViewer::Kind kind() const { return m_kind; }

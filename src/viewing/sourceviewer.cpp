@@ -39,12 +39,11 @@ void SourceViewer::setMapCaption(const QString &caption)
     setWindowTitle(caption);
 }
 
-void SourceViewer::Unload()
+bool SourceViewer::Unload()
 {
     if (auto *sub = qobject_cast<QMdiSubWindow *>(parentWidget()))
-        sub->close();
-    else
-        close();
+        return sub->close();
+    return close();
 }
 
 void SourceViewer::closeEvent(QCloseEvent *event)

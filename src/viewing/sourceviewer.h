@@ -48,8 +48,9 @@ public:
     virtual void SetScrollBars() { }
 
     // Closes the window as its own close button would, wherever it is shown (in the
-    // shell's area or on its own).
-    void Unload();
+    // shell's area or on its own). False when the window stayed open: its question was
+    // cancelled and it keeps the pupil's work.
+    bool Unload();
 
     // The kind for a content ResTypeID.
     static Kind kindOfResType(qint32 resTypeID);

@@ -202,7 +202,7 @@ private slots:
         QCOMPARE(boxes.size(), 2);
     }
 
-    void cancelInTheSaveDialogAfterAnEarlierFileGoesOn()
+    void yesWhoseSaveWritesNothingIsACancelEvenAfterAnEarlierFile()
     {
         Window t;
         // An open that failed leaves its name in the dialog and none in the window.
@@ -214,11 +214,21 @@ private slots:
         dialogs.names = {path};
         t.click(QStringLiteral("Open"));
         QVERIFY(t.w.PictureFileName().isEmpty());
-        t.w.picPhoto->setPicture(patterned(QSize(10, 10)));
+        const QImage picture = patterned(QSize(10, 10));
+        t.w.picPhoto->setPicture(picture);
         boxes.answers = {platform::vbYes};
         dialogs.names = {QString()};
-        QVERIFY(t.w.QuerySave());
+        QVERIFY(!t.w.QuerySave());
         QCOMPARE(t.w.cmD.FileName, path);
+
+        // A save to a file that cannot be written: the error shows and the picture stays.
+        boxes.clear();
+        boxes.answers = {platform::vbYes};
+        dialogs.names = {QStringLiteral("/nonexistent-folder/χάρτης.bmp")};
+        t.click(QStringLiteral("New"));
+        QCOMPARE(boxes.size(), 2);
+        QCOMPARE(boxes.at(1).text, QStringLiteral("Υπάρχει πρόβλημα στην αποθήκευση της εικόνας."));
+        QCOMPARE(t.w.picPhoto->Picture(), picture);
     }
 
     void cancelledOpenMakesThePresentDrawingTheStartingPicture()

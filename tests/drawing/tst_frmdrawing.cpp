@@ -123,19 +123,32 @@ private slots:
         QCOMPARE(t.w.HS->focusPolicy(), Qt::NoFocus);
     }
 
-    void pictureTooWideForSixteenBitsKeepsTheFormerMaximum()
+    void aBigMapScrollsToItsLastRowAndColumnAndIsDrawnThere()
     {
         Window t;
-        t.w.picPhoto->setPicture(solidPicture(QSize(1000, 50), Qt::green));
+        const QSize map(6000, 4500);
+        t.w.picPhoto->setPicture(solidPicture(map, Qt::white));
         t.w.SetScrollBars();
-        const int former = t.w.HS->maximum();
-        QVERIFY(former > 0);
-        const int containerTwips = platform::twipsFromPixelsX(t.w.picContainer->width());
-        const int pixels = (32767 + containerTwips) / 15 + 20;
-        t.w.picPhoto->setPicture(solidPicture(QSize(pixels, 50), Qt::green));
-        t.w.SetScrollBars();
-        QCOMPARE(t.w.HS->maximum(), former);
-        QVERIFY(t.w.HS->isVisible());
+        QVERIFY(t.w.HS->isVisible() && t.w.VS->isVisible());
+        const QSize room = t.w.picContainer->size();
+        QCOMPARE(t.w.HS->maximum(), platform::twipsFromPixelsX(map.width() - room.width()) + 150);
+        QCOMPARE(t.w.VS->maximum(), platform::twipsFromPixelsY(map.height() - room.height()) + 150);
+
+        t.w.HS->setValue(t.w.HS->maximum());
+        t.w.VS->setValue(t.w.VS->maximum());
+        // The last pixel shows inside the container, and a click there reaches the canvas.
+        const QPoint last(map.width() - 1, map.height() - 1);
+        const QPoint shown = t.w.picPhoto->mapTo(t.w.picContainer, last);
+        QVERIFY2(t.w.picContainer->rect().contains(shown),
+            qPrintable(QStringLiteral("%1,%2").arg(shown.x()).arg(shown.y())));
+        QCOMPARE(t.w.picContainer->childAt(shown), t.w.picPhoto);
+
+        chooseTool(t.w, QStringLiteral("Pen"));
+        QTest::mousePress(t.w.picPhoto, Qt::LeftButton, {}, last - QPoint(20, 0));
+        QTest::mouseMove(t.w.picPhoto, last);
+        QTest::mouseRelease(t.w.picPhoto, Qt::LeftButton, {}, last);
+        QCOMPARE(t.w.picPhoto->Picture().pixel(last), qRgb(0, 0, 0));
+        QCOMPARE(t.w.picPhoto->Picture().pixel(last - QPoint(3, 3)), qRgb(255, 255, 255));
     }
 
     void aRealDragOnTheCanvasDrawsAndCommits()

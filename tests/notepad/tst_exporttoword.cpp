@@ -4,10 +4,14 @@
 #include "../outside/recorder.h"
 #include "notestest.h"
 
+#include <exporttoword.h>
+#include <launch.h>
 #include <rtf.h>
 
 #include <QClipboard>
+#include <QFileInfo>
 #include <QMimeData>
+#include <QScopeGuard>
 #include <QTemporaryDir>
 
 using namespace testing;
@@ -98,6 +102,51 @@ private slots:
         QFile file(readRecorded(argvFile()).value(1));
         QVERIFY(file.open(QIODevice::ReadOnly));
         QCOMPARE(richtext::readPlainText(file.readAll()).text.trimmed(), QString());
+    }
+
+    void theCopyGoesOnceTheWordProcessorHasReadIt()
+    {
+        exporttoword::setReadGrace(std::chrono::milliseconds(0));
+        const auto restore = qScopeGuard([] { exporttoword::setReadGrace(std::chrono::seconds(10)); });
+        NotesShell shell;
+        frmNotes *form = shell.openNotes();
+        form->notes->setText(QStringLiteral("κείμενο"));
+        form->button(QStringLiteral("Word"))->trigger();
+        QTRY_VERIFY(QFile::exists(argvFile()));
+        const QString copy = readRecorded(argvFile()).value(1);
+        QVERIFY(!copy.isEmpty());
+        // The recorder, like a Writer that hands the file to one already running, ends
+        // once it has read its arguments.
+        QTRY_VERIFY_WITH_TIMEOUT(!QFileInfo::exists(copy), 15000);
+        QVERIFY(!QFileInfo::exists(QFileInfo(copy).path()));
+        QCOMPARE(exporttoword::handedCopies(), 0);
+    }
+
+    void aCopyWhoseReaderStillRunsGoesWhenTheProgramEnds()
+    {
+        exporttoword::setReadGrace(std::chrono::milliseconds(0));
+        const auto restore = qScopeGuard([] {
+            exporttoword::setReadGrace(std::chrono::seconds(10));
+            platform::setLauncher({});
+        });
+        QString copy;
+        // A Writer started anew runs until the pupil closes it: here, this very process.
+        platform::setLauncher([&copy](const QString &, const QStringList &arguments, const QString &) {
+            copy = arguments.value(1);
+            return platform::LaunchResult {true, QCoreApplication::applicationPid(), {}};
+        });
+        NotesShell shell;
+        frmNotes *form = shell.openNotes();
+        form->notes->setText(QStringLiteral("κείμενο"));
+        form->button(QStringLiteral("Word"))->trigger();
+        QVERIFY(QFileInfo::exists(copy));
+        QTest::qWait(2500);
+        QVERIFY(QFileInfo::exists(copy));
+        QCOMPARE(exporttoword::handedCopies(), 1);
+
+        exporttoword::removeHandedCopies(); // what the program's end runs
+        QVERIFY(!QFileInfo::exists(copy));
+        QVERIFY(!QFileInfo::exists(QFileInfo(copy).path()));
     }
 };
 

@@ -253,18 +253,26 @@ private slots:
         QVERIFY(boxes.isEmpty());
     }
 
-    void aPlaceBeyond32767IsTheOverflowError()
+    void findingPastThe32767thCharacterWorksAsBeforeIt()
     {
         frmNotes *form = m_shell->openNotes();
-        form->notes->setText(QString(33000, u'α') + QStringLiteral("β"));
+        form->notes->setText(
+            QString(33000, u'α') + QStringLiteral("β") + QString(100, u'α') + QStringLiteral("β"));
         form->mnuFind->trigger();
         frmFind *find = frmFind::instance(false);
         find->txtFind->setText(QStringLiteral("β"));
         form->notes->setSelStart(32800);
         Boxes boxes;
         find->cmdFind->click();
-        QCOMPARE(boxes.size(), 1);
-        QVERIFY2(boxes.first().text.startsWith(QStringLiteral("Λάθος # 6")), qPrintable(boxes.first().text));
+        QCOMPARE(form->notes->SelStart(), 33000);
+        QCOMPARE(form->notes->SelLength(), 1);
+        find->cmdFind->click();
+        QCOMPARE(form->notes->SelStart(), 33101);
+        // Upwards, from beyond the range of old too.
+        find->optionDirection[0]->click();
+        find->cmdFind->click();
+        QCOMPARE(form->notes->SelStart(), 33000);
+        QVERIFY2(boxes.isEmpty(), boxes.isEmpty() ? "" : qPrintable(boxes.first().text));
     }
 };
 

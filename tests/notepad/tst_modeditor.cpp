@@ -68,6 +68,7 @@ private slots:
         modEditor::CurrentFile = QStringLiteral("/tmp/παλιό.rtf");
         {
             Dialogs cancel;
+            Boxes dontSave(platform::vbNo);
             modEditor::FileOpen();
             QCOMPARE(cancel.titles, QStringList({QStringLiteral("Άνοιγμα κειμένου ...")}));
         }
@@ -151,7 +152,10 @@ private slots:
             dialog.FileName = file;
             return true;
         });
-        modEditor::FileOpen();
+        {
+            Boxes dontSave(platform::vbNo);
+            modEditor::FileOpen();
+        }
         QCOMPARE(form->notes->Text(), QStringLiteral("παλιό κείμενο"));
         QCOMPARE(modEditor::CurrentFile, file);
         {
@@ -209,9 +213,13 @@ private slots:
         QVERIFY(!platform::guarded([] { modEditor::FileNew(); }));
         QCOMPARE(boxes.size(), 3);
         QCOMPARE(form->notes->Text(), QStringLiteral("κείμενο"));
-        // A save-as the pupil cancels is the pupil's choice: the new note starts empty.
+        // "Yes" and then a cancelled save-as: nothing was kept, so the note stays too.
         modEditor::CurrentFile.clear();
         dialogs.answer = {};
+        modEditor::FileNew();
+        QCOMPARE(form->notes->Text(), QStringLiteral("κείμενο"));
+        // "No" lets it go.
+        boxes.answer = platform::vbNo;
         modEditor::FileNew();
         QCOMPARE(form->notes->Text(), QString());
     }

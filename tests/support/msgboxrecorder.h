@@ -1,7 +1,7 @@
 #pragma once
 
 // Stands in for the user in front of the program's message boxes: records each box the
-// program would show and answers OK.
+// program would show and answers it, from `answers` in turn, then OK.
 
 #include <msgbox.h>
 
@@ -20,13 +20,17 @@ struct ShownBox
 class MsgBoxRecorder : public QList<ShownBox>
 {
 public:
+    // The answers to give, first to last (platform::vbCancel, vbYes, ...).
+    QList<int> answers;
+
     // Forgets what was recorded and takes the place of the dialogs.
     void install()
     {
         clear();
+        answers.clear();
         platform::setMsgBoxHook([this](const QString &text, int style, const QString &title) {
             append({text, style, title});
-            return int(platform::vbOK);
+            return answers.isEmpty() ? int(platform::vbOK) : answers.takeFirst();
         });
     }
 };

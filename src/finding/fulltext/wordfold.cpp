@@ -56,6 +56,11 @@ struct FoldTable
         // The final sigma folds to sigma by case folding already; kept here in plain
         // sight because the search depends on it.
         single[u'ς'] = u'σ';
+        // Qt folds case one letter to one; the sharp s folds to two.
+        for (const char16_t sharp : {u'ß', u'ẞ'}) {
+            single[sharp] = Expanded;
+            expanded.insert(sharp, QStringLiteral("ss"));
+        }
     }
 };
 

@@ -10,6 +10,7 @@
 #include <sqlite3.h>
 
 #include <algorithm>
+#include <bit>
 #include <cstdint>
 #include <vector>
 
@@ -24,6 +25,7 @@ struct Doc
     QString title;
     QString book;
     int titleWords = 0;
+    int words = 0; // places of words in all
 };
 
 struct Term
@@ -107,60 +109,106 @@ struct Index::Private
         }
     }
 
-    // Every place of the word, as doc << 32 | place, sorted.
-    std::vector<std::uint64_t> placesOf(const QueryWord &word, const Tally &tally, int p) const
+    // Calls each(doc, count, inTitle, positions) for every source a term stands in;
+    // `positions` points at its places (varints, each less the one before) and must be
+    // read through before the next call.
+    template<typename Each> static void forEachPosting(const Term &t, Each &&each)
     {
-        std::vector<std::uint64_t> places;
-        for (const int id : termsOf(word)) {
-            const Term &t = terms[size_t(id)];
-            const char *c = t.docs.constData();
-            const char *end = c + t.docs.size();
-            const char *pos = t.positions.constData();
-            int doc = 0;
-            while (c < end) {
-                doc += int(format::getVarint(c));
-                const std::uint32_t count = format::getVarint(c) >> 1;
-                const bool wanted = tally.matched[size_t(doc)] >= p;
-                std::uint32_t place = 0;
-                for (std::uint32_t k = 0; k < count; ++k) {
-                    place += format::getVarint(pos);
-                    if (wanted)
-                        places.push_back(std::uint64_t(doc) << 32 | place);
+        const char *c = t.docs.constData();
+        const char *end = c + t.docs.size();
+        const char *pos = t.positions.constData();
+        int doc = 0;
+        while (c < end) {
+            doc += int(format::getVarint(c));
+            const std::uint32_t v = format::getVarint(c);
+            each(doc, v >> 1, (v & 1) != 0, pos);
+        }
+    }
+
+    // A phrase's words must stand one after the other. The sources that hold every word
+    // are found first; in those, each word's places are bits, and the bits of the j-th
+    // word, moved back j places, keep the starts where it follows.
+    void addPhrase(Tally &tally, int p, const Phrase &phrase) const
+    {
+        const size_t n = docs.size();
+        std::vector<std::vector<int>> termLists;
+        for (const QueryWord &word : phrase)
+            termLists.push_back(termsOf(word));
+        std::vector<int> reached(n, 0);
+        for (size_t j = 0; j < termLists.size(); ++j) {
+            for (const int id : termLists[j]) {
+                forEachPosting(terms[size_t(id)], [&](int doc, std::uint32_t count, bool, const char *&pos) {
+                    for (std::uint32_t k = 0; k < count; ++k)
+                        format::getVarint(pos);
+                    const auto d = size_t(doc);
+                    if (reached[d] == int(j) && tally.matched[d] >= p)
+                        reached[d] = int(j) + 1;
+                });
+            }
+        }
+        std::vector<std::int64_t> offset(n, -1);
+        std::vector<int> candidates;
+        size_t total = 0;
+        for (size_t d = 0; d < n; ++d) {
+            if (reached[d] != int(phrase.size()))
+                continue;
+            offset[d] = std::int64_t(total);
+            candidates.push_back(int(d));
+            total += size_t(docs[d].words) / 64 + 1;
+        }
+        if (candidates.empty())
+            return;
+        std::vector<std::uint64_t> starts(total, 0);
+        std::vector<std::uint64_t> bits(total, 0);
+        for (size_t j = 0; j < termLists.size(); ++j) {
+            std::vector<std::uint64_t> &target = j == 0 ? starts : bits;
+            if (j > 0)
+                std::fill(bits.begin(), bits.end(), 0);
+            for (const int id : termLists[j]) {
+                forEachPosting(terms[size_t(id)], [&](int doc, std::uint32_t count, bool, const char *&pos) {
+                    const std::int64_t at = offset[size_t(doc)];
+                    std::uint32_t place = 0;
+                    for (std::uint32_t k = 0; k < count; ++k) {
+                        place += format::getVarint(pos);
+                        if (at >= 0)
+                            target[size_t(at) + place / 64] |= std::uint64_t(1) << (place % 64);
+                    }
+                });
+            }
+            if (j == 0)
+                continue;
+            const size_t wordShift = j / 64;
+            const unsigned bitShift = unsigned(j % 64);
+            for (const int doc : candidates) {
+                const size_t at = size_t(offset[size_t(doc)]);
+                const size_t length = size_t(docs[size_t(doc)].words) / 64 + 1;
+                for (size_t k = 0; k < length; ++k) {
+                    const size_t from = k + wordShift;
+                    std::uint64_t moved = 0;
+                    if (from < length) {
+                        moved = bits[at + from] >> bitShift;
+                        if (bitShift && from + 1 < length)
+                            moved |= bits[at + from + 1] << (64 - bitShift);
+                    }
+                    starts[at + k] &= moved;
                 }
             }
         }
-        std::sort(places.begin(), places.end());
-        return places;
-    }
-
-    void addPhrase(Tally &tally, int p, const Phrase &phrase) const
-    {
-        std::vector<std::uint64_t> starts = placesOf(phrase.front(), tally, p);
-        for (qsizetype j = 1; j < phrase.size() && !starts.empty(); ++j) {
-            const std::vector<std::uint64_t> next = placesOf(phrase.at(j), tally, p);
-            std::vector<std::uint64_t> kept;
-            // A start stays when the j-th word stands j places after it, in the same source.
-            auto it = next.begin();
-            for (const std::uint64_t s : starts) {
-                const std::uint64_t want = s + std::uint64_t(j);
-                it = std::lower_bound(it, next.end(), want);
-                if (it == next.end())
-                    break;
-                if (*it == want)
-                    kept.push_back(s);
-            }
-            starts.swap(kept);
-        }
-        for (size_t i = 0; i < starts.size();) {
-            const int doc = int(starts[i] >> 32);
-            size_t j = i;
+        for (const int doc : candidates) {
+            const size_t at = size_t(offset[size_t(doc)]);
+            const size_t length = size_t(docs[size_t(doc)].words) / 64 + 1;
+            int count = 0;
             bool inTitle = false;
-            while (j < starts.size() && int(starts[j] >> 32) == doc) {
-                inTitle = inTitle || int(starts[j] & 0xFFFFFFFFu) < docs[size_t(doc)].titleWords;
-                ++j;
+            for (size_t k = 0; k < length; ++k) {
+                const std::uint64_t w = starts[at + k];
+                count += std::popcount(w);
+                if (w && !inTitle) {
+                    const int first = int(k * 64) + std::countr_zero(w);
+                    inTitle = first < docs[size_t(doc)].titleWords;
+                }
             }
-            tally.add(p, doc, int(j - i) * int(phrase.size()), inTitle);
-            i = j;
+            if (count > 0)
+                tally.add(p, doc, count * int(phrase.size()), inTitle);
         }
     }
 };
@@ -179,10 +227,10 @@ std::unique_ptr<Index> Index::open(const QString &cacheFile)
     try {
         p.db = std::make_unique<content::sqlite::Connection>(cacheFile, SQLITE_OPEN_READONLY);
         auto docs = p.db->prepare(QStringLiteral(
-            "SELECT doc, ResourceID, ResTypeID, title, book, titleWords FROM docs ORDER BY doc"));
+            "SELECT doc, ResourceID, ResTypeID, title, book, titleWords, words FROM docs ORDER BY doc"));
         while (docs->step()) {
             p.docs.push_back({docs->value(1).toInt(), docs->value(2).toInt(), docs->value(3).toString(),
-                docs->value(4).toString(), docs->value(5).toInt()});
+                docs->value(4).toString(), docs->value(5).toInt(), docs->value(6).toInt()});
         }
         auto terms
             = p.db->prepare(QStringLiteral("SELECT term, stem, docs, positions FROM terms ORDER BY id"));

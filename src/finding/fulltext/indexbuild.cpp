@@ -57,7 +57,7 @@ class Builder
 {
 public:
     // Adds the next source, its words at places from 0; `titleWords` of them are its title.
-    void add(int doc, const QString &text, int titleWords)
+    int add(int doc, const QString &text, int titleWords)
     {
         m_places.clear();
         int place = 0;
@@ -93,6 +93,7 @@ public:
             }
             i = j;
         }
+        return place;
     }
 
     std::vector<TermPostings> &terms() { return m_terms; }
@@ -184,11 +185,11 @@ QString buildIndex(const QString &contentFile, const QList<Source> &sources, con
             "PRAGMA journal_mode=OFF; PRAGMA synchronous=OFF;"
             "CREATE TABLE meta (key TEXT PRIMARY KEY, value TEXT);"
             "CREATE TABLE docs (doc INTEGER PRIMARY KEY, ResourceID INTEGER, ResTypeID INTEGER, title TEXT, "
-            "book TEXT, titleWords INTEGER, text TEXT);"
+            "book TEXT, titleWords INTEGER, words INTEGER, text TEXT);"
             "CREATE TABLE terms (id INTEGER PRIMARY KEY, term TEXT, stem TEXT, docs BLOB, positions BLOB);"
             "BEGIN"));
         Builder builder;
-        auto insertDoc = db.prepare(QStringLiteral("INSERT INTO docs VALUES (?, ?, ?, ?, ?, ?, ?)"));
+        auto insertDoc = db.prepare(QStringLiteral("INSERT INTO docs VALUES (?, ?, ?, ?, ?, ?, ?, ?)"));
         const qint64 total = sources.size();
         for (qsizetype doc = 0; doc < sources.size(); ++doc) {
             if (progress && !progress(doc, total))
@@ -197,7 +198,7 @@ QString buildIndex(const QString &contentFile, const QList<Source> &sources, con
             const QString title = plainField(s.title());
             const QString text = indexedText(s, readSourceText(s.textFile(dataFolder)));
             const int titleWords = wordCount(title);
-            builder.add(int(doc), text, titleWords);
+            const int words = builder.add(int(doc), text, titleWords);
             insertDoc->reset();
             insertDoc->bind(1, int(doc));
             insertDoc->bind(2, s.resourceID);
@@ -205,7 +206,8 @@ QString buildIndex(const QString &contentFile, const QList<Source> &sources, con
             insertDoc->bind(4, title);
             insertDoc->bind(5, s.book);
             insertDoc->bind(6, titleWords);
-            insertDoc->bind(7, text);
+            insertDoc->bind(7, words);
+            insertDoc->bind(8, text);
             insertDoc->step();
         }
         // Term ids follow the words' order, so that the words a prefix begins are

@@ -7,7 +7,7 @@
 // The index file's layout, shared by the builder and the reader.
 //
 //   meta(key, value)       format, and the content file's path, size and mtime
-//   docs(doc, ResourceID, ResTypeID, title, book, titleWords, text)
+//   docs(doc, ResourceID, ResTypeID, title, book, titleWords, words, text)
 //                          one row per source, doc being its place in the list's order
 //   terms(id, term, stem, docs, positions)
 //                          one row per folded word, ids in the order of the words

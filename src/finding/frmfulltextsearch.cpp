@@ -145,44 +145,49 @@ void frmFullTextSearch::StartIndexBuild()
     const QString contentFile = modGlobal::gDatabasePath;
     if (contentFile.isEmpty() || !modGlobal::gDatabase)
         return;
-    if (fulltext::isCurrent(contentFile)) {
-        IndexBuilt(fulltext::cacheFileFor(contentFile), QString());
-        return;
-    }
     // The rows are read here, on the database the windows share; the files, which take
-    // the time, are read by the builder.
-    const QList<fulltext::Source> sources = fulltext::readSources(*modGlobal::gDatabase);
-    const QString dataFolder
-        = modGlobal::gDataFolder.isEmpty() ? QFileInfo(contentFile).absolutePath() : modGlobal::gDataFolder;
-    prgIndex->setRange(0, int(std::max<qsizetype>(1, sources.size())));
-    prgIndex->setValue(0);
-    prgIndex->setVisible(true);
-    lblCount->setVisible(false);
+    // the time, are read by the builder, and the index is read into memory there too.
+    const bool current = fulltext::isCurrent(contentFile);
+    QList<fulltext::Source> sources;
+    QString dataFolder;
+    if (!current) {
+        sources = fulltext::readSources(*modGlobal::gDatabase);
+        dataFolder = modGlobal::gDataFolder.isEmpty() ? QFileInfo(contentFile).absolutePath()
+                                                      : modGlobal::gDataFolder;
+        prgIndex->setRange(0, int(std::max<qsizetype>(1, sources.size())));
+        prgIndex->setValue(0);
+        prgIndex->setVisible(true);
+        lblCount->setVisible(false);
+    }
     m_cancel = std::make_shared<std::atomic_bool>(false);
     QPointer<frmFullTextSearch> self(this);
-    m_builder = QThread::create([self, contentFile, sources, dataFolder, cancel = m_cancel] {
-        QString cacheFile;
+    m_builder = QThread::create([self, contentFile, current, sources, dataFolder, cancel = m_cancel] {
+        std::shared_ptr<fulltext::Index> index;
         QString error;
         try {
-            cacheFile = fulltext::buildIndex(contentFile, sources, dataFolder, [&](qint64 done, qint64) {
-                if (*cancel)
-                    return false;
-                if (done % 64 == 0)
-                    QMetaObject::invokeMethod(
-                        self, [self, done] { self->prgIndex->setValue(int(done)); }, Qt::QueuedConnection);
-                return true;
-            });
+            const QString cacheFile = current
+                ? fulltext::cacheFileFor(contentFile)
+                : fulltext::buildIndex(contentFile, sources, dataFolder, [&](qint64 done, qint64) {
+                      if (*cancel)
+                          return false;
+                      if (done % 64 == 0)
+                          QMetaObject::invokeMethod(
+                              self, [self, done] { self->prgIndex->setValue(int(done)); },
+                              Qt::QueuedConnection);
+                      return true;
+                  });
+            index = fulltext::Index::open(cacheFile);
         } catch (const platform::RuntimeError &e) {
             error = e.description();
         }
         if (!*cancel)
             QMetaObject::invokeMethod(
-                self, [self, cacheFile, error] { self->IndexBuilt(cacheFile, error); }, Qt::QueuedConnection);
+                self, [self, index, error] { self->IndexReady(index, error); }, Qt::QueuedConnection);
     });
     m_builder->start(QThread::LowPriority);
 }
 
-void frmFullTextSearch::IndexBuilt(const QString &cacheFile, const QString &error)
+void frmFullTextSearch::IndexReady(const std::shared_ptr<fulltext::Index> &index, const QString &error)
 {
     prgIndex->setVisible(false);
     lblCount->setVisible(true);
@@ -190,8 +195,8 @@ void frmFullTextSearch::IndexBuilt(const QString &cacheFile, const QString &erro
         lblCount->setText(error);
         return;
     }
-    platform::guarded([&] { m_index = fulltext::Index::open(cacheFile); });
-    if (m_index && !txtWords->text().isEmpty())
+    m_index = index;
+    if (!txtWords->text().isEmpty())
         Search();
 }
 

@@ -38,8 +38,8 @@ public:
     QLabel *const lblCount; // how many sources were found
     QListWidget *const lstResults;
 
-    // Opens the index of the content (building it in the background when it is not
-    // current) and centres the window in the shell.
+    // Centres the window in the shell and opens the index of the content in the
+    // background, building it first when it is not current.
     void Load();
 
     // True once the index is open and answers.
@@ -73,7 +73,7 @@ private:
     explicit frmFullTextSearch(QWidget *parent = nullptr);
 
     void StartIndexBuild();
-    void IndexBuilt(const QString &cacheFile, const QString &error);
+    void IndexReady(const std::shared_ptr<fulltext::Index> &index, const QString &error);
     void Search();
     void OpenResult(const fulltext::Result &result);
     void layOut();
@@ -81,7 +81,7 @@ private:
     static QPointer<frmFullTextSearch> s_instance;
 
     QTimer *const tmrSearch;
-    std::unique_ptr<fulltext::Index> m_index;
+    std::shared_ptr<fulltext::Index> m_index;
     fulltext::TextQuery m_query;
     QList<fulltext::Result> m_results;
     mutable QHash<int, QString> m_contexts;

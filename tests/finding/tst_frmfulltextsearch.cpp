@@ -162,7 +162,8 @@ private slots:
         m_shell->mnuFullText->trigger();
         frmFullTextSearch *search = frmFullTextSearch::instance(false);
         QVERIFY(search);
-        QVERIFY(search->indexReady());
+        QVERIFY(!search->prgIndex->isVisible());
+        QTRY_VERIFY(search->indexReady());
         QVERIFY(!search->prgIndex->isVisible());
         search->txtWords->setText(u"\"της Δήλου\""_s);
         QTRY_VERIFY(!search->results().isEmpty());

@@ -153,7 +153,7 @@ private:
         if ((c & 0xE0) == 0xC0 && at + 1 < length && (s[at + 1] & 0xC0) == 0x80) {
             const char16_t u = char16_t(((c & 0x1F) << 6) | (s[at + 1] & 0x3F));
             at += 2;
-            return u < 0x80 ? 0 : m_rank[u];
+            return u < 0x80 || u >= m_rank.size() ? 0 : m_rank[u];
         }
         return 0;
     }

@@ -4,6 +4,7 @@
 
 #include <findingwindows.h>
 #include <frmdrawing.h>
+#include <frmfulltextsearch.h>
 #include <frmindex.h>
 #include <frmnotes.h>
 #include <frmsearchresources.h>
@@ -21,6 +22,8 @@ void registerChildWindows()
     MDIForm1::setChildWindowProvider(MDIForm1::ChildWindow::SearchResources,
         [](bool create) -> QWidget * { return frmSearchResources::instance(create); });
     finding::registerFindingLinks();
+    MDIForm1::setChildWindowProvider(MDIForm1::ChildWindow::FullTextSearch,
+        [](bool create) -> QWidget * { return frmFullTextSearch::instance(create); });
 
     // Notepad.
     MDIForm1::setChildWindowProvider(

@@ -123,6 +123,11 @@ void MDIForm1::buildMenu()
     mnufacilities = mnuChoices->addAction(QStringLiteral("Αναζήτηση στη βάση δεδομένων"));
     connect(mnufacilities, &QAction::triggered, this,
         [this] { platform::guarded([this] { showChild(ChildWindow::SearchResources, false); }); });
+    mnuFullText = mnuChoices->addAction(QStringLiteral("Αναζήτηση στα κείμενα"));
+    mnuFullText->setShortcut(QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_F));
+    mnuFullText->setShortcutContext(Qt::ApplicationShortcut);
+    connect(mnuFullText, &QAction::triggered, this,
+        [this] { platform::guarded([this] { showChild(ChildWindow::FullTextSearch, false); }); });
 
     mnuView = bar->addMenu(QStringLiteral("Προβολή"));
     mnuStudNotes = mnuView->addAction(QStringLiteral("Σημειωματάριο"));

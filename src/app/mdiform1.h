@@ -45,6 +45,7 @@ public:
     QAction *mnuMous2 = nullptr;
     QMenu *mnuChoices = nullptr;
     QAction *mnufacilities = nullptr;
+    QAction *mnuFullText = nullptr; // Ctrl+Shift+F anywhere in the shell
     QMenu *mnuView = nullptr;
     QAction *mnuStudNotes = nullptr;
     QAction *mnuCatalogue = nullptr;
@@ -87,7 +88,7 @@ public:
     // Windows of the other parts that the menu and the toolbar open. Each registers how to
     // reach its single instance: `create` true makes it when there is none, false only
     // looks. Until a window is registered its commands do nothing.
-    enum class ChildWindow { Index, Notes, Drawing, SearchResources };
+    enum class ChildWindow { Index, Notes, Drawing, SearchResources, FullTextSearch };
     using ChildProvider = std::function<QWidget *(bool create)>;
     static void setChildWindowProvider(ChildWindow which, ChildProvider provider);
 

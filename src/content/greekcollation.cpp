@@ -4,8 +4,12 @@
 #include <unicode/ucol.h>
 
 #include <algorithm>
+#include <array>
 #include <cstring>
+#include <map>
 #include <memory>
+#include <string>
+#include <vector>
 
 namespace content {
 
@@ -43,8 +47,134 @@ UCollator *threadCollator()
     return collator.get();
 }
 
+// The letters' own order, for the comparisons the base letters decide. Every character
+// of the table has one weight of its own at the first level of the rule (a letter, a digit,
+// a space, a common mark of punctuation) or is such a character with accents; its rank is
+// the place of that weight among the table's. Two texts whose first different ranks differ
+// compare as those ranks do, whatever follows, since accents and case only break ties
+// between texts with the same letters. Anything else, and ties, go to ICU.
+class LetterRanks
+{
+public:
+    LetterRanks()
+    {
+        CollatorPtr primary = openGreekCollator();
+        if (!primary)
+            return;
+        ucol_setStrength(primary.get(), UCOL_PRIMARY);
+        std::vector<char16_t> simple;
+        for (char16_t c = 0x20; c < 0x7F; ++c)
+            simple.push_back(c);
+        for (char16_t c = 0x0391; c <= 0x03A9; ++c) {
+            if (c != 0x03A2)
+                simple.push_back(c);
+        }
+        for (char16_t c = 0x03B1; c <= 0x03C9; ++c)
+            simple.push_back(c);
+        std::map<std::string, std::vector<char16_t>> byKey;
+        for (const char16_t c : simple) {
+            uint8_t key[64];
+            const int32_t length
+                = ucol_getSortKey(primary.get(), reinterpret_cast<const UChar *>(&c), 1, key, 64);
+            // A character the first level ignores has no weight of its own.
+            if (length <= 1 || length > 64)
+                continue;
+            byKey[std::string(reinterpret_cast<const char *>(key), size_t(length))].push_back(c);
+        }
+        uint16_t rank = 0;
+        for (const auto &[key, chars] : byKey) {
+            ++rank;
+            for (const char16_t c : chars)
+                m_rank[c] = rank;
+        }
+        // Letters with accents (tonos, diaeresis, and the Latin ones of Latin-1) weigh as
+        // their base letter at the first level.
+        for (char16_t c = 0xC0; c < 0x400; ++c) {
+            if (m_rank[c])
+                continue;
+            const QString decomposed = QString(QChar(c)).normalized(QString::NormalizationForm_D);
+            if (decomposed.size() < 2 || decomposed.front().unicode() >= 0x400
+                || !m_rank[decomposed.front().unicode()])
+                continue;
+            bool marksOnly = true;
+            for (qsizetype i = 1; i < decomposed.size(); ++i)
+                marksOnly = marksOnly && isWeightlessMark(decomposed.at(i).unicode());
+            if (marksOnly)
+                m_rank[c] = m_rank[decomposed.front().unicode()];
+        }
+    }
+
+    // <0, 0 or >0 when the ranks decide; 2 when they cannot tell.
+    int compare(const unsigned char *a, int lengthA, const unsigned char *b, int lengthB) const
+    {
+        int i = 0;
+        int j = 0;
+        for (;;) {
+            if (i == lengthA || j == lengthB) {
+                // One text ends where the other goes on with a letter of weight: the
+                // shorter one comes first. Both at their end: a tie of the letters.
+                if (i == lengthA && j == lengthB)
+                    return Undecided;
+                const bool aEnded = i == lengthA;
+                const int rest = aEnded ? rankAt(b, lengthB, j) : rankAt(a, lengthA, i);
+                if (rest <= 0)
+                    return Undecided;
+                return aEnded ? -1 : 1;
+            }
+            const int ra = rankAt(a, lengthA, i);
+            const int rb = rankAt(b, lengthB, j);
+            if (ra <= 0 || rb <= 0)
+                return Undecided;
+            if (ra != rb)
+                return ra < rb ? -1 : 1;
+        }
+    }
+
+    static constexpr int Undecided = 2;
+
+private:
+    // Combining marks that weigh nothing at the first level: the Greek and common Latin
+    // accents.
+    static bool isWeightlessMark(char16_t c)
+    {
+        return (c >= 0x0300 && c <= 0x0308) || c == 0x030A || c == 0x030B || c == 0x030C || c == 0x0327
+            || c == 0x0328 || c == 0x0313 || c == 0x0314 || c == 0x0342 || c == 0x0345;
+    }
+
+    // The rank of the UTF-8 character at `at`, which it passes; 0 for one outside the
+    // table or a byte sequence that is not UTF-8 of two bytes at most.
+    int rankAt(const unsigned char *s, int length, int &at) const
+    {
+        const unsigned char c = s[at];
+        if (c < 0x80) {
+            ++at;
+            return m_rank[c];
+        }
+        if ((c & 0xE0) == 0xC0 && at + 1 < length && (s[at + 1] & 0xC0) == 0x80) {
+            const char16_t u = char16_t(((c & 0x1F) << 6) | (s[at + 1] & 0x3F));
+            at += 2;
+            return u < 0x80 || u >= m_rank.size() ? 0 : m_rank[u];
+        }
+        return 0;
+    }
+
+    std::array<uint16_t, 0x400> m_rank {};
+};
+
+const LetterRanks &letterRanks()
+{
+    static const LetterRanks ranks;
+    return ranks;
+}
+
 int collateUtf8(void *arg, int lengthA, const void *a, int lengthB, const void *b)
 {
+    // Most comparisons of a sort are decided by the first letters that differ; ICU is
+    // asked only for the rest, which keeps the order exactly ICU's.
+    const int byLetters = letterRanks().compare(
+        static_cast<const unsigned char *>(a), lengthA, static_cast<const unsigned char *>(b), lengthB);
+    if (byLetters != LetterRanks::Undecided)
+        return byLetters;
     auto *collator = static_cast<UCollator *>(arg);
     UErrorCode status = U_ZERO_ERROR;
     const UCollationResult r = ucol_strcollUTF8(
@@ -74,6 +204,22 @@ int compareText(QStringView a, QStringView b)
     const UCollationResult r = ucol_strcoll(collator, reinterpret_cast<const UChar *>(a.utf16()),
         int32_t(a.size()), reinterpret_cast<const UChar *>(b.utf16()), int32_t(b.size()));
     return r == UCOL_LESS ? -1 : (r == UCOL_GREATER ? 1 : 0);
+}
+
+int compareUtf8(std::string_view a, std::string_view b)
+{
+    UCollator *collator = threadCollator();
+    if (!collator)
+        return a.compare(b);
+    const int r = collateUtf8(collator, int(a.size()), a.data(), int(b.size()), b.data());
+    return r < 0 ? -1 : (r > 0 ? 1 : 0);
+}
+
+bool lettersDecide(std::string_view a, std::string_view b)
+{
+    return letterRanks().compare(reinterpret_cast<const unsigned char *>(a.data()), int(a.size()),
+               reinterpret_cast<const unsigned char *>(b.data()), int(b.size()))
+        != LetterRanks::Undecided;
 }
 
 bool installGreekNocase(sqlite3 *db)

@@ -2,6 +2,8 @@
 
 #include <QString>
 
+#include <string_view>
+
 struct sqlite3;
 
 // Text comparison as the content's database engine did it: by the letters first, with
@@ -12,6 +14,12 @@ namespace content {
 
 // <0, 0, >0.
 int compareText(QStringView a, QStringView b);
+
+// The rule as the database runs it, on UTF-8 (<0, 0, >0): the same order as compareText.
+// Texts whose first different base letters differ are ordered by those letters without
+// asking ICU; lettersDecide tells whether a pair is ordered so.
+int compareUtf8(std::string_view a, std::string_view b);
+bool lettersDecide(std::string_view a, std::string_view b);
 
 // Installs the rule on a connection under the name NOCASE, replacing SQLite's own
 // ASCII-only NOCASE, so that every text column declared COLLATE NOCASE compares this

@@ -23,6 +23,7 @@
 #include <QMdiSubWindow>
 #include <QMenu>
 #include <QScopeGuard>
+#include <QTextCursor>
 
 #include <cmath>
 
@@ -78,12 +79,37 @@ frmTextResource::frmTextResource(QWidget *parent)
         rtbTextResource, &RichTextBox::MouseMove, this, [this](int button, int shift, double x, double y) {
             platform::guarded([&] { rtbTextResource_MouseMove(button, shift, x, y); });
         });
+    // A click in the text puts the search's marks away.
+    connect(rtbTextResource, &RichTextBox::MouseDown, this, [this](int, int, double, double) {
+        if (!m_markedWords.isEmpty())
+            platform::guarded([this] { ShowFoundWords({}); });
+    });
     connect(rtbTextResource, &RichTextBox::MouseUp, this, [this](int button, int shift, double x, double y) {
         platform::guarded([&] { rtbTextResource_MouseUp(button, shift, x, y); });
     });
 }
 
 frmTextResource::~frmTextResource() = default;
+
+void frmTextResource::ShowFoundWords(const QList<std::pair<int, int>> &places)
+{
+    m_markedWords = places;
+    QList<QTextEdit::ExtraSelection> marks;
+    for (const auto &[start, length] : places) {
+        QTextEdit::ExtraSelection mark;
+        mark.cursor = QTextCursor(rtbTextResource->document());
+        mark.cursor.setPosition(start);
+        mark.cursor.setPosition(start + length, QTextCursor::KeepAnchor);
+        mark.format.setBackground(QColor(255, 214, 92));
+        marks.append(mark);
+    }
+    rtbTextResource->setExtraSelections(marks);
+    if (places.isEmpty())
+        return;
+    rtbTextResource->setSelStart(places.front().first);
+    rtbTextResource->setSelLength(places.front().second);
+    rtbTextResource->ensureCursorVisible();
+}
 
 void frmTextResource::Load()
 {

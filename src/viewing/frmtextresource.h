@@ -45,6 +45,13 @@ public:
     // The place in the shell's window list, 0 or 1.
     qint16 windowListPlace() const { return m_windowListPlace; }
 
+    // Words a search found in the text, as places and lengths in the box's text: the
+    // first is selected and scrolled into view, the others are marked until the pupil
+    // clicks in the text. Hot words stay as they are.
+    void ShowFoundWords(const QList<std::pair<int, int>> &places);
+    // The words still marked.
+    const QList<std::pair<int, int>> &markedWords() const { return m_markedWords; }
+
     // The box's events, as the box gives them (button, shift, twips in the box).
     void rtbTextResource_MouseMove(int button, int shift, double x, double y);
     void rtbTextResource_MouseUp(int button, int shift, double x, double y);
@@ -79,4 +86,5 @@ private:
     qint16 m_windowListPlace = 0;
     bool m_loaded = false;
     QPointer<QMdiSubWindow> m_watchedSub;
+    QList<std::pair<int, int>> m_markedWords;
 };

@@ -16,6 +16,7 @@ int hotwords(const QStringList &args); // hotwords FILE RESOURCEID
 int check(const QStringList &args); // check FILE
 int search(const QStringList &args); // search FILE [--type N] [--author TEXT] ... (see usage)
 int index(const QStringList &args); // index FILE [TYPE]
+int fulltext(const QStringList &args); // fulltext FILE QUERY...
 
 // Writes "tremidia-content: <message>" on stderr and returns 1.
 int fail(const QString &message);

@@ -27,7 +27,9 @@ void usage()
            "                              the search window's list for those criteria:\n"
            "                              icon, tab, text, tab, tag\n"
            "  index FILE [TYPE]           the index's list for a type (0 or none: all):\n"
-           "                              EuretirioID, tab, Oros\n";
+           "                              EuretirioID, tab, Oros\n"
+           "  fulltext FILE QUERY...      the sources whose words match the query, best first:\n"
+           "                              ResourceID, tab, ResTypeID, tab, title\n";
 }
 
 } // namespace
@@ -75,6 +77,8 @@ int main(int argc, char *argv[])
         return commands::search(args);
     if (command == u"index")
         return commands::index(args);
+    if (command == u"fulltext")
+        return commands::fulltext(args);
     usage();
     return 1;
 }

@@ -1,0 +1,318 @@
+#include "frmfulltextsearch.h"
+
+#include "fulltextresultdelegate.h"
+
+#include <contentpath.h>
+#include <database.h>
+#include <errorpolicy.h>
+#include <frmtextresource.h>
+#include <modglobal.h>
+#include <programbitmaps.h>
+#include <resourcesearch.h>
+#include <richtextbox.h>
+#include <runtimeerror.h>
+#include <sourceviewer.h>
+#include <textquery.h>
+#include <twips.h>
+
+#include <QCloseEvent>
+#include <QFileInfo>
+#include <QLabel>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QProgressBar>
+#include <QThread>
+#include <QTimer>
+
+namespace {
+
+constexpr int ResultRole = Qt::UserRole + 1;
+
+QRect twipsRect(int left, int top, int width, int height)
+{
+    return QRect(platform::pixelsFromTwipsX(left), platform::pixelsFromTwipsY(top),
+        platform::pixelsFromTwipsX(width), platform::pixelsFromTwipsY(height));
+}
+
+QIcon iconFor(const QString &key)
+{
+    static QHash<QString, QIcon> icons;
+    auto it = icons.find(key);
+    if (it == icons.end())
+        it = icons.insert(key, resources::exists(key) ? resources::LoadResIcon(key) : QIcon());
+    return *it;
+}
+
+QString countText(qsizetype count)
+{
+    if (count == 0)
+        return QStringLiteral("Δεν βρέθηκε καμία πηγή.");
+    if (count == 1)
+        return QStringLiteral("Βρέθηκε 1 πηγή.");
+    return QStringLiteral("Βρέθηκαν %1 πηγές.").arg(count);
+}
+
+} // namespace
+
+QPointer<frmFullTextSearch> frmFullTextSearch::s_instance;
+
+frmFullTextSearch *frmFullTextSearch::instance(bool create)
+{
+    if (!s_instance && create) {
+        s_instance = new frmFullTextSearch;
+        s_instance->Load();
+    }
+    return s_instance;
+}
+
+frmFullTextSearch::frmFullTextSearch(QWidget *parent)
+    : QWidget(parent)
+    , lblWords(new QLabel(QStringLiteral("Λέξεις:"), this))
+    , txtWords(new QLineEdit(this))
+    , prgIndex(new QProgressBar(this))
+    , lblCount(new QLabel(this))
+    , lstResults(new QListWidget(this))
+    , tmrSearch(new QTimer(this))
+{
+    setObjectName(QStringLiteral("frmFullTextSearch"));
+    setAttribute(Qt::WA_DeleteOnClose);
+    setWindowTitle(QStringLiteral("Αναζήτηση στα κείμενα"));
+    const std::pair<QWidget *, const char *> names[] = {{lblWords, "lblWords"}, {txtWords, "txtWords"},
+        {prgIndex, "prgIndex"}, {lblCount, "lblCount"}, {lstResults, "lstResults"}};
+    for (const auto &[widget, name] : names)
+        widget->setObjectName(QString::fromLatin1(name));
+    lblWords->setBuddy(txtWords);
+    txtWords->setPlaceholderText(QStringLiteral("Γράψε μια λέξη ή \"μια φράση\""));
+    txtWords->setClearButtonEnabled(true);
+    prgIndex->setFormat(QStringLiteral("Ετοιμάζεται το ευρετήριο των κειμένων… %p%"));
+    prgIndex->setVisible(false);
+    lstResults->setSelectionMode(QAbstractItemView::SingleSelection);
+    lstResults->setUniformItemSizes(true);
+    lstResults->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    lstResults->setItemDelegate(
+        new FullTextResultDelegate([this](int row) { return contextHtml(row); }, lstResults));
+    tmrSearch->setSingleShot(true);
+    tmrSearch->setInterval(SearchDelay);
+    layOut();
+
+    connect(txtWords, &QLineEdit::textChanged, this,
+        [this] { platform::guarded([this] { txtWords_Change(); }); });
+    connect(tmrSearch, &QTimer::timeout, this, [this] { platform::guarded([this] { tmrSearch_Timer(); }); });
+    // Enter and a double click both activate an item.
+    connect(lstResults, &QListWidget::itemActivated, this,
+        [this] { platform::guarded([this] { lstResults_Activated(); }); });
+    connect(txtWords, &QLineEdit::returnPressed, this, [this] {
+        platform::guarded([this] {
+            if (lstResults->count() == 0)
+                return;
+            if (!lstResults->currentItem())
+                lstResults->setCurrentRow(0);
+            lstResults_Activated();
+        });
+    });
+}
+
+frmFullTextSearch::~frmFullTextSearch()
+{
+    // The build stops at its next source; the thread must end before its window does.
+    if (m_cancel)
+        *m_cancel = true;
+    if (m_builder) {
+        m_builder->wait();
+        delete m_builder;
+    }
+}
+
+void frmFullTextSearch::layOut()
+{
+    resize(platform::pixelsFromTwipsX(FormWidth), platform::pixelsFromTwipsY(FormHeight));
+    lblWords->setGeometry(twipsRect(120, 165, 900, 300));
+    txtWords->setGeometry(twipsRect(1020, 120, 7260, 375));
+    prgIndex->setGeometry(twipsRect(120, 600, 8160, 300));
+    lblCount->setGeometry(twipsRect(120, 600, 8160, 300));
+    lstResults->setGeometry(twipsRect(120, 1000, 8160, 5480));
+}
+
+void frmFullTextSearch::Load()
+{
+    modGlobal::CenterAndShow(this);
+    txtWords->setFocus();
+    StartIndexBuild();
+}
+
+void frmFullTextSearch::StartIndexBuild()
+{
+    const QString contentFile = modGlobal::gDatabasePath;
+    if (contentFile.isEmpty() || !modGlobal::gDatabase)
+        return;
+    // The rows are read here, on the database the windows share; the files, which take
+    // the time, are read by the builder, and the index is read into memory there too.
+    const bool current = fulltext::isCurrent(contentFile);
+    QList<fulltext::Source> sources;
+    QString dataFolder;
+    if (!current) {
+        sources = fulltext::readSources(*modGlobal::gDatabase);
+        dataFolder = modGlobal::gDataFolder.isEmpty() ? QFileInfo(contentFile).absolutePath()
+                                                      : modGlobal::gDataFolder;
+        prgIndex->setRange(0, int(std::max<qsizetype>(1, sources.size())));
+        prgIndex->setValue(0);
+        prgIndex->setVisible(true);
+        lblCount->setVisible(false);
+    }
+    m_cancel = std::make_shared<std::atomic_bool>(false);
+    QPointer<frmFullTextSearch> self(this);
+    m_builder = QThread::create([self, contentFile, current, sources, dataFolder, cancel = m_cancel] {
+        std::shared_ptr<fulltext::Index> index;
+        QString error;
+        try {
+            const QString cacheFile = current
+                ? fulltext::cacheFileFor(contentFile)
+                : fulltext::buildIndex(contentFile, sources, dataFolder, [&](qint64 done, qint64) {
+                      if (*cancel)
+                          return false;
+                      if (done % 64 == 0)
+                          QMetaObject::invokeMethod(
+                              self, [self, done] { self->prgIndex->setValue(int(done)); },
+                              Qt::QueuedConnection);
+                      return true;
+                  });
+            index = fulltext::Index::open(cacheFile);
+        } catch (const platform::RuntimeError &e) {
+            error = e.description();
+        }
+        if (!*cancel)
+            QMetaObject::invokeMethod(
+                self, [self, index, error] { self->IndexReady(index, error); }, Qt::QueuedConnection);
+    });
+    m_builder->start(QThread::LowPriority);
+}
+
+void frmFullTextSearch::IndexReady(const std::shared_ptr<fulltext::Index> &index, const QString &error)
+{
+    prgIndex->setVisible(false);
+    lblCount->setVisible(true);
+    if (!error.isEmpty()) {
+        lblCount->setText(error);
+        return;
+    }
+    m_index = index;
+    if (!txtWords->text().isEmpty())
+        Search();
+}
+
+void frmFullTextSearch::txtWords_Change()
+{
+    tmrSearch->start();
+}
+
+void frmFullTextSearch::tmrSearch_Timer()
+{
+    if (m_index)
+        Search();
+}
+
+void frmFullTextSearch::Search()
+{
+    m_query = fulltext::parseQuery(txtWords->text());
+    m_results = m_index->search(m_query);
+    m_contexts.clear();
+    lstResults->clear();
+    for (qsizetype i = 0; i < m_results.size(); ++i) {
+        const fulltext::Result &r = m_results.at(i);
+        auto *item = new QListWidgetItem(iconFor(iconKey(r)), r.title);
+        item->setData(ResultRole, int(i));
+        item->setToolTip(r.title);
+        lstResults->addItem(item);
+    }
+    lblCount->setText(m_query.isEmpty() ? QString() : countText(m_results.size()));
+    if (lstResults->count() > 0)
+        lstResults->setCurrentRow(0);
+    emit searched();
+}
+
+QString frmFullTextSearch::contextHtml(int row) const
+{
+    if (!m_index || row < 0 || row >= m_results.size())
+        return QString();
+    auto it = m_contexts.constFind(row);
+    if (it != m_contexts.cend())
+        return *it;
+    const fulltext::ContextLine line = m_index->context(m_results.at(row), m_query);
+    QString html;
+    qsizetype at = 0;
+    for (const fulltext::Hit &hit : line.hits) {
+        html += line.text.mid(at, hit.start - at).toHtmlEscaped();
+        html += QStringLiteral("<b>") + line.text.mid(hit.start, hit.length).toHtmlEscaped()
+            + QStringLiteral("</b>");
+        at = hit.start + hit.length;
+    }
+    html += line.text.mid(at).toHtmlEscaped();
+    m_contexts.insert(row, html);
+    return html;
+}
+
+QString frmFullTextSearch::iconKey(const fulltext::Result &result)
+{
+    switch (result.resTypeID) {
+    case 2:
+        return result.book == finding::InscriptionBook ? QStringLiteral("epigrafi")
+                                                       : QStringLiteral("keimeno");
+    case 1:
+    case 6:
+        return QStringLiteral("agio");
+    case 5:
+        return QStringLiteral("xartis");
+    default:
+        return QString();
+    }
+}
+
+void frmFullTextSearch::lstResults_Activated()
+{
+    const QListWidgetItem *item = lstResults->currentItem();
+    if (!item)
+        return;
+    const int row = item->data(ResultRole).toInt();
+    if (row < 0 || row >= m_results.size())
+        return;
+    OpenResult(m_results.at(row));
+}
+
+void frmFullTextSearch::OpenResult(const fulltext::Result &result)
+{
+    auto rs = modGlobal::gDatabase->OpenRecordset(
+        QStringLiteral("SELECT ResTypeID, PicturePath, Caption FROM Resources WHERE ResourceID = ")
+        + QString::number(result.resourceID));
+    const SourceViewer::Kind kind
+        = SourceViewer::kindOfResType(rs->Fields(QStringLiteral("ResTypeID")).Value().toInt());
+    SourceViewer *viewer = SourceViewer::create(kind);
+    if (!viewer) {
+        rs->Close();
+        return;
+    }
+    if (kind == SourceViewer::Kind::Map) {
+        viewer->Load();
+        viewer->setMapPicture(platform::contentPath(modGlobal::gDataFolder, QStringLiteral("\\Pictures\\"),
+            rs->Fields(QStringLiteral("PicturePath")).text()));
+        viewer->setMapCaption(rs->Fields(QStringLiteral("Caption")).text());
+        viewer->SetScrollBars();
+    }
+    rs->Close();
+    viewer->setResourceID(result.resourceID);
+    if (kind != SourceViewer::Kind::Map)
+        viewer->Load();
+    modGlobal::CenterAndShow(viewer);
+    if (auto *text = qobject_cast<frmTextResource *>(viewer)) {
+        QList<std::pair<int, int>> places;
+        for (const fulltext::Hit &hit : fulltext::findHits(text->rtbTextResource->Text(), m_query))
+            places.append({int(hit.start), int(hit.length)});
+        text->ShowFoundWords(places);
+    }
+}
+
+void frmFullTextSearch::closeEvent(QCloseEvent *event)
+{
+    QWidget::closeEvent(event);
+    if (event->isAccepted() && s_instance == this)
+        s_instance = nullptr;
+}

@@ -1,0 +1,83 @@
+#pragma once
+
+#include "sourcetexts.h"
+#include "textquery.h"
+
+#include <QList>
+#include <QString>
+
+#include <functional>
+#include <memory>
+
+// The index of the words of every source. It lives in the user's cache folder
+// ($XDG_CACHE_HOME/tremidia/, by default ~/.cache/tremidia/), one SQLite file per content
+// file, keyed by the content file's path, size and modification time: the content folder
+// is never written, and a content file that changed is indexed again. Building reads
+// every rich-text file once and may take seconds on a large content, so callers run it
+// away from the interface thread; an index once open answers a query in milliseconds.
+namespace fulltext {
+
+// Called with the sources done and the sources in all; returning false cancels the build.
+using Progress = std::function<bool(qint64 done, qint64 total)>;
+
+// The folder and the file of the index of a content file.
+QString cacheFolder();
+QString cacheFileFor(const QString &contentFile);
+
+// True when the cache holds an index made from the content file as it is now.
+bool isCurrent(const QString &contentFile);
+
+// Builds the index of `sources` (rich-text files found below `dataFolder`) for the
+// content file: written beside its final name and renamed when whole, so a reader never
+// sees half an index. A missing or unreadable text file leaves its source with its
+// catalogue words. Returns the cache file's path; throws platform::RuntimeError when
+// the cache cannot be written or the build was cancelled (error 3059).
+QString buildIndex(const QString &contentFile, const QList<Source> &sources, const QString &dataFolder,
+    const Progress &progress = {});
+
+// The index of the content file, built first when it is not current. Throws
+// platform::RuntimeError for a content file that cannot be read.
+QString ensureIndex(const QString &contentFile, const Progress &progress = {});
+
+// One source found, with what ranks it.
+struct Result
+{
+    qint32 resourceID = 0;
+    qint32 resTypeID = 0;
+    QString title; // the search list's text
+    QString book;
+    int place = 0; // its place in the search list's order
+    int titleWords = 0; // query words (or phrases) found in the title
+    int hits = 0; // how many times they stand in the source
+};
+
+class Index
+{
+public:
+    ~Index();
+    Q_DISABLE_COPY_MOVE(Index)
+
+    // Reads the index file whole into memory. Throws platform::RuntimeError.
+    static std::unique_ptr<Index> open(const QString &cacheFile);
+
+    int sourceCount() const;
+
+    // The sources where every word and phrase of the query stands, the best first: more
+    // of the query in the title, then more hits, then the search list's order. A query
+    // with no word finds nothing.
+    QList<Result> search(const TextQuery &query) const;
+    QList<Result> search(QStringView text) const { return search(parseQuery(text)); }
+
+    // All the words of a source as they were indexed: its title, its catalogue fields
+    // and its text, one per line.
+    QString sourceText(const Result &result) const;
+    // A line around the first hit in the source, preferring its text to its title.
+    ContextLine context(const Result &result, const TextQuery &query) const;
+
+private:
+    Index();
+    struct Private;
+    std::unique_ptr<Private> d;
+};
+
+} // namespace fulltext

@@ -1,0 +1,266 @@
+#include "fulltextindex.h"
+#include "indexformat.h"
+#include "wordfold.h"
+
+#include <database.h>
+#include <runtimeerror.h>
+#include <sqliteconnection.h>
+
+#include <QCoreApplication>
+#include <QCryptographicHash>
+#include <QDateTime>
+#include <QDir>
+#include <QFileInfo>
+#include <QHash>
+#include <QRandomGenerator>
+#include <QStandardPaths>
+
+#include <sqlite3.h>
+
+#include <algorithm>
+#include <cstdio>
+#include <vector>
+
+namespace fulltext {
+
+namespace {
+
+struct ContentKey
+{
+    QString path;
+    qint64 size = -1;
+    qint64 mtime = -1;
+};
+
+ContentKey keyOf(const QString &contentFile)
+{
+    const QFileInfo info(contentFile);
+    return {info.absoluteFilePath(), info.size(), info.lastModified().toMSecsSinceEpoch()};
+}
+
+[[noreturn]] void cacheError(const QString &what)
+{
+    throw platform::RuntimeError(
+        3051, QStringLiteral("Δεν είναι δυνατή η εγγραφή του ευρετηρίου των κειμένων (%1).").arg(what));
+}
+
+// The words of one term as the sources are read.
+struct TermPostings
+{
+    QString term;
+    QByteArray docs;
+    QByteArray positions;
+    int lastDoc = 0;
+};
+
+class Builder
+{
+public:
+    // Adds the next source, its words at places from 0; `titleWords` of them are its title.
+    int add(int doc, const QString &text, int titleWords)
+    {
+        m_places.clear();
+        int place = 0;
+        forEachWord(text, [&](qsizetype, qsizetype, const QString &folded) {
+            auto it = m_ids.constFind(folded);
+            int id;
+            if (it == m_ids.cend()) {
+                id = int(m_terms.size());
+                m_ids.insert(folded, id);
+                m_terms.push_back({folded, {}, {}, 0});
+            } else {
+                id = *it;
+            }
+            m_places.push_back({id, place++});
+        });
+        // Sorted by term, each term's places in order.
+        std::stable_sort(m_places.begin(), m_places.end(),
+            [](const std::pair<int, int> &a, const std::pair<int, int> &b) { return a.first < b.first; });
+        for (size_t i = 0; i < m_places.size();) {
+            size_t j = i;
+            while (j < m_places.size() && m_places[j].first == m_places[i].first)
+                ++j;
+            TermPostings &t = m_terms[size_t(m_places[i].first)];
+            const auto count = std::uint32_t(j - i);
+            const bool inTitle = m_places[i].second < titleWords;
+            format::putVarint(t.docs, std::uint32_t(doc - t.lastDoc));
+            format::putVarint(t.docs, count * 2 + (inTitle ? 1 : 0));
+            t.lastDoc = doc;
+            int previous = 0;
+            for (size_t k = i; k < j; ++k) {
+                format::putVarint(t.positions, std::uint32_t(m_places[k].second - previous));
+                previous = m_places[k].second;
+            }
+            i = j;
+        }
+        return place;
+    }
+
+    std::vector<TermPostings> &terms() { return m_terms; }
+
+private:
+    QHash<QString, int> m_ids;
+    std::vector<TermPostings> m_terms;
+    std::vector<std::pair<int, int>> m_places;
+};
+
+int wordCount(const QString &text)
+{
+    int n = 0;
+    forEachWord(text, [&](qsizetype, qsizetype, const QString &) { ++n; });
+    return n;
+}
+
+// A source's words, one field a line: the title first, so that its words take the first
+// places.
+QString indexedText(const Source &s, const QString &body)
+{
+    QStringList lines {plainField(s.title())};
+    for (const QString &field :
+        {s.resTypeID == 2 ? plainField(s.caption) : s.book, s.author, s.museum, s.lezanda}) {
+        if (!field.isEmpty())
+            lines << field;
+    }
+    if (!body.isEmpty())
+        lines << body;
+    return lines.join(u'\n');
+}
+
+} // namespace
+
+QString cacheFolder()
+{
+    return QStandardPaths::writableLocation(QStandardPaths::GenericCacheLocation)
+        + QStringLiteral("/tremidia");
+}
+
+QString cacheFileFor(const QString &contentFile)
+{
+    const QByteArray hash = QCryptographicHash::hash(
+        QFileInfo(contentFile).absoluteFilePath().toUtf8(), QCryptographicHash::Sha1)
+                                .toHex()
+                                .left(20);
+    return cacheFolder() + QStringLiteral("/fulltext-") + QString::fromLatin1(hash)
+        + QStringLiteral(".sqlite");
+}
+
+bool isCurrent(const QString &contentFile)
+{
+    const QString cache = cacheFileFor(contentFile);
+    if (!QFileInfo::exists(cache) || !QFileInfo::exists(contentFile))
+        return false;
+    try {
+        content::sqlite::Connection db(cache, SQLITE_OPEN_READONLY);
+        auto st = db.prepare(QStringLiteral("SELECT key, value FROM meta"));
+        QHash<QString, QString> meta;
+        while (st->step())
+            meta.insert(st->value(0).toString(), st->value(1).toString());
+        const ContentKey key = keyOf(contentFile);
+        return meta.value(QStringLiteral("format")) == QString::number(format::Version)
+            && meta.value(QStringLiteral("path")) == key.path
+            && meta.value(QStringLiteral("size")) == QString::number(key.size)
+            && meta.value(QStringLiteral("mtime")) == QString::number(key.mtime);
+    } catch (const content::sqlite::Error &) {
+        return false;
+    }
+}
+
+QString buildIndex(const QString &contentFile, const QList<Source> &sources, const QString &dataFolder,
+    const Progress &progress)
+{
+    // The key is taken before the sources were read by the caller's clock, as near as we
+    // can: a content file changed during the build is then indexed again next time.
+    const ContentKey key = keyOf(contentFile);
+    const QString target = cacheFileFor(contentFile);
+    if (!QDir().mkpath(cacheFolder()))
+        cacheError(cacheFolder());
+    const QString temporary = target
+        + QStringLiteral(".%1-%2.tmp")
+              .arg(QCoreApplication::applicationPid())
+              .arg(QRandomGenerator::global()->generate(), 0, 16);
+    QFile::remove(temporary);
+    try {
+        content::sqlite::Connection db(temporary, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE);
+        db.execute(QStringLiteral(
+            "PRAGMA journal_mode=OFF; PRAGMA synchronous=OFF;"
+            "CREATE TABLE meta (key TEXT PRIMARY KEY, value TEXT);"
+            "CREATE TABLE docs (doc INTEGER PRIMARY KEY, ResourceID INTEGER, ResTypeID INTEGER, title TEXT, "
+            "book TEXT, titleWords INTEGER, words INTEGER, text TEXT);"
+            "CREATE TABLE terms (id INTEGER PRIMARY KEY, term TEXT, stem TEXT, docs BLOB, positions BLOB);"
+            "BEGIN"));
+        Builder builder;
+        auto insertDoc = db.prepare(QStringLiteral("INSERT INTO docs VALUES (?, ?, ?, ?, ?, ?, ?, ?)"));
+        const qint64 total = sources.size();
+        for (qsizetype doc = 0; doc < sources.size(); ++doc) {
+            if (progress && !progress(doc, total))
+                throw platform::RuntimeError(3059, QStringLiteral("Η λειτουργία ακυρώθηκε."));
+            const Source &s = sources.at(doc);
+            const QString title = plainField(s.title());
+            const QString text = indexedText(s, readSourceText(s.textFile(dataFolder)));
+            const int titleWords = wordCount(title);
+            const int words = builder.add(int(doc), text, titleWords);
+            insertDoc->reset();
+            insertDoc->bind(1, int(doc));
+            insertDoc->bind(2, s.resourceID);
+            insertDoc->bind(3, s.resTypeID);
+            insertDoc->bind(4, title);
+            insertDoc->bind(5, s.book);
+            insertDoc->bind(6, titleWords);
+            insertDoc->bind(7, words);
+            insertDoc->bind(8, text);
+            insertDoc->step();
+        }
+        // Term ids follow the words' order, so that the words a prefix begins are
+        // neighbours.
+        std::vector<TermPostings> &terms = builder.terms();
+        std::sort(terms.begin(), terms.end(),
+            [](const TermPostings &a, const TermPostings &b) { return a.term < b.term; });
+        auto insertTerm = db.prepare(QStringLiteral("INSERT INTO terms VALUES (?, ?, ?, ?, ?)"));
+        for (size_t id = 0; id < terms.size(); ++id) {
+            insertTerm->reset();
+            insertTerm->bind(1, qint64(id));
+            insertTerm->bind(2, terms[id].term);
+            const QString stem = greekStem(terms[id].term);
+            insertTerm->bind(3, stem.isEmpty() ? QVariant() : QVariant(stem));
+            insertTerm->bind(4, terms[id].docs);
+            insertTerm->bind(5, terms[id].positions);
+            insertTerm->step();
+        }
+        auto insertMeta = db.prepare(QStringLiteral("INSERT INTO meta VALUES (?, ?)"));
+        for (const auto &[name, value] :
+            {std::pair {QStringLiteral("format"), QString::number(format::Version)},
+                {QStringLiteral("path"), key.path}, {QStringLiteral("size"), QString::number(key.size)},
+                {QStringLiteral("mtime"), QString::number(key.mtime)}}) {
+            insertMeta->reset();
+            insertMeta->bind(1, name);
+            insertMeta->bind(2, value);
+            insertMeta->step();
+        }
+        db.execute(QStringLiteral("COMMIT"));
+        if (progress)
+            progress(total, total);
+    } catch (const content::sqlite::Error &e) {
+        QFile::remove(temporary);
+        cacheError(e.message());
+    } catch (...) {
+        QFile::remove(temporary);
+        throw;
+    }
+    // rename(2) replaces the old index in one step, under a reader that has it open too.
+    if (std::rename(QFile::encodeName(temporary).constData(), QFile::encodeName(target).constData()) != 0) {
+        QFile::remove(temporary);
+        cacheError(target);
+    }
+    return target;
+}
+
+QString ensureIndex(const QString &contentFile, const Progress &progress)
+{
+    if (isCurrent(contentFile))
+        return cacheFileFor(contentFile);
+    const auto db = content::Database::OpenDatabase(contentFile);
+    const QList<Source> sources = readSources(*db);
+    return buildIndex(contentFile, sources, QFileInfo(contentFile).absolutePath(), progress);
+}
+
+} // namespace fulltext

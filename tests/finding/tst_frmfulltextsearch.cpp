@@ -1,0 +1,175 @@
+// The text search window in the program's shell on the sample course: Ctrl+Shift+F and
+// the menu open it, the index is built in the background, the pupil types, sees the
+// sources with their words in bold, opens a text and finds the words selected there.
+// Pictures land in the test output folder.
+
+#include "../support/msgboxrecorder.h"
+
+#include <childwindows.h>
+#include <colhotwords.h>
+#include <database.h>
+#include <frmfulltextsearch.h>
+#include <frmtextresource.h>
+#include <mdiform1.h>
+#include <modglobal.h>
+#include <richtextbox.h>
+#include <wordfold.h>
+
+#include <QDir>
+#include <QFileInfo>
+#include <QLabel>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QMdiArea>
+#include <QMdiSubWindow>
+#include <QMenu>
+#include <QProgressBar>
+#include <QTemporaryDir>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+const QString samplePath = QStringLiteral(TREMIDIA_BINARY_DIR "/sample/tremidia.sqlite");
+
+void savePicture(QWidget *w, const QString &name)
+{
+    for (int i = 0; i < 3; ++i)
+        QCoreApplication::processEvents();
+    QVERIFY(QDir().mkpath(QStringLiteral(TREMIDIA_TEST_OUTPUT_DIR)));
+    const QString file = QStringLiteral(TREMIDIA_TEST_OUTPUT_DIR "/") + name;
+    QVERIFY(w->grab().save(file, "PNG"));
+    qInfo("picture: %s", qPrintable(file));
+}
+
+} // namespace
+
+class tst_frmFullTextSearch : public QObject
+{
+    Q_OBJECT
+
+private:
+    testing::MsgBoxRecorder m_boxes;
+    MDIForm1 *m_shell = nullptr;
+    QTemporaryDir m_cache;
+
+private slots:
+    void initTestCase()
+    {
+        if (!QFileInfo::exists(samplePath))
+            QSKIP("the sample course is not built");
+        QVERIFY(m_cache.isValid());
+        qputenv("XDG_CACHE_HOME", m_cache.path().toUtf8());
+        modGlobal::gDatabasePath = samplePath;
+        modGlobal::gDataFolder = QFileInfo(samplePath).absolutePath();
+        modGlobal::gDatabase = content::Database::OpenDatabase(samplePath);
+        MDIForm1::registerDefaultInstance();
+        MDIForm1::setStartScreenFactory([] { return nullptr; });
+        registerChildWindows();
+        m_boxes.install();
+        m_shell = static_cast<MDIForm1 *>(ShellWindow::instance());
+        m_shell->show();
+        QVERIFY(QTest::qWaitForWindowExposed(m_shell));
+    }
+
+    void cleanupTestCase()
+    {
+        if (m_shell)
+            m_shell->close();
+        modGlobal::gDatabase.reset();
+    }
+
+    void theMenuOffersItBelowTheDatabaseSearch()
+    {
+        const QList<QAction *> actions = m_shell->mnuChoices->actions();
+        const qsizetype search = actions.indexOf(m_shell->mnufacilities);
+        QVERIFY(search >= 0);
+        QCOMPARE(actions.value(search + 1), m_shell->mnuFullText);
+        QCOMPARE(m_shell->mnuFullText->text(), u"Αναζήτηση στα κείμενα"_s);
+        QCOMPARE(m_shell->mnuFullText->shortcut(), QKeySequence(u"Ctrl+Shift+F"_s));
+    }
+
+    void aPupilTypesSeesTheSourcesAndOpensATextAtTheWords()
+    {
+        QTest::keyClick(m_shell, Qt::Key_F, Qt::ControlModifier | Qt::ShiftModifier);
+        frmFullTextSearch *search = frmFullTextSearch::instance(false);
+        QVERIFY(search);
+        QVERIFY(search->isVisible());
+        QCOMPARE(search->windowTitle(), u"Αναζήτηση στα κείμενα"_s);
+        QCOMPARE(search->parentWidget()->parentWidget()->parentWidget(), m_shell->mdiArea());
+        // The first opening builds the index in the background, with its progress shown.
+        QVERIFY(search->prgIndex->isVisible());
+        QVERIFY(!search->indexReady());
+        QTRY_VERIFY_WITH_TIMEOUT(search->indexReady(), 30000);
+        QVERIFY(!search->prgIndex->isVisible());
+        QVERIFY(QDir(m_cache.path() + u"/tremidia"_s).entryList({u"fulltext-*.sqlite"_s}).size() == 1);
+
+        // Typed a letter at a time, as a Greek keyboard sends them.
+        for (const QChar c : u"δηλος"_s)
+            QTest::sendKeyEvent(QTest::Click, search->txtWords, Qt::Key_unknown, QString(c), Qt::NoModifier);
+        QCOMPARE(search->txtWords->text(), u"δηλος"_s);
+        QTRY_VERIFY(!search->results().isEmpty());
+        const QList<fulltext::Result> results = search->results();
+        QCOMPARE(search->lstResults->count(), results.size());
+        QCOMPARE(search->lblCount->text(), u"Βρέθηκαν %1 πηγές."_s.arg(results.size()));
+        QCOMPARE(search->lstResults->item(0)->text(), results.front().title);
+        QVERIFY(!search->lstResults->item(0)->icon().isNull());
+        QVERIFY(search->contextHtml(0).contains(u"<b>"_s));
+        savePicture(m_shell, u"fulltext-results.png"_s);
+
+        // The first text source among the results, opened with Enter.
+        int row = 0;
+        while (row < results.size() && results.at(row).resTypeID != 2)
+            ++row;
+        QVERIFY(row < results.size());
+        search->lstResults->setFocus();
+        search->lstResults->setCurrentRow(row);
+        QTest::keyClick(search->lstResults, Qt::Key_Return);
+        QVERIFY(m_boxes.isEmpty());
+        auto *text = qobject_cast<frmTextResource *>(m_shell->mdiArea()->activeSubWindow()->widget());
+        QVERIFY(text);
+        QCOMPARE(text->ResourceID(), results.at(row).resourceID);
+        QVERIFY(!text->markedWords().isEmpty());
+        const QString selected = text->rtbTextResource->SelText();
+        QVERIFY(fulltext::foldWord(selected).startsWith(u"δηλ"_s));
+        QCOMPARE(text->rtbTextResource->SelStart(), text->markedWords().front().first);
+        QCOMPARE(text->rtbTextResource->extraSelections().size(), text->markedWords().size());
+        QVERIFY(text->rtbTextResource->cursorRect().intersects(text->rtbTextResource->viewport()->rect()));
+        // Hot words keep working beside the marks.
+        QVERIFY(text->hotWords() && text->hotWords()->Count() > 0);
+        savePicture(m_shell, u"fulltext-opened.png"_s);
+
+        // A click in the text puts the marks away.
+        QTest::mouseClick(text->rtbTextResource->viewport(), Qt::LeftButton, {}, QPoint(5, 5));
+        QVERIFY(text->markedWords().isEmpty());
+        QVERIFY(text->rtbTextResource->extraSelections().isEmpty());
+        text->Unload();
+
+        // Words that stand nowhere: an empty list and its count; no words: no count.
+        search->txtWords->setText(u"ξυλοκερατιά"_s);
+        QTRY_COMPARE(search->lblCount->text(), u"Δεν βρέθηκε καμία πηγή."_s);
+        QCOMPARE(search->lstResults->count(), 0);
+        search->txtWords->setText(u"\"*"_s);
+        QTRY_COMPARE(search->lblCount->text(), QString());
+        QVERIFY(m_boxes.isEmpty());
+        search->parentWidget()->close();
+        QVERIFY(!frmFullTextSearch::instance(false));
+    }
+
+    void theMenuReopensItOnTheIndexAlreadyBuilt()
+    {
+        m_shell->mnuFullText->trigger();
+        frmFullTextSearch *search = frmFullTextSearch::instance(false);
+        QVERIFY(search);
+        QVERIFY(!search->prgIndex->isVisible());
+        QTRY_VERIFY(search->indexReady());
+        QVERIFY(!search->prgIndex->isVisible());
+        search->txtWords->setText(u"\"της Δήλου\""_s);
+        QTRY_VERIFY(!search->results().isEmpty());
+        search->parentWidget()->close();
+    }
+};
+
+QTEST_MAIN(tst_frmFullTextSearch)
+#include "tst_frmfulltextsearch.moc"

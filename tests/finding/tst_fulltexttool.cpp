@@ -1,0 +1,106 @@
+// The content tool's fulltext command on the sample course and on the Jet test files:
+// one line per source found, best first; nothing for no match; a file that cannot be
+// read is an error.
+
+#include "../support/contenttool.h"
+
+#include <QFileInfo>
+#include <QTemporaryDir>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+const QString sample = QStringLiteral(TREMIDIA_BINARY_DIR "/sample/tremidia.sqlite");
+const QString jet4 = QStringLiteral(TREMIDIA_FIXTURES_DIR "/content-jet4.mdb");
+const QString jet3 = QStringLiteral(TREMIDIA_FIXTURES_DIR "/content-jet3.mdb");
+
+} // namespace
+
+class tst_FullTextTool : public QObject
+{
+    Q_OBJECT
+
+private:
+    QTemporaryDir m_cache;
+
+private slots:
+    void initTestCase()
+    {
+        QVERIFY(m_cache.isValid());
+        // The tool keeps its index where the program does; here, a folder of the test's own.
+        qputenv("XDG_CACHE_HOME", m_cache.path().toUtf8());
+    }
+
+    void theSampleListsTheSourcesBestFirst()
+    {
+        if (!QFileInfo::exists(sample))
+            QSKIP("the sample course is not built");
+        const testing::ToolRun run = testing::contentTool({u"fulltext"_s, sample, u"ΔΗΛΟΣ"_s});
+        QCOMPARE(run.exitCode, 0);
+        QVERIFY(run.lines.size() >= 3);
+        for (const QString &line : run.lines)
+            QCOMPARE(line.split(u'\t').size(), 3);
+        QVERIFY(run.lines.front().split(u'\t').at(2).contains(u"Δήλου"_s));
+        // The words of the command line form one query.
+        const testing::ToolRun two
+            = testing::contentTool({u"fulltext"_s, sample, u"\"της Δήλου\""_s, u"Θουκυδίδης"_s});
+        QCOMPARE(two.exitCode, 0);
+        QVERIFY(!two.lines.isEmpty());
+        QVERIFY(two.lines.size() < run.lines.size());
+        QVERIFY(QDir(m_cache.path() + u"/tremidia"_s).entryList({u"fulltext-*.sqlite"_s}).size() == 1);
+    }
+
+    void noMatchPrintsNothing()
+    {
+        if (!QFileInfo::exists(sample))
+            QSKIP("the sample course is not built");
+        for (const QStringList &query :
+            {QStringList {u"ξυλοκερατιά"_s}, QStringList {}, QStringList {u"*"_s}}) {
+            const testing::ToolRun run = testing::contentTool(QStringList {u"fulltext"_s, sample} + query);
+            QCOMPARE(run.exitCode, 0);
+            QCOMPARE(run.lines, QStringList());
+            QCOMPARE(run.errors, QString());
+        }
+    }
+
+    void aJetFileIsSearchedToo_data()
+    {
+        QTest::addColumn<QString>("file");
+        QTest::newRow("jet 4") << jet4;
+        QTest::newRow("jet 3") << jet3;
+    }
+
+    void aJetFileIsSearchedToo()
+    {
+        QFETCH(QString, file);
+        // Its text files are not beside it: the catalogue's words are found all the same.
+        const testing::ToolRun run = testing::contentTool({u"fulltext"_s, file, u"Μαραθώνα"_s});
+        QCOMPARE(run.exitCode, 0);
+        QVERIFY(run.lines.contains(u"212\t1\tΟ τύμβος των Αθηναίων (Σωρός) στον Μαραθώνα"_s));
+        QVERIFY(run.lines.contains(u"202\t2\tΙστορίαι, βιβλίο 6 (Ερατώ), 102-117"_s));
+    }
+
+    void aFileThatCannotBeReadIsAnError()
+    {
+        QTemporaryDir dir;
+        const testing::ToolRun missing
+            = testing::contentTool({u"fulltext"_s, dir.path() + u"/none.mdb"_s, u"x"_s});
+        QCOMPARE(missing.exitCode, 1);
+        QVERIFY(missing.errors.startsWith(u"tremidia-content: "_s));
+        QVERIFY(missing.lines.isEmpty());
+        QFile junk(dir.path() + u"/junk.mdb"_s);
+        QVERIFY(junk.open(QIODevice::WriteOnly));
+        junk.write("not a database at all");
+        junk.close();
+        const testing::ToolRun damaged = testing::contentTool({u"fulltext"_s, junk.fileName(), u"x"_s});
+        QCOMPARE(damaged.exitCode, 1);
+        QVERIFY(!damaged.errors.isEmpty());
+        const testing::ToolRun usage = testing::contentTool({u"fulltext"_s});
+        QCOMPARE(usage.exitCode, 1);
+    }
+};
+
+QTEST_GUILESS_MAIN(tst_FullTextTool)
+#include "tst_fulltexttool.moc"

@@ -148,6 +148,40 @@ void frmSmallButton::focusInEvent(QFocusEvent *event)
     QWidget::focusInEvent(event);
 }
 
+bool frmSmallButton::focusNextPrevChild(bool next)
+{
+    // A tile's frame would keep Tab inside the tile: the keys go from tile to tile
+    // instead, and past the last (or before the first) on to the shell's own controls.
+    QMdiSubWindow *sub = subWindow();
+    QMdiArea *area = sub ? sub->mdiArea() : nullptr;
+    if (!area)
+        return QWidget::focusNextPrevChild(next);
+    QList<frmSmallButton *> tiles;
+    for (QMdiSubWindow *candidate : area->subWindowList(QMdiArea::CreationOrder))
+        if (auto *tile = qobject_cast<frmSmallButton *>(candidate->widget()); tile && !candidate->isHidden())
+            tiles.append(tile);
+    const qsizetype at = tiles.indexOf(this);
+    const qsizetype to = at + (next ? 1 : -1);
+    if (at >= 0 && to >= 0 && to < tiles.size()) {
+        tiles.at(to)->setFocus(next ? Qt::TabFocusReason : Qt::BacktabFocusReason);
+        return true;
+    }
+    // The shell's controls outside the area, in the window's focus order.
+    QList<QWidget *> outside;
+    QWidget *top = window();
+    for (QWidget *w = top->nextInFocusChain(); w && w != top; w = w->nextInFocusChain()) {
+        if ((w->focusPolicy() & Qt::TabFocus) && w->isVisibleTo(top) && w->isEnabled()
+            && !area->isAncestorOf(w) && w != area)
+            outside.append(w);
+    }
+    QWidget *target = outside.isEmpty() ? tiles.value(next ? 0 : tiles.size() - 1)
+                                        : (next ? outside.first() : outside.last());
+    if (!target)
+        return false;
+    target->setFocus(next ? Qt::TabFocusReason : Qt::BacktabFocusReason);
+    return true;
+}
+
 void frmSmallButton::focusOutEvent(QFocusEvent *event)
 {
     m_focusByKeys = false;

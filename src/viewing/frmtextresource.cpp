@@ -81,6 +81,7 @@ frmTextResource::frmTextResource(QWidget *parent)
     // Tab goes from hot word to hot word and Enter opens one, as a click does.
     rtbTextResource->installEventFilter(this);
     rtbTextResource->setAccessibleDescription(QStringLiteral("Κείμενο"));
+    viewing::renewAccessible(rtbTextResource);
 
     connect(
         rtbTextResource, &RichTextBox::MouseMove, this, [this](int button, int shift, double x, double y) {

@@ -41,7 +41,7 @@ frmToolTips::frmToolTips(QWidget *parent)
     , mnuCopyPicture(mnuPopUp->addAction(QStringLiteral("Αντιγραφή εικόνας")))
 {
     setObjectName(QStringLiteral("frmToolTips"));
-    viewing::installAccessibility();
+    viewing::renewAccessible(this);
     mnuPopUp->setObjectName(QStringLiteral("mnuPopUp"));
     mnuCopyText->setObjectName(QStringLiteral("mnuCopyText"));
     mnuCopyPicture->setObjectName(QStringLiteral("mnuCopyPicture"));

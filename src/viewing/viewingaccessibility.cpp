@@ -197,6 +197,16 @@ void installAccessibility()
     Q_UNUSED(installed);
 }
 
+void renewAccessible(QWidget *widget)
+{
+    installAccessibility();
+    QAccessibleInterface *cached = QAccessible::queryAccessibleInterface(widget);
+    if (!cached || dynamic_cast<HotTextAccessible *>(cached) || dynamic_cast<TipAccessible *>(cached))
+        return;
+    QAccessible::deleteAccessibleInterface(QAccessible::uniqueId(cached));
+    QAccessible::queryAccessibleInterface(widget);
+}
+
 HotTextAccessible::HotTextAccessible(RichTextBox *box)
     : QAccessibleWidget(box, QAccessible::EditableText)
 {

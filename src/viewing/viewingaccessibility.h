@@ -12,6 +12,9 @@ namespace viewing {
 
 // Installs the interface factory once; the text viewer and the tip call it when made.
 void installAccessibility();
+// Drops an interface Qt made for the widget while it was still being built (as its base
+// class), so that the next reading asks the factory again.
+void renewAccessible(QWidget *widget);
 
 // A text viewer's box: Qt's text reading, kept in our hands so that the hot words can
 // stand in it as links. Offsets are the document's character positions.

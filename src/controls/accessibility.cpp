@@ -13,11 +13,32 @@ namespace {
 
 constexpr char PressableProperty[] = "tremidiaPressable";
 
-QAccessibleInterface *factory(const QString &, QObject *object)
+constexpr char RoleProperty[] = "tremidiaAccessibleRole";
+
+// The nearest of Qt's own classes above ours.
+const QMetaObject *qtBase(const QMetaObject *meta)
 {
-    if (!object || !object->isWidgetType() || !isPressable(object))
+    while (meta && !QByteArray(meta->className()).startsWith('Q'))
+        meta = meta->superClass();
+    return meta;
+}
+
+QAccessibleInterface *factory(const QString &className, QObject *object)
+{
+    if (!object || !object->isWidgetType())
         return nullptr;
-    return new PressableAccessible(static_cast<QWidget *>(object));
+    auto *widget = static_cast<QWidget *>(object);
+    if (isPressable(object))
+        return new PressableAccessible(widget);
+    const QVariant role = object->property(RoleProperty);
+    if (role.isValid())
+        return new QAccessibleWidget(widget, QAccessible::Role(role.toInt()));
+    // The program's own windows are plain widgets to Qt, which reads them as a "client";
+    // a reader must hear a window named by its caption.
+    if (widget->isWindow() && className == QLatin1String(object->metaObject()->className())
+        && qtBase(object->metaObject()) == &QWidget::staticMetaObject)
+        return new QAccessibleWidget(widget, QAccessible::Window);
+    return nullptr;
 }
 
 } // namespace
@@ -29,6 +50,13 @@ void installAccessibility()
         return true;
     }();
     Q_UNUSED(installed);
+}
+
+void setAccessibleRole(QWidget *widget, QAccessible::Role role, const QString &name)
+{
+    installAccessibility();
+    widget->setProperty(RoleProperty, int(role));
+    widget->setAccessibleName(name);
 }
 
 void makePressable(QWidget *widget)

@@ -16,6 +16,9 @@ namespace controls {
 // neither the program nor a test has to remember it.
 void installAccessibility();
 
+// Gives a plain widget a role for screen readers (a canvas, a pane), with its name.
+void setAccessibleRole(QWidget *widget, QAccessible::Role role, const QString &name);
+
 // Marks a widget as a push button for screen readers (and installs the factory).
 void makePressable(QWidget *widget);
 bool isPressable(const QObject *object);

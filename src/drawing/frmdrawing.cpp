@@ -1,5 +1,7 @@
 #include "frmdrawing.h"
 
+#include <accessibility.h>
+
 #include "drawingtoolbar.h"
 #include "drawingtools.h"
 #include "frmdrawingtext.h"
@@ -138,6 +140,7 @@ frmDrawing::frmDrawing(QWidget *parent)
     VS->setObjectName(QStringLiteral("VS"));
     picContainer->setAutoFillBackground(true);
     picContainer->setFocusPolicy(Qt::StrongFocus);
+    controls::setAccessibleRole(picContainer, QAccessible::Canvas, QStringLiteral("Σχέδιο"));
     // A scroll bar never keeps the focus: the container takes it.
     HS->setFocusPolicy(Qt::NoFocus);
     VS->setFocusPolicy(Qt::NoFocus);

@@ -8,6 +8,7 @@
 #include <sourceviewer.h>
 #include <twips.h>
 
+#include <QAbstractItemView>
 #include <QCloseEvent>
 #include <QComboBox>
 #include <QFrame>
@@ -95,6 +96,16 @@ frmSearchResources::frmSearchResources(QWidget *parent)
     Frame1->setFrameShape(QFrame::Box);
     for (QComboBox *combo : {cmbResType, cmbAuthor, cmbMuseum, cmbKeyWord, cmbTime, cmbPlace})
         combo->setMaxVisibleItems(16);
+    // Screen readers name each list by the label beside it.
+    const std::pair<QLabel *, QComboBox *> labelled[] = {{Label1, cmbResType}, {Label2, cmbAuthor},
+        {Label3, cmbMuseum}, {Label4, cmbKeyWord}, {Label5, cmbTime}, {Label6, cmbPlace}};
+    for (const auto &[label, combo] : labelled) {
+        label->setBuddy(combo);
+        const QString name = label->text().chopped(1);
+        combo->setAccessibleName(name);
+        combo->view()->setAccessibleName(name);
+    }
+    lvwResources->setAccessibleName(QStringLiteral("Πηγές"));
     lvwResources->setColumnCount(1);
     lvwResources->setHeaderHidden(true);
     lvwResources->setRootIsDecorated(false);
@@ -196,6 +207,8 @@ void frmSearchResources::FillTextCombo(QComboBox *combo, const QString &sql)
 void frmSearchResources::AddAllEntry(QComboBox *combo)
 {
     combo->addItem(QString(), 0);
+    // Blank on the screen, but a screen reader says what it means.
+    combo->setItemData(combo->count() - 1, QStringLiteral("Όλα"), Qt::AccessibleTextRole);
     combo->setCurrentIndex(combo->count() - 1);
 }
 

@@ -108,6 +108,7 @@ frmNotes::frmNotes(QWidget *parent)
     setWindowTitle(QStringLiteral("Σημειωματάριο"));
     setAttribute(Qt::WA_DeleteOnClose);
     notes->setObjectName(QStringLiteral("notes"));
+    notes->setAccessibleName(QStringLiteral("Σημειωματάριο"));
     Toolbar1->setObjectName(QStringLiteral("Toolbar1"));
     Status->setObjectName(QStringLiteral("Status"));
     Status->setSizeGripEnabled(false);

@@ -25,7 +25,9 @@ QToolButton *DrawingToolbar::addButton(
     auto *button = new QToolButton(this);
     button->setObjectName(key);
     button->setAutoRaise(true);
-    button->setFocusPolicy(Qt::NoFocus);
+    // Reachable with Tab and pressed with Space; a click still leaves the focus on the
+    // picture.
+    button->setFocusPolicy(Qt::TabFocus);
     if (resources::exists(picture))
         button->setIcon(resources::LoadResIcon(picture));
     else

@@ -196,6 +196,9 @@ void frmDrawing::buildToolbars()
         tlbGeneral->addButton(text(row.key), QStringLiteral("dg_") + text(row.key), text(row.toolTip),
             row.dropdown ? DrawingToolbar::Style::Dropdown : DrawingToolbar::Style::Plain);
     }
+    // The stamps' key shows no tip, but a screen reader still says what it is.
+    if (QToolButton *stamps = tlbGeneral->Buttons(QStringLiteral("Shape")))
+        stamps->setAccessibleName(QStringLiteral("Σφραγίδες"));
 }
 
 void frmDrawing::Load()

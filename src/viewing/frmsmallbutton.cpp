@@ -18,6 +18,7 @@
 #include <QMdiSubWindow>
 #include <QMouseEvent>
 #include <QPainter>
+#include <QTimer>
 
 #include <utility>
 
@@ -199,8 +200,10 @@ void frmSmallButton::keyPressEvent(QKeyEvent *event)
         const int key = event->key();
         const bool plain = !(event->modifiers() & (Qt::ControlModifier | Qt::AltModifier));
         if (plain && (key == Qt::Key_Return || key == Qt::Key_Enter || key == Qt::Key_Space)) {
-            if (!event->isAutoRepeat())
+            if (!event->isAutoRepeat()) {
                 Image1_Click();
+                m_openedByKeys = m_sourceOpen != 0;
+            }
             return;
         }
         if (plain
@@ -388,6 +391,13 @@ void frmSmallButton::SourceForm_OnUnload()
 {
     platform::resumeNext([this] { setPicture(Visited); });
     m_sourceOpen = 0;
+    // A source opened from the keyboard gives the keys back to its tile when it closes,
+    // once the area has settled which window is active.
+    if (std::exchange(m_openedByKeys, false))
+        QTimer::singleShot(0, this, [this] {
+            if (isVisible())
+                setFocus(Qt::TabFocusReason);
+        });
 }
 
 QMdiSubWindow *frmSmallButton::subWindow() const

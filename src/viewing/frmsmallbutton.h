@@ -92,4 +92,5 @@ private:
     QPointer<QMdiSubWindow> m_watchedSub;
     bool m_passingActivation = false;
     bool m_focusByKeys = false;
+    bool m_openedByKeys = false;
 };

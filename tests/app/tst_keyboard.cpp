@@ -4,6 +4,7 @@
 #include <btn.h>
 #include <checklistview.h>
 #include <chotword.h>
+#include <frmcolors.h>
 #include <frmnewfirst.h>
 #include <frmsmallbutton.h>
 #include <frmtextresource.h>
@@ -102,6 +103,31 @@ private slots:
         QVERIFY(button->grab().toImage() != plain);
         button->clearFocus();
         QCOMPARE(button->grab().toImage(), plain);
+    }
+
+    void aPaletteIsPickedWithTheArrowsAndEnter()
+    {
+        QWidget owner;
+        owner.show();
+        auto *palette = new frmColors(&owner);
+        palette->setSelectedColor(frmColors::ColourTable().at(0));
+        palette->Show();
+        QVERIFY(QTest::qWaitForWindowActive(palette));
+        QSignalSpy picks(palette, &frmColors::NewColor);
+        QTest::keyClick(palette, Qt::Key_Right);
+        QTest::keyClick(palette, Qt::Key_Down);
+        QCOMPARE(picks.count(), 0);
+        QTest::keyClick(palette, Qt::Key_Return);
+        QCOMPARE(picks.count(), 1);
+        QCOMPARE(picks.first().first().value<quint32>(), frmColors::ColourTable().at(frmColors::CellsPerRow + 1));
+        QVERIFY(!palette->isVisible());
+        // Escape closes without a pick.
+        palette->Show();
+        QVERIFY(QTest::qWaitForWindowActive(palette));
+        QTest::keyClick(palette, Qt::Key_Left);
+        QTest::keyClick(palette, Qt::Key_Escape);
+        QCOMPARE(picks.count(), 1);
+        QVERIFY(!palette->isVisible());
     }
 
     void startScreenByKeysAlone()
@@ -203,6 +229,8 @@ private slots:
         QTRY_VERIFY(first->SourceForm()->isAncestorOf(QApplication::focusWidget()));
         key(Qt::Key_Escape);
         QTRY_VERIFY(!first->SourceOpen());
+        // The keys come back to the tile the text was opened from.
+        QTRY_COMPARE(QApplication::focusWidget(), first);
         // Space opens as well.
         shell->Tiles().at(1)->setFocus(Qt::TabFocusReason);
         key(Qt::Key_Space);

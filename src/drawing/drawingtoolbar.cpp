@@ -33,6 +33,8 @@ QToolButton *DrawingToolbar::addButton(
     else
         button->setText(key);
     button->setToolTip(toolTip);
+    // A picture key is read by its tip.
+    button->setAccessibleName(toolTip);
     if (style == Style::Group) {
         if (!m_group) {
             m_group = new QButtonGroup(this);

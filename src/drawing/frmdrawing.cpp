@@ -21,6 +21,7 @@
 #include <QToolButton>
 
 #include <string_view>
+#include <tuple>
 
 namespace {
 
@@ -196,9 +197,14 @@ void frmDrawing::buildToolbars()
         tlbGeneral->addButton(text(row.key), QStringLiteral("dg_") + text(row.key), text(row.toolTip),
             row.dropdown ? DrawingToolbar::Style::Dropdown : DrawingToolbar::Style::Plain);
     }
-    // The stamps' key shows no tip, but a screen reader still says what it is.
-    if (QToolButton *stamps = tlbGeneral->Buttons(QStringLiteral("Shape")))
-        stamps->setAccessibleName(QStringLiteral("Σφραγίδες"));
+    // Keys that show no tip are still said by a screen reader for what they are.
+    for (const auto &[bar, key, name] :
+        {std::tuple {tlbTools, QStringLiteral("Arrow"), QStringLiteral("Δείκτης")},
+            std::tuple {tlbTools, QStringLiteral("FloodFill"), QStringLiteral("Γέμισμα")},
+            std::tuple {tlbTools, QStringLiteral("Text"), QStringLiteral("Κείμενο")},
+            std::tuple {tlbGeneral, QStringLiteral("Shape"), QStringLiteral("Σφραγίδες")}})
+        if (QToolButton *button = bar->Buttons(key))
+            button->setAccessibleName(name);
 }
 
 void frmDrawing::Load()

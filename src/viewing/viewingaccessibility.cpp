@@ -212,11 +212,11 @@ HotTextAccessible::HotTextAccessible(RichTextBox *box)
 {
 }
 
-HotTextAccessible::~HotTextAccessible()
-{
-    for (QAccessible::Id id : std::as_const(m_links))
-        QAccessible::deleteAccessibleInterface(id);
-}
+// The links stay in Qt's cache, which frees them at the end: this interface itself is
+// deleted by that cache, also while it deletes every interface at the program's end, when
+// deleting more of them from here would free them twice. A link of a closed text only
+// reads as invalid.
+HotTextAccessible::~HotTextAccessible() = default;
 
 RichTextBox *HotTextAccessible::box() const
 {

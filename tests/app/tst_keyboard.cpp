@@ -119,7 +119,8 @@ private slots:
         QCOMPARE(picks.count(), 0);
         QTest::keyClick(palette, Qt::Key_Return);
         QCOMPARE(picks.count(), 1);
-        QCOMPARE(picks.first().first().value<quint32>(), frmColors::ColourTable().at(frmColors::CellsPerRow + 1));
+        QCOMPARE(
+            picks.first().first().value<quint32>(), frmColors::ColourTable().at(frmColors::CellsPerRow + 1));
         QVERIFY(!palette->isVisible());
         // Escape closes without a pick.
         palette->Show();

@@ -299,10 +299,11 @@ def run(proc):
         say("Escape -> the tip is closed")
     focus_window("ΤΡΕΜΙΔΙΑ")
     key("Escape")
-    back = poll("the text viewer to close", lambda: focused(app) is None or focused(app).getRole() not in (
-        pyatspi.ROLE_TEXT, pyatspi.ROLE_ENTRY, pyatspi.ROLE_DOCUMENT_TEXT))
+    tile_name = tile.name
+    back = poll("the keys back on the text's tile «%s»" % tile_name,
+                lambda: focus_is(app, lambda n: n.name == tile_name and n.getRole() == pyatspi.ROLE_PUSH_BUTTON))
     if back:
-        show_focus(app, "Escape (close the text)")
+        say("Escape -> the text is closed, focus on %s" % describe(back))
     if proc.poll() is not None:
         fail("the program ended on its own (exit %s)" % proc.returncode)
 

@@ -15,6 +15,7 @@
 #include <QHash>
 #include <QHeaderView>
 #include <QLabel>
+#include <QShortcut>
 #include <QTreeWidget>
 
 namespace {
@@ -129,6 +130,14 @@ frmSearchResources::frmSearchResources(QWidget *parent)
     onClick(cmbPlace, &frmSearchResources::cmbPlace_Click);
     connect(lvwResources, &QTreeWidget::itemDoubleClicked, this,
         [this] { platform::guarded([this] { lvwResources_DblClick(); }); });
+    // Enter on a found source opens it, as a double click does.
+    for (const QKeySequence keys : {QKeySequence(Qt::Key_Return), QKeySequence(Qt::Key_Enter)}) {
+        auto *enter = new QShortcut(keys, lvwResources, nullptr, nullptr, Qt::WidgetShortcut);
+        connect(enter, &QShortcut::activated, this, [this] {
+            if (lvwResources->currentItem())
+                platform::guarded([this] { lvwResources_DblClick(); });
+        });
+    }
 }
 
 frmSearchResources::~frmSearchResources() = default;

@@ -6,6 +6,7 @@
 #include <chotword.h>
 #include <frmcolors.h>
 #include <frmnewfirst.h>
+#include <frmsearchresources.h>
 #include <frmsmallbutton.h>
 #include <frmtextresource.h>
 #include <frmtooltips.h>
@@ -13,11 +14,13 @@
 #include <tlb.h>
 
 #include <QApplication>
+#include <QComboBox>
 #include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QMenu>
 #include <QSignalSpy>
 #include <QTest>
+#include <QTreeWidget>
 
 // The program by the keyboard alone, on the sample course and its real windows.
 class tst_Keyboard : public QObject
@@ -274,6 +277,26 @@ private slots:
         QVERIFY(!titles.contains(QStringLiteral("List")));
         textEntry->trigger();
         QCOMPARE(shell->area->activeSubWindow(), text);
+        closeViewers(shell);
+    }
+
+    void enterOnAFoundSourceOpensIt()
+    {
+        MDIForm1 *shell = openShell();
+        closeViewers(shell);
+        shell->TlbMain_ButtonClick(QStringLiteral("SearchResources"));
+        frmSearchResources *search = frmSearchResources::instance(false);
+        QVERIFY(search);
+        search->cmbKeyWord->setCurrentIndex(0);
+        QVERIFY(search->lvwResources->topLevelItemCount() > 0);
+        QTreeWidgetItem *item = search->lvwResources->topLevelItem(0);
+        search->lvwResources->setCurrentItem(item);
+        search->lvwResources->setFocus(Qt::TabFocusReason);
+        QTRY_VERIFY(search->lvwResources->hasFocus());
+        const int windows = int(shell->area->subWindowList().size());
+        key(Qt::Key_Return);
+        QVERIFY(frmSearchResources::Ghosted(item));
+        QCOMPARE(int(shell->area->subWindowList().size()), windows + 1);
         closeViewers(shell);
     }
 

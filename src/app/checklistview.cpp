@@ -4,6 +4,7 @@
 #include <twips.h>
 
 #include <QHeaderView>
+#include <QKeyEvent>
 #include <QMouseEvent>
 #include <QStyle>
 
@@ -209,6 +210,14 @@ void CheckListView::mouseReleaseEvent(QMouseEvent *event)
     QTreeWidget::mouseReleaseEvent(event);
     if (event->button() == Qt::LeftButton)
         Q_EMIT Click();
+}
+
+void CheckListView::keyPressEvent(QKeyEvent *event)
+{
+    const QTreeWidgetItem *before = currentItem();
+    QTreeWidget::keyPressEvent(event);
+    if (currentItem() != before && currentItem())
+        Q_EMIT KeyMove();
 }
 
 void CheckListView::modelDataChanged(

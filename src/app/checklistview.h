@@ -52,11 +52,14 @@ public:
 Q_SIGNALS:
     void ItemCheck(QTreeWidgetItem *item);
     void Click();
+    // The arrow keys (or Home, End, the page keys) moved the selection to another row.
+    void KeyMove();
 
 protected:
     void mousePressEvent(QMouseEvent *event) override;
     void mouseReleaseEvent(QMouseEvent *event) override;
     void mouseDoubleClickEvent(QMouseEvent *event) override;
+    void keyPressEvent(QKeyEvent *event) override;
 
 private:
     QRect checkRect(const QModelIndex &index) const;

@@ -13,6 +13,7 @@
 
 #include <QGuiApplication>
 #include <QHeaderView>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QPainter>
 #include <QScreen>
@@ -149,12 +150,21 @@ void frmNewFirst::createControls()
     cmdGo->setToolTip(QStringLiteral("Εμπρός"));
     cmdGo->setAccessibleName(QStringLiteral("Εμπρός"));
 
+    // The keyboard reads the screen as the eye does: the lists from left to right, then
+    // on, then back.
+    setTabOrder(List2, List1);
+    setTabOrder(List1, lvwActivities);
+    setTabOrder(lvwActivities, cmdGo);
+    setTabOrder(cmdGo, cmdExit);
+
     connect(List2, &CheckListView::ItemCheck, this, &frmNewFirst::List2_ItemCheck);
     connect(List2, &CheckListView::Click, this, &frmNewFirst::List2_Click);
     connect(List1, &CheckListView::ItemCheck, this, &frmNewFirst::List1_ItemCheck);
     connect(List1, &CheckListView::Click, this, &frmNewFirst::List1_Click);
     connect(lvwActivities, &CheckListView::ItemCheck, this, &frmNewFirst::lvwActivities_ItemCheck);
     connect(lvwActivities, &CheckListView::Click, this, &frmNewFirst::lvwActivities_Click);
+    // Moving to an activity with the keys chooses it, as a click on its row does.
+    connect(lvwActivities, &CheckListView::KeyMove, this, &frmNewFirst::lvwActivities_Click);
     connect(cmdGo, &Btn::Click, this, &frmNewFirst::cmdGo_Click);
     connect(cmdExit, &Btn::Click, this, &frmNewFirst::cmdExit_Click);
 }
@@ -220,6 +230,19 @@ void frmNewFirst::resizeEvent(QResizeEvent *event)
 {
     QWidget::resizeEvent(event);
     update();
+}
+
+void frmNewFirst::keyPressEvent(QKeyEvent *event)
+{
+    // Enter anywhere on the screen goes on, once there is an activity to go to; the lists
+    // pass it up untouched.
+    if ((event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) && !event->isAutoRepeat()) {
+        if (cmdGo->isEnabled())
+            cmdGo_Click();
+        event->accept();
+        return;
+    }
+    QWidget::keyPressEvent(event);
 }
 
 void frmNewFirst::CheckListBox(const QString &text)

@@ -61,6 +61,7 @@ frmPloigisi::frmPloigisi(QWidget *parent)
     resize(360, 480);
 
     TreeView1->setObjectName(QStringLiteral("TreeView1"));
+    TreeView1->setAccessibleName(QStringLiteral("Πλοήγηση"));
     TreeView1->setHeaderHidden(true);
     TreeView1->setRootIsDecorated(true);
     TreeView1->setSelectionMode(QAbstractItemView::SingleSelection);

@@ -3,6 +3,7 @@
 #include "actionsdocument.h"
 #include "frmnewfirst.h"
 #include "frmploigisi.h"
+#include "windowlist.h"
 
 #include <conference.h>
 #include <database.h>
@@ -75,6 +76,7 @@ MDIForm1::MDIForm1(QWidget *parent)
     setCentralWidget(client);
 
     buildMenu();
+    new WindowList(this, area, mnuWndAlign, WindowListSeparator);
     connect(TlbMain, &Tlb::ButtonClick, this,
         [this](const QString &key) { platform::guarded([&] { TlbMain_ButtonClick(key); }); });
 
@@ -160,8 +162,10 @@ void MDIForm1::buildMenu()
     WindowListSeparator->setVisible(false);
     // Entry 0 is the designed "List", never shown; the text windows take entry 1 as
     // their place in the list, so it stands ready, hidden, from the start.
+    // The menu itself lists the open windows by their titles (WindowList); these entries
+    // keep the text windows' bookkeeping and stay out of it.
     for (int i = 0; i <= 1; ++i) {
-        QAction *entry = mnuWndAlign->addAction(QStringLiteral("List"));
+        auto *entry = new QAction(QStringLiteral("List"), mnuWndAlign);
         entry->setCheckable(true);
         entry->setVisible(false);
         m_mnuList.append(entry);

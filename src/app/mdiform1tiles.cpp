@@ -1,5 +1,6 @@
 // The shell's tiles and the arrangements of its child windows.
 #include "mdiform1.h"
+#include "windowlist.h"
 
 #include <database.h>
 #include <frmsmallbutton.h>
@@ -94,6 +95,7 @@ void MDIForm1::ArrangeTiles()
             tile->show();
         }
     }
+    WindowList::chainTiles(TlbMain, m_tiles.mid(0, m_resourceCount));
 }
 
 bool MDIForm1::QueryUnloadResources()

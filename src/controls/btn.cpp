@@ -1,5 +1,6 @@
 #include "btn.h"
 
+#include "accessibility.h"
 #include "keycodes.h"
 
 #include <errorpolicy.h>
@@ -17,6 +18,7 @@ Btn::Btn(QWidget *parent)
     // Reachable with Tab, but a click doesn't take the focus away from the text or the
     // drawing the pupil is working on.
     setFocusPolicy(Qt::TabFocus);
+    controls::makePressable(this);
 }
 
 Btn::~Btn() = default;
@@ -178,10 +180,10 @@ void Btn::paintEvent(QPaintEvent *)
         face = isEnabled() ? m_picture : disabledFace();
         break;
     }
-    if (face.isNull())
-        return;
     QPainter painter(this);
-    painter.drawPixmap(QPointF(0, 0), face);
+    if (!face.isNull())
+        painter.drawPixmap(QPointF(0, 0), face);
+    controls::drawFocusFrame(painter, this);
 }
 
 void Btn::mousePressEvent(QMouseEvent *event)
@@ -235,6 +237,14 @@ void Btn::keyPressEvent(QKeyEvent *event)
         const QString text = event->text();
         if (!text.isEmpty() && !event->isAutoRepeat())
             emit KeyPress(text.at(0).unicode());
+        const bool enter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+        // Enter presses the focused button at once, as it does Qt's default buttons.
+        if (enter && !event->isAutoRepeat()
+            && !(event->modifiers() & (Qt::ControlModifier | Qt::AltModifier | Qt::ShiftModifier)))
+            emit Click();
+        // Other keys go on to the window, so that Escape still closes it.
+        if (!enter && event->key() != Qt::Key_Space)
+            event->ignore();
     });
 }
 
@@ -257,6 +267,26 @@ void Btn::changeEvent(QEvent *event)
         emit PropertyChanged(QStringLiteral("Enabled"));
     }
     QWidget::changeEvent(event);
+}
+
+void Btn::focusInEvent(QFocusEvent *event)
+{
+    QWidget::focusInEvent(event);
+    update();
+}
+
+void Btn::focusOutEvent(QFocusEvent *event)
+{
+    QWidget::focusOutEvent(event);
+    update();
+}
+
+void Btn::accessiblePress()
+{
+    platform::guarded([&] {
+        if (isEnabled())
+            emit Click();
+    });
 }
 
 int Btn::buttonOf(Qt::MouseButton button)

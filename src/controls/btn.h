@@ -66,6 +66,9 @@ public:
 
     QSize sizeHint() const override;
 
+    // What a screen reader's press does: the same as a click.
+    Q_INVOKABLE void accessiblePress();
+
 signals:
     void Click();
     // The second press of a double click: the first press and release made the Click.
@@ -87,6 +90,8 @@ protected:
     void keyPressEvent(QKeyEvent *event) override;
     void keyReleaseEvent(QKeyEvent *event) override;
     void changeEvent(QEvent *event) override;
+    void focusInEvent(QFocusEvent *event) override;
+    void focusOutEvent(QFocusEvent *event) override;
 
     // Shared by the masked button, which adds a hover face.
     void showFace(Face face);

@@ -25,12 +25,16 @@ QToolButton *DrawingToolbar::addButton(
     auto *button = new QToolButton(this);
     button->setObjectName(key);
     button->setAutoRaise(true);
-    button->setFocusPolicy(Qt::NoFocus);
+    // Reachable with Tab and pressed with Space; a click still leaves the focus on the
+    // picture.
+    button->setFocusPolicy(Qt::TabFocus);
     if (resources::exists(picture))
         button->setIcon(resources::LoadResIcon(picture));
     else
         button->setText(key);
     button->setToolTip(toolTip);
+    // A picture key is read by its tip.
+    button->setAccessibleName(toolTip);
     if (style == Style::Group) {
         if (!m_group) {
             m_group = new QButtonGroup(this);

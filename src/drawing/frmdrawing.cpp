@@ -1,5 +1,7 @@
 #include "frmdrawing.h"
 
+#include <accessibility.h>
+
 #include "drawingtoolbar.h"
 #include "drawingtools.h"
 #include "frmdrawingtext.h"
@@ -20,6 +22,7 @@
 #include <QToolButton>
 
 #include <string_view>
+#include <tuple>
 
 namespace {
 
@@ -131,6 +134,7 @@ frmDrawing::frmDrawing(QWidget *parent)
     VS->setObjectName(QStringLiteral("VS"));
     picContainer->setAutoFillBackground(true);
     picContainer->setFocusPolicy(Qt::StrongFocus);
+    controls::setAccessibleRole(picContainer, QAccessible::Canvas, QStringLiteral("Σχέδιο"));
     // A scroll bar never keeps the focus: the container takes it.
     HS->setFocusPolicy(Qt::NoFocus);
     VS->setFocusPolicy(Qt::NoFocus);
@@ -186,6 +190,14 @@ void frmDrawing::buildToolbars()
         tlbGeneral->addButton(text(row.key), QStringLiteral("dg_") + text(row.key), text(row.toolTip),
             row.dropdown ? DrawingToolbar::Style::Dropdown : DrawingToolbar::Style::Plain);
     }
+    // Keys that show no tip are still said by a screen reader for what they are.
+    for (const auto &[bar, key, name] :
+        {std::tuple {tlbTools, QStringLiteral("Arrow"), QStringLiteral("Δείκτης")},
+            std::tuple {tlbTools, QStringLiteral("FloodFill"), QStringLiteral("Γέμισμα")},
+            std::tuple {tlbTools, QStringLiteral("Text"), QStringLiteral("Κείμενο")},
+            std::tuple {tlbGeneral, QStringLiteral("Shape"), QStringLiteral("Σφραγίδες")}})
+        if (QToolButton *button = bar->Buttons(key))
+            button->setAccessibleName(name);
 }
 
 void frmDrawing::Load()

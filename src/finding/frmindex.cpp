@@ -79,6 +79,9 @@ frmIndex::frmIndex(QWidget *parent)
             {cmdSound, "cmdSound"}, {cmdVideo, "cmdVideo"}, {Picture1, "Picture1"}, {Image1, "Image1"}};
     for (const auto &[widget, name] : names)
         widget->setObjectName(QString::fromLatin1(name));
+    LvEnnoia->setAccessibleName(QStringLiteral("Όροι"));
+    rtfExp->setAccessibleName(QStringLiteral("Επεξήγηση"));
+    tbs->setAccessibleName(QStringLiteral("Είδη όρων"));
 
     // The first tab is the design's own: every term, in one list.
     const finding::IndexTab all = finding::alphabeticalTab();

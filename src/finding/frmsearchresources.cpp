@@ -8,12 +8,14 @@
 #include <sourceviewer.h>
 #include <twips.h>
 
+#include <QAbstractItemView>
 #include <QCloseEvent>
 #include <QComboBox>
 #include <QFrame>
 #include <QHash>
 #include <QHeaderView>
 #include <QLabel>
+#include <QShortcut>
 #include <QTreeWidget>
 
 #include <memory>
@@ -99,6 +101,16 @@ frmSearchResources::frmSearchResources(QWidget *parent)
     Frame1->setFrameShape(QFrame::Box);
     for (QComboBox *combo : {cmbResType, cmbAuthor, cmbMuseum, cmbKeyWord, cmbTime, cmbPlace})
         combo->setMaxVisibleItems(16);
+    // Screen readers name each list by the label beside it.
+    const std::pair<QLabel *, QComboBox *> labelled[] = {{Label1, cmbResType}, {Label2, cmbAuthor},
+        {Label3, cmbMuseum}, {Label4, cmbKeyWord}, {Label5, cmbTime}, {Label6, cmbPlace}};
+    for (const auto &[label, combo] : labelled) {
+        label->setBuddy(combo);
+        const QString name = label->text().chopped(1);
+        combo->setAccessibleName(name);
+        combo->view()->setAccessibleName(name);
+    }
+    lvwResources->setAccessibleName(QStringLiteral("Πηγές"));
     lvwResources->setColumnCount(1);
     lvwResources->setHeaderHidden(true);
     lvwResources->setRootIsDecorated(false);
@@ -122,6 +134,14 @@ frmSearchResources::frmSearchResources(QWidget *parent)
     onClick(cmbPlace, &frmSearchResources::cmbPlace_Click);
     connect(lvwResources, &QTreeWidget::itemDoubleClicked, this,
         [this] { platform::guarded([this] { lvwResources_DblClick(); }); });
+    // Enter on a found source opens it, as a double click does.
+    for (const QKeySequence keys : {QKeySequence(Qt::Key_Return), QKeySequence(Qt::Key_Enter)}) {
+        auto *enter = new QShortcut(keys, lvwResources, nullptr, nullptr, Qt::WidgetShortcut);
+        connect(enter, &QShortcut::activated, this, [this] {
+            if (lvwResources->currentItem())
+                platform::guarded([this] { lvwResources_DblClick(); });
+        });
+    }
 }
 
 frmSearchResources::~frmSearchResources() = default;
@@ -200,6 +220,8 @@ void frmSearchResources::FillTextCombo(QComboBox *combo, const QString &sql)
 void frmSearchResources::AddAllEntry(QComboBox *combo)
 {
     combo->addItem(QString(), 0);
+    // Blank on the screen, but a screen reader says what it means.
+    combo->setItemData(combo->count() - 1, QStringLiteral("Όλα"), Qt::AccessibleTextRole);
     combo->setCurrentIndex(combo->count() - 1);
 }
 

@@ -109,6 +109,7 @@ frmNotes::frmNotes(QWidget *parent)
     setWindowTitle(QStringLiteral("Σημειωματάριο"));
     setAttribute(Qt::WA_DeleteOnClose);
     notes->setObjectName(QStringLiteral("notes"));
+    notes->setAccessibleName(QStringLiteral("Σημειωματάριο"));
     Toolbar1->setObjectName(QStringLiteral("Toolbar1"));
     Status->setObjectName(QStringLiteral("Status"));
     Status->setSizeGripEnabled(false);
@@ -224,6 +225,10 @@ void frmNotes::buildToolbar()
     if (auto *colour
         = qobject_cast<QToolButton *>(Toolbar1->widgetForAction(button(QStringLiteral("SetFontColor")))))
         colour->setArrowType(Qt::NoArrow);
+    // Every key of the bar is reachable with Tab too, and pressed with Space.
+    for (QAction *action : std::as_const(m_buttons))
+        if (QWidget *key = Toolbar1->widgetForAction(action); key && !action->isSeparator())
+            key->setFocusPolicy(Qt::TabFocus);
 }
 
 const QStringList &frmNotes::buttonKeys()

@@ -6,6 +6,7 @@
 #include <twips.h>
 
 #include <QCloseEvent>
+#include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
 
@@ -18,6 +19,7 @@ PaletteWindow::PaletteWindow(int cellCount, QSize designSize, QWidget *owner)
     // Hover is followed without a button held.
     setMouseTracking(true);
     setFixedSize(designSize);
+    setFocusPolicy(Qt::StrongFocus);
 }
 
 PaletteWindow::~PaletteWindow() = default;
@@ -267,4 +269,83 @@ void PaletteWindow::closeEvent(QCloseEvent *event)
 {
     Unload();
     event->accept();
+}
+
+void PaletteWindow::keyPressEvent(QKeyEvent *event)
+{
+    platform::guarded([&] {
+        const int key = event->key();
+        const int from = m_hotIndex > 0 ? m_hotIndex : qMax<int>(1, m_selectedIndex);
+        switch (key) {
+        case Qt::Key_Left:
+        case Qt::Key_Right:
+        case Qt::Key_Up:
+        case Qt::Key_Down: {
+            const int to = neighbour(from, key);
+            if (to <= 0)
+                return;
+            if (m_hotIndex > 0) {
+                m_raised.reset();
+                repaint(hotRepaintArea(m_hotIndex));
+            }
+            m_hotIndex = qint16(to);
+            if (to != m_selectedIndex) {
+                m_raised = raisedArea(to);
+                repaint(*m_raised);
+            }
+            return;
+        }
+        case Qt::Key_Return:
+        case Qt::Key_Enter:
+        case Qt::Key_Space:
+            m_pickStarted = true;
+            m_selectedIndex = qint16(from);
+            Refresh();
+            raiseNewValue();
+            Unload();
+            return;
+        case Qt::Key_Escape:
+            Unload();
+            return;
+        default:
+            event->ignore();
+        }
+    });
+}
+
+int PaletteWindow::neighbour(int from, int key) const
+{
+    // The nearest cell that way: along the arrow first, then the least off to the side.
+    const QPoint here = Cells(from).rect().center();
+    int best = 0;
+    qint64 bestScore = 0;
+    for (int i = 1; i <= CellCount(); ++i) {
+        if (i == from)
+            continue;
+        const QPoint d = Cells(i).rect().center() - here;
+        qint64 along = 0;
+        qint64 across = 0;
+        switch (key) {
+        case Qt::Key_Right:
+            along = d.x(), across = d.y();
+            break;
+        case Qt::Key_Left:
+            along = -d.x(), across = d.y();
+            break;
+        case Qt::Key_Down:
+            along = d.y(), across = d.x();
+            break;
+        default:
+            along = -d.y(), across = d.x();
+            break;
+        }
+        if (along <= 0)
+            continue;
+        const qint64 score = qAbs(across) * 4 + along;
+        if (!best || score < bestScore) {
+            best = i;
+            bestScore = score;
+        }
+    }
+    return best;
 }

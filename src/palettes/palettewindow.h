@@ -94,8 +94,12 @@ protected:
     void leaveEvent(QEvent *event) override;
     void changeEvent(QEvent *event) override;
     void closeEvent(QCloseEvent *event) override;
+    // The arrows raise the next cell, Enter or Space pick the raised one, Escape closes
+    // without a pick: the keyboard's way through the same palette.
+    void keyPressEvent(QKeyEvent *event) override;
 
 private:
+    int neighbour(int from, int key) const;
     void Load();
     void Form_Paint(QPainter &painter);
     void Form_MouseDown(QPointF position);

@@ -60,6 +60,9 @@ frmMediaPlayer::frmMediaPlayer(QWidget *parent)
     cmdPlay->setAutoRaise(true);
     cmdPlay->setToolTip(QStringLiteral("Αναπαραγωγή / Παύση"));
     sldPosition->setToolTip(QStringLiteral("Θέση"));
+    // Screen readers say the picture key and the slider by their tips.
+    cmdPlay->setAccessibleName(cmdPlay->toolTip());
+    sldPosition->setAccessibleName(sldPosition->toolTip());
     showPlayState();
 
     connect(cmdPlay, &QToolButton::clicked, this, [this] { platform::guarded([this] { cmdPlay_Click(); }); });
@@ -78,6 +81,11 @@ frmMediaPlayer::frmMediaPlayer(QWidget *parent)
     connect(sldPosition, &QSlider::sliderReleased, this, [this] {
         m_userSeeking = false;
         m_player->setPosition(sldPosition->value());
+    });
+    // The arrow and page keys (and a click beside the handle) seek at once.
+    connect(sldPosition, &QAbstractSlider::actionTriggered, this, [this](int action) {
+        if (action != QAbstractSlider::SliderMove && !m_userSeeking)
+            m_player->setPosition(sldPosition->sliderPosition());
     });
     // A video shows at its own size once it is known. The sink tells of the size while it
     // still holds its lock, so the size is asked for once that signal is over.

@@ -1,8 +1,10 @@
 #include "frmsmallbutton.h"
 
+#include <accessibility.h>
 #include <contentpath.h>
 #include <database.h>
 #include <errorpolicy.h>
+#include <focusframe.h>
 #include <modglobal.h>
 #include <msgbox.h>
 #include <programbitmaps.h>
@@ -10,11 +12,13 @@
 #include <twips.h>
 
 #include <QCloseEvent>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QMouseEvent>
 #include <QPainter>
+#include <QTimer>
 
 #include <utility>
 
@@ -55,6 +59,12 @@ frmSmallButton::frmSmallButton(QWidget *parent)
     Label1->setStyleSheet(QStringLiteral("color: #7f0000; background: transparent; padding-left: 2px;"));
     Image1->installEventFilter(this);
     Label1->installEventFilter(this);
+
+    // A tile is a button to the keyboard and to screen readers: Tab reaches it, the arrows
+    // move between tiles, Enter or Space opens it.
+    setFocusPolicy(Qt::TabFocus);
+    controls::makePressable(this);
+    new controls::FocusFrame(this);
 }
 
 frmSmallButton::~frmSmallButton()
@@ -83,12 +93,14 @@ void frmSmallButton::ShowResource()
         m_tileBitmaps = {QStringLiteral("AGEIA"), QStringLiteral("AGEIA1"), QStringLiteral("AGEIA2")};
         Label1->setToolTip(rs->Fields(QStringLiteral("Caption")).text());
         Image1->setToolTip(rs->Fields(QStringLiteral("Caption")).text());
+        setAccessibleDescription(QStringLiteral("Φωτογραφία"));
         break;
     case SourceViewer::Kind::Text:
         adoptViewer(SourceViewer::create(m_kind));
         m_tileBitmaps = {QStringLiteral("KEIMENO"), QStringLiteral("KEIMENO1"), QStringLiteral("KEIMENO2")};
         Label1->setToolTip(rs->Fields(QStringLiteral("Book")).text());
         Image1->setToolTip(rs->Fields(QStringLiteral("Book")).text());
+        setAccessibleDescription(QStringLiteral("Κείμενο"));
         break;
     case SourceViewer::Kind::Map:
         adoptViewer(SourceViewer::create(m_kind));
@@ -97,11 +109,15 @@ void frmSmallButton::ShowResource()
         m_tileBitmaps = {QStringLiteral("XARTIS"), QStringLiteral("XARTIS1"), QStringLiteral("XARTIS2")};
         Label1->setToolTip(rs->Fields(QStringLiteral("Caption")).text());
         Image1->setToolTip(rs->Fields(QStringLiteral("Caption")).text());
+        setAccessibleDescription(QStringLiteral("Χάρτης"));
         break;
     case SourceViewer::Kind::None:
         m_tileBitmaps = {};
+        setAccessibleDescription(QString());
         break;
     }
+    m_title = Image1->toolTip();
+    nameForScreenReaders();
     setPicture(Closed);
     rs->Close();
 }
@@ -110,6 +126,142 @@ void frmSmallButton::Load()
 {
     setPicture(Closed);
     m_sourceOpen = 0;
+    nameForScreenReaders();
+}
+
+void frmSmallButton::nameForScreenReaders()
+{
+    // The number first, as the tile shows it, then the title its tip shows.
+    const QString number = Label1->text() == QLatin1String("Label1") ? QString() : Label1->text();
+    QString name = m_title;
+    if (!number.isEmpty())
+        name = m_title.isEmpty() ? number : number + QStringLiteral(": ") + m_title;
+    if (name.isEmpty())
+        name = QStringLiteral("Πηγή");
+    setAccessibleName(name);
+    if (QMdiSubWindow *sub = subWindow())
+        sub->setWindowTitle(name);
+}
+
+void frmSmallButton::focusInEvent(QFocusEvent *event)
+{
+    m_focusByKeys = controls::byKeyboard(event->reason());
+    QWidget::focusInEvent(event);
+}
+
+bool frmSmallButton::focusNextPrevChild(bool next)
+{
+    // A tile's frame would keep Tab inside the tile: the keys go from tile to tile
+    // instead, and past the last (or before the first) on to the shell's own controls.
+    QMdiSubWindow *sub = subWindow();
+    QMdiArea *area = sub ? sub->mdiArea() : nullptr;
+    if (!area)
+        return QWidget::focusNextPrevChild(next);
+    QList<frmSmallButton *> tiles;
+    for (QMdiSubWindow *candidate : area->subWindowList(QMdiArea::CreationOrder))
+        if (auto *tile = qobject_cast<frmSmallButton *>(candidate->widget()); tile && !candidate->isHidden())
+            tiles.append(tile);
+    const qsizetype at = tiles.indexOf(this);
+    const qsizetype to = at + (next ? 1 : -1);
+    if (at >= 0 && to >= 0 && to < tiles.size()) {
+        tiles.at(to)->setFocus(next ? Qt::TabFocusReason : Qt::BacktabFocusReason);
+        return true;
+    }
+    // The shell's controls outside the area, in the window's focus order.
+    QList<QWidget *> outside;
+    QWidget *top = window();
+    for (QWidget *w = top->nextInFocusChain(); w && w != top; w = w->nextInFocusChain()) {
+        if ((w->focusPolicy() & Qt::TabFocus) && w->isVisibleTo(top) && w->isEnabled()
+            && !area->isAncestorOf(w) && w != area)
+            outside.append(w);
+    }
+    QWidget *target = outside.isEmpty() ? tiles.value(next ? 0 : tiles.size() - 1)
+                                        : (next ? outside.first() : outside.last());
+    if (!target)
+        return false;
+    target->setFocus(next ? Qt::TabFocusReason : Qt::BacktabFocusReason);
+    return true;
+}
+
+void frmSmallButton::focusOutEvent(QFocusEvent *event)
+{
+    m_focusByKeys = false;
+    QWidget::focusOutEvent(event);
+}
+
+void frmSmallButton::accessiblePress()
+{
+    platform::guarded([this] { Image1_Click(); });
+}
+
+void frmSmallButton::keyPressEvent(QKeyEvent *event)
+{
+    platform::guarded([&] {
+        const int key = event->key();
+        const bool plain = !(event->modifiers() & (Qt::ControlModifier | Qt::AltModifier));
+        if (plain && (key == Qt::Key_Return || key == Qt::Key_Enter || key == Qt::Key_Space)) {
+            if (!event->isAutoRepeat()) {
+                Image1_Click();
+                m_openedByKeys = m_sourceOpen != 0;
+            }
+            return;
+        }
+        if (plain
+            && (key == Qt::Key_Left || key == Qt::Key_Right || key == Qt::Key_Up || key == Qt::Key_Down)) {
+            focusNeighbour(key);
+            return;
+        }
+        event->ignore();
+    });
+}
+
+bool frmSmallButton::focusNeighbour(int key)
+{
+    QMdiSubWindow *sub = subWindow();
+    QMdiArea *area = sub ? sub->mdiArea() : nullptr;
+    if (!area)
+        return false;
+    const QRect mine = sub->geometry();
+    frmSmallButton *best = nullptr;
+    qint64 bestScore = 0;
+    for (QMdiSubWindow *candidate : area->subWindowList(QMdiArea::CreationOrder)) {
+        auto *tile = qobject_cast<frmSmallButton *>(candidate->widget());
+        if (!tile || tile == this || candidate->isHidden())
+            continue;
+        const QPoint d = candidate->geometry().center() - mine.center();
+        // Along the arrow's way only; the nearest row or column first, then the nearest
+        // tile in it.
+        qint64 along = 0;
+        qint64 across = 0;
+        switch (key) {
+        case Qt::Key_Right:
+            along = d.x(), across = d.y();
+            break;
+        case Qt::Key_Left:
+            along = -d.x(), across = d.y();
+            break;
+        case Qt::Key_Down:
+            along = d.y(), across = d.x();
+            break;
+        default:
+            along = -d.y(), across = d.x();
+            break;
+        }
+        if (along <= 0)
+            continue;
+        const bool sideways = key == Qt::Key_Left || key == Qt::Key_Right;
+        // Left and right stay in the row while there is a tile in it; up and down take the
+        // tile straight above or below.
+        const qint64 score = sideways ? qAbs(across) * 100000 + along : along * 100000 + qAbs(across);
+        if (!best || score < bestScore) {
+            best = tile;
+            bestScore = score;
+        }
+    }
+    if (!best)
+        return false;
+    best->setFocus(Qt::TabFocusReason);
+    return true;
 }
 
 bool frmSmallButton::Unload()
@@ -238,6 +390,13 @@ void frmSmallButton::SourceForm_OnUnload()
 {
     platform::resumeNext([this] { setPicture(Visited); });
     m_sourceOpen = 0;
+    // A source opened from the keyboard gives the keys back to its tile when it closes,
+    // once the area has settled which window is active.
+    if (std::exchange(m_openedByKeys, false))
+        QTimer::singleShot(0, this, [this] {
+            if (isVisible())
+                setFocus(Qt::TabFocusReason);
+        });
 }
 
 QMdiSubWindow *frmSmallButton::subWindow() const
@@ -292,6 +451,7 @@ void frmSmallButton::resizeEvent(QResizeEvent *event)
 void frmSmallButton::showEvent(QShowEvent *event)
 {
     QWidget::showEvent(event);
+    nameForScreenReaders();
     QMdiSubWindow *sub = subWindow();
     if (sub && sub != m_watchedSub) {
         m_watchedSub = sub;
@@ -307,6 +467,12 @@ void frmSmallButton::Form_Activate()
 {
     if (m_passingActivation)
         return;
+    // A tile the pupil reached with the keyboard keeps the focus; it still stays behind
+    // the open windows.
+    if (hasFocus() && m_focusByKeys) {
+        ZOrderToBack();
+        return;
+    }
     m_passingActivation = true;
     // A tile never keeps the activation: the first window in the shell that is not a
     // tile takes it, in the order the windows were opened, or else the shell itself.

@@ -46,6 +46,8 @@ public:
 
     // The click on the picture or the number, as the user gives it.
     void Image1_Click();
+    // What Enter, Space and a screen reader's press do: the same as a click.
+    Q_INVOKABLE void accessiblePress();
 
     // The design client size of the form, before the shell sizes it to its picture.
     static constexpr int DesignWidthTwips = 1560;
@@ -56,6 +58,10 @@ protected:
     void resizeEvent(QResizeEvent *event) override;
     void closeEvent(QCloseEvent *event) override;
     void showEvent(QShowEvent *event) override;
+    void keyPressEvent(QKeyEvent *event) override;
+    void focusInEvent(QFocusEvent *event) override;
+    bool focusNextPrevChild(bool next) override;
+    void focusOutEvent(QFocusEvent *event) override;
 
 private:
     enum TileState { Closed = 0, Open = 1, Visited = 2 };
@@ -69,6 +75,9 @@ private:
     void adoptViewer(SourceViewer *viewer);
     void disposeViewer();
     QMdiSubWindow *subWindow() const;
+    void nameForScreenReaders();
+    // Gives the keyboard focus to the nearest tile in the direction of an arrow key.
+    bool focusNeighbour(int key);
 
     qint32 m_resourceID = 0;
     SourceViewer::Kind m_kind = SourceViewer::Kind::None;
@@ -80,6 +89,9 @@ private:
     bool m_inDoubleClick = false;
     std::array<QString, 3> m_tileBitmaps; // closed, open, visited; empty for a kind with none
     QString m_currentBitmap;
+    QString m_title; // the source's title, as its tip shows it
     QPointer<QMdiSubWindow> m_watchedSub;
     bool m_passingActivation = false;
+    bool m_focusByKeys = false;
+    bool m_openedByKeys = false;
 };

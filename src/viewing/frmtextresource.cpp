@@ -3,6 +3,7 @@
 #include "frmtooltips.h"
 #include "rtbhotwordmodel.h"
 #include "viewerlinks.h"
+#include "viewingaccessibility.h"
 
 #include <clstexts.h>
 #include <colhotwords.h>
@@ -19,12 +20,14 @@
 #include <QAction>
 #include <QApplication>
 #include <QCursor>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QMdiSubWindow>
 #include <QMenu>
 #include <QScopeGuard>
 #include <QTextCursor>
 
+#include <algorithm>
 #include <cmath>
 
 namespace {
@@ -74,6 +77,12 @@ frmTextResource::frmTextResource(QWidget *parent)
     imgPapiros->lower();
     Label1->hide();
     platform::resumeNext([this] { Label1->setCursor(resources::LoadResCursor(QStringLiteral("HAND"))); });
+
+    viewing::installAccessibility();
+    // Tab goes from hot word to hot word and Enter opens one, as a click does.
+    rtbTextResource->installEventFilter(this);
+    rtbTextResource->setAccessibleDescription(QStringLiteral("Κείμενο"));
+    viewing::renewAccessible(rtbTextResource);
 
     connect(
         rtbTextResource, &RichTextBox::MouseMove, this, [this](int button, int shift, double x, double y) {
@@ -161,10 +170,16 @@ void frmTextResource::LoadText()
 
 void frmTextResource::FillHotWords()
 {
+    m_located.clear();
     if (!m_hotWords)
         return;
     m_textModel = std::make_unique<RichTextBoxHotWordModel>(*rtbTextResource);
     hotwords::FillHotWords(*m_textModel, *m_hotWords);
+    for (const CHotWord &word : *m_hotWords)
+        if (word.Last() > word.First())
+            m_located.append(&word);
+    std::stable_sort(m_located.begin(), m_located.end(),
+        [](const CHotWord *a, const CHotWord *b) { return a->First() < b->First(); });
 }
 
 QSize frmTextResource::sizeHint() const
@@ -219,10 +234,13 @@ void frmTextResource::rtbTextResource_MouseMove(int, int, double x, double y)
 void frmTextResource::rtbTextResource_MouseUp(int, int, double, double)
 {
     // The caret decides, not the pointer: a selection tests only where it begins.
-    const CHotWord *word = hotWordAt(rtbTextResource->SelStart());
+    openHotWord(hotWordAt(rtbTextResource->SelStart()), QCursor::pos());
+}
+
+void frmTextResource::openHotWord(const CHotWord *word, QPoint cursor)
+{
     if (!word)
         return;
-    const QPoint cursor = QCursor::pos();
     if (word->HotwordType() == 1) {
         frmToolTips *tip = frmToolTips::instance();
         tip->setTipLeft(platform::twipsFromPixelsX(cursor.x()));
@@ -237,6 +255,95 @@ void frmTextResource::rtbTextResource_MouseUp(int, int, double, double)
         const auto restore = qScopeGuard([] { QApplication::restoreOverrideCursor(); });
         viewerlinks::openIndex(word->IndexType(), word->phrase(), word->Comment(), word->Photo());
     }
+}
+
+int frmTextResource::selectedHotWord() const
+{
+    const int start = rtbTextResource->SelStart();
+    for (int i = 0; i < m_located.size(); ++i)
+        if (m_located.at(i)->First() <= start && start < m_located.at(i)->Last())
+            return i;
+    return -1;
+}
+
+void frmTextResource::selectHotWord(int index)
+{
+    const CHotWord *word = m_located.value(index);
+    if (!word)
+        return;
+    rtbTextResource->setSelStart(word->First());
+    rtbTextResource->setSelLength(word->Last() - word->First());
+    rtbTextResource->textCursor();
+    rtbTextResource->ensureCursorVisible();
+}
+
+void frmTextResource::pressHotWord(int index)
+{
+    platform::guarded([&] {
+        const CHotWord *word = m_located.value(index);
+        if (!word)
+            return;
+        selectHotWord(index);
+        // The tip stands below the word's first line, where the pointer would have been.
+        const QPoint corner = rtbTextResource->PosFromChar(word->First());
+        const int line = rtbTextResource->fontMetrics().height();
+        openHotWord(word, rtbTextResource->mapToGlobal(corner + QPoint(line / 2, line)));
+    });
+}
+
+bool frmTextResource::stepHotWord(bool forward)
+{
+    if (m_located.isEmpty())
+        return false;
+    const int start = rtbTextResource->SelStart();
+    const int end = start + rtbTextResource->SelLength();
+    if (forward) {
+        for (int i = 0; i < m_located.size(); ++i) {
+            if (m_located.at(i)->First() >= end) {
+                selectHotWord(i);
+                return true;
+            }
+        }
+        return false;
+    }
+    for (int i = int(m_located.size()) - 1; i >= 0; --i) {
+        if (m_located.at(i)->Last() <= start) {
+            selectHotWord(i);
+            return true;
+        }
+    }
+    return false;
+}
+
+bool frmTextResource::eventFilter(QObject *watched, QEvent *event)
+{
+    if (watched != rtbTextResource || event->type() != QEvent::KeyPress)
+        return SourceViewer::eventFilter(watched, event);
+    auto *key = static_cast<QKeyEvent *>(event);
+    if (key->modifiers() & (Qt::ControlModifier | Qt::AltModifier))
+        return false;
+    bool handled = false;
+    platform::guarded([&] {
+        switch (key->key()) {
+        case Qt::Key_Tab:
+            handled = stepHotWord(!(key->modifiers() & Qt::ShiftModifier));
+            break;
+        case Qt::Key_Backtab:
+            handled = stepHotWord(false);
+            break;
+        case Qt::Key_Return:
+        case Qt::Key_Enter:
+            if (const int index = selectedHotWord(); index >= 0) {
+                pressHotWord(index);
+                handled = true;
+            }
+            break;
+        default:
+            break;
+        }
+    });
+    // Past the last hot word Tab goes on to the next control, as anywhere else.
+    return handled;
 }
 
 void frmTextResource::showEvent(QShowEvent *event)

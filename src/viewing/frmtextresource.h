@@ -42,6 +42,15 @@ public:
 
     // The hot words of the text, located; null before Load.
     colHotWords *hotWords() const { return m_hotWords.get(); }
+    // The hot words found in the text, in the order they stand there; what Tab goes
+    // through and screen readers read as links.
+    int locatedHotWordCount() const { return int(m_located.size()); }
+    const CHotWord *locatedHotWord(int index) const { return m_located.value(index); }
+    // Selects a hot word, so that it is seen, and brings it into view.
+    void selectHotWord(int index);
+    // Does what a click on the hot word does.
+    void pressHotWord(int index);
+
     // The place in the shell's window list, 0 or 1.
     qint16 windowListPlace() const { return m_windowListPlace; }
 
@@ -70,6 +79,7 @@ public:
     QSize sizeHint() const override;
 
 protected:
+    bool eventFilter(QObject *watched, QEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
     void showEvent(QShowEvent *event) override;
 
@@ -78,9 +88,15 @@ private:
     void Form_Resize();
     void trimSystemMenu(QMdiSubWindow *sub);
     CHotWord *hotWordAt(int place) const;
+    // The tip at a point on the screen, or the index at the term.
+    void openHotWord(const CHotWord *word, QPoint screenPoint);
+    // Tab and Shift+Tab: the next or previous hot word; false when there is none.
+    bool stepHotWord(bool forward);
+    int selectedHotWord() const;
 
     std::unique_ptr<colHotWords> m_hotWords;
     std::unique_ptr<RichTextBoxHotWordModel> m_textModel;
+    QList<const CHotWord *> m_located;
     double m_widthRatio = 0;
     double m_heightRatio = 0;
     qint16 m_windowListPlace = 0;

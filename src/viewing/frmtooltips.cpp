@@ -1,5 +1,7 @@
 #include "frmtooltips.h"
 
+#include "viewingaccessibility.h"
+
 #include <errorpolicy.h>
 #include <msgbox.h>
 #include <picturefile.h>
@@ -39,6 +41,7 @@ frmToolTips::frmToolTips(QWidget *parent)
     , mnuCopyPicture(mnuPopUp->addAction(QStringLiteral("Αντιγραφή εικόνας")))
 {
     setObjectName(QStringLiteral("frmToolTips"));
+    viewing::renewAccessible(this);
     mnuPopUp->setObjectName(QStringLiteral("mnuPopUp"));
     mnuCopyText->setObjectName(QStringLiteral("mnuCopyText"));
     mnuCopyPicture->setObjectName(QStringLiteral("mnuCopyPicture"));

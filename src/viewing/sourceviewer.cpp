@@ -6,6 +6,7 @@
 
 #include <QCloseEvent>
 #include <QHash>
+#include <QKeyEvent>
 #include <QMdiSubWindow>
 
 namespace {
@@ -54,6 +55,16 @@ void SourceViewer::closeEvent(QCloseEvent *event)
     if (LoadedFromTheFormSearchResources)
         platform::resumeNext([this] { viewerlinks::unghostSearchItem(QString::number(ResourceID())); });
     emit OnUnload();
+}
+
+void SourceViewer::keyPressEvent(QKeyEvent *event)
+{
+    if (event->key() == Qt::Key_Escape && event->modifiers() == Qt::NoModifier
+        && (kind() == Kind::Text || kind() == Kind::Photo)) {
+        platform::guarded([this] { Unload(); });
+        return;
+    }
+    QWidget::keyPressEvent(event);
 }
 
 SourceViewer::Kind SourceViewer::kindOfResType(qint32 resTypeID)

@@ -70,6 +70,8 @@ protected:
     // Viewers that handle the close themselves call this at the end of theirs, so that
     // the search list and the owner hear of the unload.
     void closeEvent(QCloseEvent *event) override;
+    // Escape closes a text or a photograph; a drawing keeps the pupil's work.
+    void keyPressEvent(QKeyEvent *event) override;
 
 private:
     qint32 m_resourceID = 0;

@@ -185,7 +185,9 @@ private slots:
         shell->windowListSeparator()->setVisible(true);
         shell->mnuList(1)->setVisible(true);
         shell->mnuList(1)->setText(QStringLiteral("Βιβλίο 301"));
-        QCOMPARE(shell->mnuWndAlign->actions().last()->text(), QStringLiteral("Βιβλίο 301"));
+        // The menu shows the open windows by title, never the bookkeeping entries.
+        QVERIFY(!shell->mnuWndAlign->actions().contains(shell->mnuList(0)));
+        QVERIFY(!shell->mnuWndAlign->actions().contains(shell->mnuList(1)));
         bool raised = false;
         try {
             shell->mnuList(2);

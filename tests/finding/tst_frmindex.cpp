@@ -21,7 +21,6 @@
 #include <QLabel>
 #include <QMdiArea>
 #include <QMdiSubWindow>
-#include <QMediaPlayer>
 #include <QTabBar>
 #include <QTemporaryDir>
 #include <QTest>

@@ -1,0 +1,98 @@
+#pragma once
+
+#include <QImage>
+#include <QObject>
+#include <QString>
+
+class QTimer;
+typedef struct _GstElement GstElement;
+typedef struct _GstBus GstBus;
+typedef struct _GstMessage GstMessage;
+
+namespace media {
+
+// One piece of sound or video, played through GStreamer's playbin. The interface thread
+// only sets states and reads: it pops the pipeline's messages and the latest video frame
+// on a timer, never waiting for them, and no GStreamer thread ever calls back into the
+// program, so neither side can hold the other up. Sound goes to the system's sink (or
+// TREMIDIA_AUDIO_SINK); video frames come as QImages for the owner to draw.
+class Player final : public QObject
+{
+    Q_OBJECT
+
+public:
+    enum PlaybackState { StoppedState, PlayingState, PausedState };
+    Q_ENUM(PlaybackState)
+    enum MediaStatus { NoMedia, LoadingMedia, LoadedMedia, EndOfMedia, InvalidMedia };
+    Q_ENUM(MediaStatus)
+
+    explicit Player(QObject *parent = nullptr);
+    ~Player() override;
+    Q_DISABLE_COPY_MOVE(Player)
+
+    // Plays into nothing as fast as the file reads: for finding out what a file holds.
+    void setSilent(bool silent) { m_silent = silent; }
+
+    // Opens the file (an empty name closes what was open); it is read at once, and
+    // mediaStatus tells when it is ready or could not be read.
+    void setSource(const QString &file);
+    QString source() const { return m_source; }
+
+    void play();
+    void pause();
+    // Stops and stands at the beginning.
+    void stop();
+    void setPosition(qint64 ms);
+
+    PlaybackState playbackState() const { return m_state; }
+    MediaStatus mediaStatus() const { return m_status; }
+    qint64 position() const { return m_position; }
+    // 0 until known.
+    qint64 duration() const { return m_duration; }
+    bool hasVideo() const { return m_hasVideo; }
+    QSize videoSize() const { return m_frame.size(); }
+    // The latest picture of a video; null before the first.
+    const QImage &videoFrame() const { return m_frame; }
+    // Why the piece could not be played, once mediaStatus is InvalidMedia.
+    QString errorString() const { return m_error; }
+
+signals:
+    void playbackStateChanged(media::Player::PlaybackState state);
+    void mediaStatusChanged(media::Player::MediaStatus status);
+    void durationChanged(qint64 ms);
+    void positionChanged(qint64 ms);
+    void videoFrameChanged();
+    void videoSizeChanged(QSize size);
+    void errorOccurred(const QString &error);
+
+private:
+    void build();
+    void teardown();
+    void poll();
+    void handle(GstMessage *message);
+    void loaded();
+    void pullFrame(bool preroll);
+    void readDuration();
+    void readPosition();
+    void fail(const QString &error);
+    void setState(PlaybackState state);
+    void setStatus(MediaStatus status);
+    void seek(qint64 ms);
+
+    QTimer *const m_poll;
+    GstElement *m_playbin = nullptr;
+    GstElement *m_frames = nullptr;
+    GstBus *m_bus = nullptr;
+    QString m_source;
+    QString m_error;
+    QImage m_frame;
+    qint64 m_position = 0;
+    qint64 m_duration = 0;
+    qint64 m_pendingSeek = -1;
+    PlaybackState m_state = StoppedState;
+    MediaStatus m_status = NoMedia;
+    bool m_hasVideo = false;
+    bool m_silent = false;
+};
+
+} // namespace media

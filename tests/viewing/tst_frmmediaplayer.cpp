@@ -13,6 +13,7 @@
 #include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QPointer>
+#include <QScopeGuard>
 #include <QSignalSpy>
 #include <QSlider>
 #include <QTest>
@@ -168,6 +169,23 @@ private slots:
         QCOMPARE(m_boxes.at(0).title, u"Τρεμίδια"_s);
         QCOMPARE(m_boxes.at(0).style, 16);
         QTRY_VERIFY_WITH_TIMEOUT(!sub, 5000);
+    }
+
+    void withTheSystemsSoundOutputASoundRunsToItsEndEvenWithoutASoundCard()
+    {
+        // The system's choice of output, which on a computer without a sound card (as
+        // where the tests run) plays into nothing, in time.
+        const QByteArray chosen = qgetenv("TREMIDIA_AUDIO_SINK");
+        qunsetenv("TREMIDIA_AUDIO_SINK");
+        const auto restore = qScopeGuard([chosen] { qputenv("TREMIDIA_AUDIO_SINK", chosen); });
+        chooseMedia(0, mediaFile(u"tone.wav"_s));
+        auto *form = new frmMediaPlayer;
+        QSignalSpy status(form->player(), &media::Player::mediaStatusChanged);
+        form->Load();
+        form->show();
+        QTRY_VERIFY_WITH_TIMEOUT(reached(status, media::Player::EndOfMedia), PieceTimeout);
+        QVERIFY(m_boxes.isEmpty());
+        form->close();
     }
 
     void closingWhilePlayingStopsIt()

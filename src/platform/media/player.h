@@ -4,17 +4,20 @@
 #include <QObject>
 #include <QString>
 
+#include <memory>
+
 class QTimer;
-typedef struct _GstElement GstElement;
-typedef struct _GstBus GstBus;
-typedef struct _GstMessage GstMessage;
 
 namespace media {
 
-// One piece of sound or video, played through GStreamer's playbin. The interface thread
-// only sets states and reads: it pops the pipeline's messages and the latest video frame
-// on a timer, never waiting for them, and no GStreamer thread ever calls back into the
-// program, so neither side can hold the other up. Sound goes to the system's sink (or
+namespace engine {
+struct Mailbox;
+}
+
+// One piece of sound or video, played through GStreamer's playbin. The pipeline lives on
+// an engine thread of its own (engine.h): the player leaves it orders and picks up its
+// news on a timer, and never calls GStreamer itself, so nothing GStreamer does can hold
+// up the thread the player lives on. Sound goes to the system's sink (or
 // TREMIDIA_AUDIO_SINK); video frames come as QImages for the owner to draw.
 class Player final : public QObject
 {
@@ -66,29 +69,19 @@ signals:
     void errorOccurred(const QString &error);
 
 private:
-    void build();
-    void teardown();
+    void order(int kind, qint64 ms = 0);
     void poll();
-    void handle(GstMessage *message);
-    void loaded();
-    void pullFrame(bool preroll);
-    void readDuration();
-    void readPosition();
-    void fail(const QString &error);
+    void setDuration(qint64 ms);
     void setState(PlaybackState state);
     void setStatus(MediaStatus status);
-    void seek(qint64 ms);
 
     QTimer *const m_poll;
-    GstElement *m_playbin = nullptr;
-    GstElement *m_frames = nullptr;
-    GstBus *m_bus = nullptr;
+    std::shared_ptr<engine::Mailbox> m_engine;
     QString m_source;
     QString m_error;
     QImage m_frame;
     qint64 m_position = 0;
     qint64 m_duration = 0;
-    qint64 m_pendingSeek = -1;
     PlaybackState m_state = StoppedState;
     MediaStatus m_status = NoMedia;
     bool m_hasVideo = false;

@@ -320,6 +320,21 @@ private slots:
         QTRY_VERIFY_WITH_TIMEOUT(!player, 5000);
     }
 
+    void anotherPressOfTheSoundButtonStopsTheSoundPlaying()
+    {
+        frmIndex *index = open();
+        click(index->LvEnnoia, 3);
+        QTest::mouseClick(index->cmdSound, Qt::LeftButton);
+        QPointer<frmMediaPlayer> first = index->mediaPlayer();
+        QVERIFY(first);
+        QTest::mouseClick(index->cmdSound, Qt::LeftButton);
+        QPointer<frmMediaPlayer> second = index->mediaPlayer();
+        QVERIFY(second);
+        QVERIFY(second != first);
+        QTRY_VERIFY_WITH_TIMEOUT(!first, 5000);
+        second->Unload();
+    }
+
     void theEnterKeyOnTheChosenTermLeavesItsSoundPlaying()
     {
         frmIndex *index = open();

@@ -12,7 +12,6 @@
 #include <QMdiSubWindow>
 #include <QSlider>
 #include <QStyle>
-#include <QTimer>
 #include <QToolButton>
 #include <QVBoxLayout>
 

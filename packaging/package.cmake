@@ -31,6 +31,10 @@ set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 set(CPACK_DEBIAN_PACKAGE_DEPENDS
     "qt6-qpa-plugins, qt6-image-formats-plugins, libqt6svg6, gstreamer1.0-plugins-base, gstreamer1.0-plugins-good, fonts-dejavu-core, fonts-liberation2, xdg-utils")
 string(APPEND CPACK_DEBIAN_PACKAGE_DEPENDS ", fonts-urw-base35, qt6-translations-l10n")
+# The media formats of the era's content: MPEG-1, WMV/ASF and old AVI codecs, and MIDI
+# with a General MIDI sound font.
+string(APPEND CPACK_DEBIAN_PACKAGE_DEPENDS
+    ", gstreamer1.0-plugins-ugly, gstreamer1.0-plugins-bad, gstreamer1.0-libav, timgm6mb-soundfont")
 set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "libreoffice-writer, libreoffice-l10n-el")
 # The system settings file is the technician's: an upgrade keeps the database chosen.
 set(conffiles ${CMAKE_CURRENT_BINARY_DIR}/conffiles)

@@ -287,6 +287,9 @@ void frmIndex::PlayMedia(
         return;
     }
     MediaKind = kind;
+    // One piece plays at a time: another sound or video stops the one playing.
+    if (m_player)
+        m_player->Unload();
     auto *player = new frmMediaPlayer;
     m_player = player;
     player->Load();

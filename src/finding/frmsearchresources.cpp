@@ -135,7 +135,7 @@ frmSearchResources::frmSearchResources(QWidget *parent)
     connect(lvwResources, &QTreeWidget::itemDoubleClicked, this,
         [this] { platform::guarded([this] { lvwResources_DblClick(); }); });
     // Enter on a found source opens it, as a double click does.
-    for (const QKeySequence keys : {QKeySequence(Qt::Key_Return), QKeySequence(Qt::Key_Enter)}) {
+    for (const QKeySequence &keys : {QKeySequence(Qt::Key_Return), QKeySequence(Qt::Key_Enter)}) {
         auto *enter = new QShortcut(keys, lvwResources, nullptr, nullptr, Qt::WidgetShortcut);
         connect(enter, &QShortcut::activated, this, [this] {
             if (lvwResources->currentItem())

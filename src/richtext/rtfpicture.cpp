@@ -184,6 +184,8 @@ RtfPicture decodePicture(const PictureInput &input)
     case PictureInput::Emf:
         metafile = true;
         picture.image = loadImage(bmpFromDib(dibFromEmf(input.data)), "BMP");
+        if (picture.image.isNull())
+            picture.image = pictures::drawEnhancedMetafile(input.data, metafileGoalSize(input));
         break;
     case PictureInput::Unknown:
         break;

@@ -1,19 +1,19 @@
 #include "frmmediaplayer.h"
 
-#include <errorpolicy.h>
+#include "videopicture.h"
 
-#include <QAudioOutput>
+#include <errorpolicy.h>
+#include <player.h>
+#include <probe.h>
+#include <runtimeerror.h>
+
 #include <QCloseEvent>
 #include <QHBoxLayout>
 #include <QMdiSubWindow>
-#include <QMediaPlayer>
 #include <QSlider>
 #include <QStyle>
 #include <QToolButton>
-#include <QUrl>
 #include <QVBoxLayout>
-#include <QVideoSink>
-#include <QVideoWidget>
 
 namespace {
 
@@ -35,10 +35,10 @@ constexpr int VideoHeight = 240;
 frmMediaPlayer::frmMediaPlayer(QWidget *parent)
     : QWidget(parent)
     , WMM(new QWidget(this))
-    , picVideo(new QVideoWidget(WMM))
+    , picVideo(new VideoPicture(WMM))
     , cmdPlay(new QToolButton(WMM))
     , sldPosition(new QSlider(Qt::Horizontal, WMM))
-    , m_player(new QMediaPlayer(this))
+    , m_player(new media::Player(this))
 {
     setObjectName(QStringLiteral("frmMediaPlayer"));
     WMM->setObjectName(QStringLiteral("WMM"));
@@ -66,14 +66,22 @@ frmMediaPlayer::frmMediaPlayer(QWidget *parent)
     showPlayState();
 
     connect(cmdPlay, &QToolButton::clicked, this, [this] { platform::guarded([this] { cmdPlay_Click(); }); });
-    connect(m_player, &QMediaPlayer::mediaStatusChanged, this, [this](QMediaPlayer::MediaStatus status) {
-        if (status == QMediaPlayer::EndOfMedia)
+    connect(m_player, &media::Player::mediaStatusChanged, this, [this](media::Player::MediaStatus status) {
+        if (status == media::Player::EndOfMedia)
             platform::guarded([this] { WMM_EndOfStream(); });
     });
-    connect(m_player, &QMediaPlayer::playbackStateChanged, this, [this] { showPlayState(); });
-    connect(m_player, &QMediaPlayer::durationChanged, this,
+    // The box comes once this signal is over, and the window that could not play goes.
+    connect(
+        m_player, &media::Player::errorOccurred, this,
+        [this] {
+            platform::guarded([this] { WMM_Error(); });
+            Unload();
+        },
+        Qt::QueuedConnection);
+    connect(m_player, &media::Player::playbackStateChanged, this, [this] { showPlayState(); });
+    connect(m_player, &media::Player::durationChanged, this,
         [this](qint64 duration) { sldPosition->setRange(0, int(qMin<qint64>(duration, INT_MAX))); });
-    connect(m_player, &QMediaPlayer::positionChanged, this, [this](qint64 position) {
+    connect(m_player, &media::Player::positionChanged, this, [this](qint64 position) {
         if (!m_userSeeking)
             sldPosition->setValue(int(qMin<qint64>(position, INT_MAX)));
     });
@@ -87,20 +95,17 @@ frmMediaPlayer::frmMediaPlayer(QWidget *parent)
         if (action != QAbstractSlider::SliderMove && !m_userSeeking)
             m_player->setPosition(sldPosition->sliderPosition());
     });
-    // A video shows at its own size once it is known. The sink tells of the size while it
-    // still holds its lock, so the size is asked for once that signal is over.
-    connect(
-        picVideo->videoSink(), &QVideoSink::videoSizeChanged, this,
-        [this] {
-            platform::resumeNext([this] {
-                const QSize size = picVideo->videoSink()->videoSize();
-                if (m_video && size.isValid() && !size.isEmpty()) {
-                    picVideo->setFixedSize(size);
-                    FitToPlayer();
-                }
-            });
-        },
-        Qt::QueuedConnection);
+    connect(m_player, &media::Player::videoFrameChanged, this,
+        [this] { picVideo->setFrame(m_player->videoFrame()); });
+    // A video shows at its own size once it is known.
+    connect(m_player, &media::Player::videoSizeChanged, this, [this](QSize size) {
+        platform::resumeNext([this, size] {
+            if (m_video && size.isValid() && !size.isEmpty()) {
+                picVideo->setFixedSize(size);
+                FitToPlayer();
+            }
+        });
+    });
 }
 
 frmMediaPlayer::~frmMediaPlayer() = default;
@@ -116,12 +121,6 @@ void frmMediaPlayer::Load()
         return;
     m_loaded = true;
 
-    // The sound always goes to an output: without a sound device the output plays into
-    // nothing and the piece still runs to its end, where a player without one would stop
-    // at once with a stream error.
-    m_audio = new QAudioOutput(this);
-    m_player->setAudioOutput(m_audio);
-    m_player->setVideoOutput(picVideo);
     m_player->setPosition(0);
 
     const IndexMedia media = mediaSource() ? mediaSource()() : IndexMedia();
@@ -135,7 +134,7 @@ void frmMediaPlayer::Load()
         picVideo->setFixedSize(VideoWidth, VideoHeight);
     FitToPlayer();
     if (media.MediaKind == 0 || media.MediaKind == 1) {
-        m_player->setSource(QUrl::fromLocalFile(m_fileName));
+        m_player->setSource(m_fileName);
         m_player->play();
     }
 }
@@ -157,9 +156,15 @@ void frmMediaPlayer::WMM_EndOfStream()
     sldPosition->setValue(0);
 }
 
+void frmMediaPlayer::WMM_Error()
+{
+    throw platform::RuntimeError(
+        media::UnplayableMedia, media::unplayableText(m_fileName, m_player->errorString()));
+}
+
 void frmMediaPlayer::cmdPlay_Click()
 {
-    if (m_player->playbackState() == QMediaPlayer::PlayingState)
+    if (m_player->playbackState() == media::Player::PlayingState)
         m_player->pause();
     else
         m_player->play();
@@ -167,7 +172,7 @@ void frmMediaPlayer::cmdPlay_Click()
 
 void frmMediaPlayer::showPlayState()
 {
-    const bool playing = m_player->playbackState() == QMediaPlayer::PlayingState;
+    const bool playing = m_player->playbackState() == media::Player::PlayingState;
     cmdPlay->setIcon(style()->standardIcon(playing ? QStyle::SP_MediaPause : QStyle::SP_MediaPlay));
 }
 

@@ -4,16 +4,18 @@
 
 #include <functional>
 
-class QAudioOutput;
-class QMediaPlayer;
 class QSlider;
 class QToolButton;
-class QVideoWidget;
+class VideoPicture;
+namespace media {
+class Player;
+}
 
 // The small window that plays an index term's sound or video. It starts at once, stands
 // at the beginning again when the piece ends, and stops when it closes. It fits itself
 // round its player: a picture area for a video above a bar with play/pause and the
-// position.
+// position. A file that cannot be played gives the error box, naming it, and the window
+// closes.
 class frmMediaPlayer final : public QWidget
 {
     Q_OBJECT
@@ -25,7 +27,7 @@ public:
 
     // Controls: the player (WMM) is the picture area over the transport bar.
     QWidget *const WMM;
-    QVideoWidget *const picVideo;
+    VideoPicture *const picVideo;
     QToolButton *const cmdPlay;
     QSlider *const sldPosition;
 
@@ -51,7 +53,7 @@ public:
     void Unload();
 
     // The playing engine, for the owner's and the tests' questions.
-    QMediaPlayer *player() const { return m_player; }
+    media::Player *player() const { return m_player; }
     QString fileName() const { return m_fileName; }
 
 protected:
@@ -60,12 +62,12 @@ protected:
 
 private:
     void WMM_EndOfStream();
+    void WMM_Error();
     void cmdPlay_Click();
     void FitToPlayer();
     void showPlayState();
 
-    QMediaPlayer *const m_player;
-    QAudioOutput *m_audio = nullptr;
+    media::Player *const m_player;
     QString m_payFile;
     QString m_fileName;
     bool m_loaded = false;

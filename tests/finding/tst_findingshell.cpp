@@ -15,6 +15,7 @@
 #include <frmtextresource.h>
 #include <mdiform1.h>
 #include <modglobal.h>
+#include <player.h>
 #include <richtextbox.h>
 
 #include <QComboBox>
@@ -22,7 +23,6 @@
 #include <QFileInfo>
 #include <QMdiArea>
 #include <QMdiSubWindow>
-#include <QMediaPlayer>
 #include <QTabBar>
 #include <QTest>
 #include <QTreeWidget>
@@ -151,7 +151,7 @@ private slots:
         frmMediaPlayer *player = index->mediaPlayer();
         QVERIFY(player);
         QVERIFY(player->fileName().endsWith(u"/Sounds/term_minoas.wav"_s));
-        QTRY_COMPARE_WITH_TIMEOUT(player->player()->playbackState(), QMediaPlayer::PlayingState, 10000);
+        QTRY_COMPARE_WITH_TIMEOUT(player->player()->playbackState(), media::Player::PlayingState, 10000);
         savePicture(m_shell, u"index-sound.png"_s);
         index->parentWidget()->close();
         QVERIFY(!m_shell->mnuCatalogue->isChecked());

@@ -22,7 +22,6 @@
 #include <QLabel>
 #include <QMdiArea>
 #include <QMdiSubWindow>
-#include <QMediaPlayer>
 #include <QTabBar>
 #include <QTemporaryDir>
 #include <QTest>
@@ -345,6 +344,21 @@ private slots:
         QVERIFY(qAbs(sub->y() - (area->height() - sub->height()) / 2) <= 1);
         click(index->LvEnnoia, 0);
         QTRY_VERIFY_WITH_TIMEOUT(!player, 5000);
+    }
+
+    void anotherPressOfTheSoundButtonStopsTheSoundPlaying()
+    {
+        frmIndex *index = open();
+        click(index->LvEnnoia, 3);
+        QTest::mouseClick(index->cmdSound, Qt::LeftButton);
+        QPointer<frmMediaPlayer> first = index->mediaPlayer();
+        QVERIFY(first);
+        QTest::mouseClick(index->cmdSound, Qt::LeftButton);
+        QPointer<frmMediaPlayer> second = index->mediaPlayer();
+        QVERIFY(second);
+        QVERIFY(second != first);
+        QTRY_VERIFY_WITH_TIMEOUT(!first, 5000);
+        second->Unload();
     }
 
     void theEnterKeyOnTheChosenTermLeavesItsSoundPlaying()

@@ -91,6 +91,11 @@ private slots:
         for (const char *plugin : {"qt6-qpa-plugins", "qt6-image-formats-plugins", "libqt6svg6",
                  "gstreamer1.0-plugins-base", "gstreamer1.0-plugins-good", "fonts-dejavu-core", "xdg-utils"})
             QVERIFY2(depends.contains(QString::fromLatin1(plugin)), plugin);
+        // The media and pictures of the era: MPEG-1, WMV/ASF, MIDI and its sound font, EMF.
+        for (const char *media :
+            {"gstreamer1.0-plugins-ugly", "gstreamer1.0-plugins-bad", "gstreamer1.0-libav",
+                "timgm6mb-soundfont", "libemf2svg1", "libgstreamer1.0-0", "libgstreamer-plugins-base1.0-0"})
+            QVERIFY2(depends.contains(QString::fromLatin1(media)), media);
         QVERIFY(
             packageNames(field(QStringLiteral("Recommends"))).contains(QStringLiteral("libreoffice-writer")));
         QVERIFY(!depends.contains(QStringLiteral("libreoffice-writer")));

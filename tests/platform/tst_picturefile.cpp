@@ -78,6 +78,10 @@ class tst_PictureFile : public QObject
     QTemporaryDir m_dir;
 
     QString path(const char *name) const { return m_dir.filePath(QString::fromUtf8(name)); }
+    static QString eraFile(const QString &name)
+    {
+        return QStringLiteral(TREMIDIA_SOURCE_DIR "/tests/data/media/") + name;
+    }
 
     static void expectError(const QString &file, int number, const QString &mentioned)
     {
@@ -150,7 +154,7 @@ private slots:
         expectError(path("broken.wmf"), 481, QStringLiteral("broken.wmf"));
     }
 
-    void anEnhancedMetafileShowsAnEmptyFrameOfItsSize()
+    void anEnhancedMetafileWithoutDrawingsShowsWhiteAtItsFrameSize()
     {
         // 50.8 by 25.4 mm: 192 by 96 pixels.
         writeFile(path("clip.emf"), metafiles::enhancedHeaderOnly(QSize(5080, 2540)));
@@ -175,7 +179,7 @@ private slots:
         QCOMPARE(drawn.pixelColor(96, 72), QColor(0, 255, 0));
     }
 
-    void anEnhancedMetafileInsideRtfKeepsItsPlaceAsAnEmptyFrame()
+    void anEnhancedMetafileInsideRtfWithoutDrawingsKeepsItsPlace()
     {
         const QByteArray rtf = "{\\rtf1\\ansi {\\pict\\emfblip\\picw5080\\pich2540\n"
             + hex(metafiles::enhancedHeaderOnly(QSize(5080, 2540))) + "}\\par }";
@@ -186,6 +190,58 @@ private slots:
         QVERIFY(!frame.isNull());
         QCOMPARE(frame.size(), shown.toSize());
         QCOMPARE(frame.pixelColor(frame.width() / 2, frame.height() / 2), QColor(255, 255, 255));
+    }
+
+    void eachPictureFormatOfTheEraIsRead_data()
+    {
+        QTest::addColumn<QString>("file");
+        QTest::addColumn<QSize>("size");
+        QTest::newRow("BMP") << QStringLiteral("picture.bmp") << QSize(48, 32);
+        QTest::newRow("GIF") << QStringLiteral("picture.gif") << QSize(48, 32);
+        QTest::newRow("JPEG") << QStringLiteral("picture.jpg") << QSize(48, 32);
+        QTest::newRow("WMF") << QStringLiteral("picture.wmf") << QSize(100, 50);
+        QTest::newRow("EMF") << QStringLiteral("picture.emf") << QSize(100, 50);
+    }
+
+    void eachPictureFormatOfTheEraIsRead()
+    {
+        QFETCH(QString, file);
+        QFETCH(QSize, size);
+        const QImage picture = pictures::LoadPicture(eraFile(file));
+        QCOMPARE(picture.size(), size);
+    }
+
+    void anEnhancedMetafileIsDrawnAtItsFrameSize()
+    {
+        // A red rectangle from (10, 10) to (60, 40) and a blue ellipse round (72, 32).
+        const QImage drawn = pictures::LoadPicture(eraFile(QStringLiteral("picture.emf")));
+        QCOMPARE(drawn.size(), QSize(100, 50));
+        QCOMPARE(drawn.pixelColor(35, 25), QColor(255, 0, 0));
+        QCOMPARE(drawn.pixelColor(72, 33), QColor(0, 0, 255));
+        QCOMPARE(drawn.pixelColor(3, 46), QColor(255, 255, 255));
+    }
+
+    void anEnhancedMetafileThatCannotBeDrawnIsAnInvalidPictureNamingTheFile()
+    {
+        expectError(eraFile(QStringLiteral("broken.emf")), 481, QStringLiteral("broken.emf"));
+    }
+
+    void anEnhancedMetafileInsideRtfIsDrawnAtItsGoalSize()
+    {
+        QFile file(eraFile(QStringLiteral("picture.emf")));
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        // 3000 by 1500 twips is 200 by 100 pixels: the drawing at twice its own size.
+        const QByteArray rtf
+            = "{\\rtf1\\ansi {\\pict\\emfblip\\picw2646\\pich1323\\picwgoal3000\\pichgoal1500\n"
+            + hex(file.readAll()) + "}\\par }";
+        QTextDocument document;
+        richtext::readDocument(rtf, &document);
+        QSizeF shown;
+        const QImage drawn = firstPicture(document, &shown);
+        QCOMPARE(shown, QSizeF(200, 100));
+        QCOMPARE(drawn.size(), QSize(200, 100));
+        QCOMPARE(drawn.pixelColor(70, 50), QColor(255, 0, 0));
+        QCOMPARE(drawn.pixelColor(145, 65), QColor(0, 0, 255));
     }
 };
 

@@ -17,6 +17,13 @@ int check(const QStringList &args); // check FILE
 int search(const QStringList &args); // search FILE [--type N] [--author TEXT] ... (see usage)
 int index(const QStringList &args); // index FILE [TYPE]
 int fulltext(const QStringList &args); // fulltext FILE QUERY...
+int picture(const QStringList &args); // picture IN OUT.png
+int media(const QStringList &args); // media FILE
+
+// Why the viewers would not show the picture, or the player would not play the file;
+// empty when they would.
+QString showProblem(const QString &path);
+QString playProblem(const QString &path);
 
 // Writes "tremidia-content: <message>" on stderr and returns 1.
 int fail(const QString &message);

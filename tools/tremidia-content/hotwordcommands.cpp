@@ -182,12 +182,14 @@ public:
                     hotWordsOf(subject, id, textPath);
                 break;
             case 6:
-                needFile(subject, QStringLiteral("picture"), QStringLiteral("\\Pictures\\"), picturePath);
+                needFile(
+                    subject, QStringLiteral("picture"), QStringLiteral("\\Pictures\\"), picturePath, Shows);
                 needFile(subject, QStringLiteral("legend"), QStringLiteral("\\Piges\\"), textPath);
                 break;
             case 1:
             case 5:
-                needFile(subject, QStringLiteral("picture"), QStringLiteral("\\Pictures\\"), picturePath);
+                needFile(
+                    subject, QStringLiteral("picture"), QStringLiteral("\\Pictures\\"), picturePath, Shows);
                 break;
             default:
                 break; // a kind without a viewer opens nothing
@@ -206,7 +208,7 @@ public:
             const QString subject
                 = QStringLiteral("comment %1").arg(rs->Fields(QStringLiteral("CommentID")).text());
             mayNeedFile(subject, QStringLiteral("picture"), QStringLiteral("\\photos\\"),
-                rs->Fields(QStringLiteral("Picture")).text());
+                rs->Fields(QStringLiteral("Picture")).text(), Shows);
             rs->MoveNext();
         }
         rs->Close();
@@ -221,11 +223,11 @@ public:
             const QString subject
                 = QStringLiteral("term %1").arg(rs->Fields(QStringLiteral("EuretirioID")).text());
             mayNeedFile(subject, QStringLiteral("picture"), QStringLiteral("\\Photos\\"),
-                rs->Fields(QStringLiteral("Picture")).text());
+                rs->Fields(QStringLiteral("Picture")).text(), Shows);
             mayNeedFile(subject, QStringLiteral("sound"), QStringLiteral("\\Sounds\\"),
-                rs->Fields(QStringLiteral("Sound")).text());
+                rs->Fields(QStringLiteral("Sound")).text(), Plays);
             mayNeedFile(subject, QStringLiteral("video"), QStringLiteral("\\Videos\\"),
-                rs->Fields(QStringLiteral("Video")).text());
+                rs->Fields(QStringLiteral("Video")).text(), Plays);
             rs->MoveNext();
         }
         rs->Close();
@@ -239,22 +241,36 @@ private:
         ++m_problems;
     }
 
-    bool needFile(const QString &subject, const QString &what, const QString &folder, const QString &name)
+    // What a file must do besides being there: show as a picture, or play.
+    enum Use { Exists, Shows, Plays };
+
+    bool needFile(const QString &subject, const QString &what, const QString &folder, const QString &name,
+        Use use = Exists)
     {
         if (name.isEmpty()) {
             problem(QStringLiteral("%1: no %2 file named").arg(subject, what));
             return false;
         }
-        return mayNeedFile(subject, what, folder, name);
+        return mayNeedFile(subject, what, folder, name, use);
     }
 
-    bool mayNeedFile(const QString &subject, const QString &what, const QString &folder, const QString &name)
+    bool mayNeedFile(const QString &subject, const QString &what, const QString &folder, const QString &name,
+        Use use = Exists)
     {
         if (name.isEmpty())
             return true;
-        if (platform::fileExists(platform::contentPath(m_dataFolder, folder, name)))
+        const QString path = platform::contentPath(m_dataFolder, folder, name);
+        if (!platform::fileExists(path)) {
+            problem(QStringLiteral("%1: %2 %3 missing").arg(subject, what, jsonString(name)));
+            return false;
+        }
+        const QString why = use == Shows ? showProblem(path) : use == Plays ? playProblem(path) : QString();
+        if (why.isEmpty())
             return true;
-        problem(QStringLiteral("%1: %2 %3 missing").arg(subject, what, jsonString(name)));
+        problem(
+            QStringLiteral("%1: %2 %3 %4: %5")
+                .arg(subject, what, jsonString(name),
+                    use == Shows ? QStringLiteral("does not show") : QStringLiteral("does not play"), why));
         return false;
     }
 

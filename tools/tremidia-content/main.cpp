@@ -22,14 +22,18 @@ void usage()
            "  rtf-runs FILE.rtf           formatting runs of an RTF file, as JSON lines\n"
            "  rtf-rewrite IN.rtf OUT.rtf  open a file as the notepad does, save it as the notepad does\n"
            "  hotwords FILE RESOURCEID    the hot words of a text source, located\n"
-           "  check FILE                  audit the content files and hot words\n"
+           "  check FILE                  audit the content files (that each picture shows\n"
+           "                              and each sound or video plays) and hot words\n"
            "  search FILE [--type N] [--author TEXT] [--museum TEXT] [--keyword N] [--time N] [--place N]\n"
            "                              the search window's list for those criteria:\n"
            "                              icon, tab, text, tab, tag\n"
            "  index FILE [TYPE]           the index's list for a type (0 or none: all):\n"
            "                              EuretirioID, tab, Oros\n"
            "  fulltext FILE QUERY...      the sources whose words match the query, best first:\n"
-           "                              ResourceID, tab, ResTypeID, tab, title\n";
+           "                              ResourceID, tab, ResTypeID, tab, title\n"
+           "  picture IN OUT.png          draw a picture as the viewers do, into a PNG\n"
+           "  media FILE                  whether the player plays a sound or video:\n"
+           "                              duration in ms, tab, video or audio\n";
 }
 
 } // namespace
@@ -79,6 +83,10 @@ int main(int argc, char *argv[])
         return commands::index(args);
     if (command == u"fulltext")
         return commands::fulltext(args);
+    if (command == u"picture")
+        return commands::picture(args);
+    if (command == u"media")
+        return commands::media(args);
     usage();
     return 1;
 }

@@ -22,6 +22,10 @@ QImage drawWindowsMetafile(const QByteArray &wmf, QSize size = {});
 // An enhanced metafile's frame in pixels, from its header; invalid when unreadable.
 QSize enhancedMetafileSize(const QByteArray &emf);
 
+// The enhanced metafile drawn on white at `size` (its frame's size when invalid); a null
+// image when it cannot be drawn.
+QImage drawEnhancedMetafile(const QByteArray &emf, QSize size = {});
+
 // What stands for a metafile that nothing here draws: white, with a thin grey edge, so
 // the place and size the author gave it still show.
 QImage emptyFrame(QSize size);

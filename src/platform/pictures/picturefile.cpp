@@ -32,8 +32,10 @@ QImage pictureFromBytes(const QByteArray &bytes, const QString &name)
         return drawn;
     }
     if (isEnhancedMetafile(bytes)) {
-        const QSize frame = enhancedMetafileSize(bytes);
-        return emptyFrame(frame.isValid() ? frame : QSize(32, 32));
+        QImage drawn = drawEnhancedMetafile(bytes);
+        if (drawn.isNull())
+            invalidPicture(name);
+        return drawn;
     }
 
     QBuffer buffer;

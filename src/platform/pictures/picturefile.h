@@ -14,8 +14,7 @@ namespace pictures {
 inline constexpr int AllocationLimitMB = 1024;
 
 // Reads the file: BMP, JPEG, GIF, PNG, ICO and the other formats Qt reads, and Windows
-// metafiles (drawn). An enhanced metafile, which nothing here draws, gives an empty
-// white picture of its frame's size. Raises platform::RuntimeError: 53 when the file is
+// metafiles, plain and enhanced (drawn). Raises platform::RuntimeError: 53 when the file is
 // not there, 481 when it holds no picture we can read, 7 when it is too large to hold.
 QImage LoadPicture(const QString &path);
 

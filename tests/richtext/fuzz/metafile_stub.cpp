@@ -1,9 +1,15 @@
-// The fuzzing build's metafile pictures: nothing is drawn, and an empty frame is plain.
+// The fuzzing build's metafile pictures: nothing is drawn, plain or enhanced, and an empty
+// frame is plain.
 #include <metafile.h>
 
 namespace pictures {
 
 QImage drawWindowsMetafile(const QByteArray &, QSize)
+{
+    return {};
+}
+
+QImage drawEnhancedMetafile(const QByteArray &, QSize)
 {
     return {};
 }

@@ -1,0 +1,91 @@
+#pragma once
+
+#include <QImage>
+#include <QObject>
+#include <QString>
+
+#include <memory>
+
+class QTimer;
+
+namespace media {
+
+namespace engine {
+struct Mailbox;
+}
+
+// One piece of sound or video, played through GStreamer's playbin. The pipeline lives on
+// an engine thread of its own (engine.h): the player leaves it orders and picks up its
+// news on a timer, and never calls GStreamer itself, so nothing GStreamer does can hold
+// up the thread the player lives on. Sound goes to the system's sink (or
+// TREMIDIA_AUDIO_SINK); video frames come as QImages for the owner to draw.
+class Player final : public QObject
+{
+    Q_OBJECT
+
+public:
+    enum PlaybackState { StoppedState, PlayingState, PausedState };
+    Q_ENUM(PlaybackState)
+    enum MediaStatus { NoMedia, LoadingMedia, LoadedMedia, EndOfMedia, InvalidMedia };
+    Q_ENUM(MediaStatus)
+
+    explicit Player(QObject *parent = nullptr);
+    ~Player() override;
+    Q_DISABLE_COPY_MOVE(Player)
+
+    // Plays into nothing as fast as the file reads: for finding out what a file holds.
+    void setSilent(bool silent) { m_silent = silent; }
+
+    // Opens the file (an empty name closes what was open); it is read at once, and
+    // mediaStatus tells when it is ready or could not be read.
+    void setSource(const QString &file);
+    QString source() const { return m_source; }
+
+    void play();
+    void pause();
+    // Stops and stands at the beginning.
+    void stop();
+    void setPosition(qint64 ms);
+
+    PlaybackState playbackState() const { return m_state; }
+    MediaStatus mediaStatus() const { return m_status; }
+    qint64 position() const { return m_position; }
+    // 0 until known.
+    qint64 duration() const { return m_duration; }
+    bool hasVideo() const { return m_hasVideo; }
+    QSize videoSize() const { return m_frame.size(); }
+    // The latest picture of a video; null before the first.
+    const QImage &videoFrame() const { return m_frame; }
+    // Why the piece could not be played, once mediaStatus is InvalidMedia.
+    QString errorString() const { return m_error; }
+
+signals:
+    void playbackStateChanged(media::Player::PlaybackState state);
+    void mediaStatusChanged(media::Player::MediaStatus status);
+    void durationChanged(qint64 ms);
+    void positionChanged(qint64 ms);
+    void videoFrameChanged();
+    void videoSizeChanged(QSize size);
+    void errorOccurred(const QString &error);
+
+private:
+    void order(int kind, qint64 ms = 0);
+    void poll();
+    void setDuration(qint64 ms);
+    void setState(PlaybackState state);
+    void setStatus(MediaStatus status);
+
+    QTimer *const m_poll;
+    std::shared_ptr<engine::Mailbox> m_engine;
+    QString m_source;
+    QString m_error;
+    QImage m_frame;
+    qint64 m_position = 0;
+    qint64 m_duration = 0;
+    PlaybackState m_state = StoppedState;
+    MediaStatus m_status = NoMedia;
+    bool m_hasVideo = false;
+    bool m_silent = false;
+};
+
+} // namespace media

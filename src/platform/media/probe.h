@@ -1,0 +1,25 @@
+#pragma once
+
+#include <QString>
+
+// What a sound or video file holds, found by the player itself reading it silently: what
+// plays here plays in the window, and what fails here fails there.
+namespace media {
+
+struct MediaInfo
+{
+    qint64 durationMs = 0; // 0 when the file does not tell
+    bool video = false;
+};
+
+// Needs a running Qt event loop's application object. Raises platform::RuntimeError
+// (53 when the file is not there, UnplayableMedia when it cannot be played, naming it).
+MediaInfo probe(const QString &file, int timeoutMs = 30000);
+
+// The error raised for a sound or video that cannot be played.
+inline constexpr int UnplayableMedia = 5;
+
+// The program's text for a piece that cannot be played, naming the file.
+QString unplayableText(const QString &file, const QString &why);
+
+} // namespace media

@@ -1,0 +1,86 @@
+#include "metafile.h"
+
+#include "littleendian.h"
+
+#include <QPainter>
+#include <QSvgRenderer>
+
+#include <algorithm>
+#include <cstdlib>
+
+extern "C" {
+#include <emf2svg.h>
+}
+
+namespace pictures {
+
+namespace {
+
+constexpr quint32 EmrHeader = 1;
+constexpr quint32 EmrEof = 14;
+constexpr int MaxDrawnSide = 8192;
+
+// The converter trusts the records it is given; a file whose records do not chain to
+// the end-of-file record within its bytes is refused before it gets there.
+bool recordsHold(const QByteArray &emf)
+{
+    qsizetype pos = 0;
+    bool first = true;
+    while (pos + 8 <= emf.size()) {
+        const quint32 type = le32(emf, pos);
+        const quint32 size = le32(emf, pos + 4);
+        if (size < 8 || size % 4 != 0 || size > quint64(emf.size() - pos))
+            return false;
+        if (first && type != EmrHeader)
+            return false;
+        first = false;
+        if (type == EmrEof)
+            return true;
+        pos += size;
+    }
+    return false;
+}
+
+} // namespace
+
+QImage drawEnhancedMetafile(const QByteArray &emf, QSize size)
+{
+    if (!isEnhancedMetafile(emf) || !recordsHold(emf))
+        return {};
+
+    generatorOptions options {};
+    char noPrefix[] = "";
+    options.nameSpace = noPrefix; // plain element names, which Qt's SVG reader expects
+    options.svgDelimiter = true;
+    options.emfplus = true;
+    // The converter reads from a buffer it may write to; it gets a copy.
+    QByteArray data = emf;
+    char *svg = nullptr;
+    size_t svgLength = 0;
+    const int converted = emf2svg(data.data(), size_t(data.size()), &svg, &svgLength, &options);
+    const QByteArray document(svg ? svg : "", svg ? qsizetype(svgLength) : 0);
+    std::free(svg);
+    if (converted != 1 || document.isEmpty())
+        return {};
+
+    QSvgRenderer renderer(document);
+    if (!renderer.isValid())
+        return {};
+    if (!size.isValid() || size.isEmpty())
+        size = enhancedMetafileSize(emf);
+    if (!size.isValid() || size.isEmpty())
+        size = renderer.defaultSize();
+    if (!size.isValid() || size.isEmpty())
+        return {};
+    size = QSize(std::clamp(size.width(), 1, MaxDrawnSide), std::clamp(size.height(), 1, MaxDrawnSide));
+
+    // What the metafile leaves undrawn is the paper's white, as for the other metafiles.
+    QImage picture(size, QImage::Format_RGB32);
+    picture.fill(Qt::white);
+    QPainter painter(&picture);
+    painter.setRenderHint(QPainter::Antialiasing);
+    renderer.render(&painter, QRectF(QPointF(0, 0), QSizeF(size)));
+    return picture;
+}
+
+} // namespace pictures

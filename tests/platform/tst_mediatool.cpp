@@ -1,0 +1,134 @@
+// The content tool's picture and media commands, on the small files of each format the
+// content of the era holds and on broken ones: what the viewers show and the player
+// plays, the tool draws and plays; what they refuse, it refuses, naming the file.
+
+#include "../support/contenttool.h"
+
+#include <QImage>
+#include <QTemporaryDir>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+QString eraFile(const QString &name)
+{
+    return QStringLiteral(TREMIDIA_SOURCE_DIR "/tests/data/media/") + name;
+}
+
+testing::ToolRun tool(const QStringList &args)
+{
+    return testing::contentTool(args, 60000);
+}
+
+} // namespace
+
+class tst_MediaTool : public QObject
+{
+    Q_OBJECT
+
+    QTemporaryDir m_dir;
+
+private slots:
+    void pictureDrawsEachFormatIntoAPng_data()
+    {
+        QTest::addColumn<QString>("file");
+        QTest::addColumn<QSize>("size");
+        QTest::newRow("BMP") << u"picture.bmp"_s << QSize(48, 32);
+        QTest::newRow("GIF") << u"picture.gif"_s << QSize(48, 32);
+        QTest::newRow("JPEG") << u"picture.jpg"_s << QSize(48, 32);
+        QTest::newRow("WMF") << u"picture.wmf"_s << QSize(100, 50);
+        QTest::newRow("EMF") << u"picture.emf"_s << QSize(100, 50);
+    }
+
+    void pictureDrawsEachFormatIntoAPng()
+    {
+        QFETCH(QString, file);
+        QFETCH(QSize, size);
+        const QString out = m_dir.filePath(file + u".png"_s);
+        const testing::ToolRun run = tool({u"picture"_s, eraFile(file), out});
+        QVERIFY2(run.exitCode == 0, qPrintable(run.errors));
+        const QImage drawn(out);
+        QCOMPARE(drawn.size(), size);
+        if (file.endsWith(u"mf"_s))
+            QCOMPARE(drawn.pixelColor(35, 25), QColor(255, 0, 0));
+    }
+
+    void pictureRefusesWhatTheViewersRefuse_data()
+    {
+        QTest::addColumn<QString>("file");
+        QTest::newRow("an enhanced metafile cut short") << u"broken.emf"_s;
+        QTest::newRow("a sound") << u"tone.wav"_s;
+        QTest::newRow("no file") << u"nowhere.bmp"_s;
+    }
+
+    void pictureRefusesWhatTheViewersRefuse()
+    {
+        QFETCH(QString, file);
+        const QString out = m_dir.filePath(u"refused.png"_s);
+        const testing::ToolRun run = tool({u"picture"_s, eraFile(file), out});
+        QCOMPARE(run.exitCode, 1);
+        QVERIFY(!QFile::exists(out));
+        QVERIFY(run.lines.isEmpty());
+        QVERIFY(run.errors.startsWith(u"tremidia-content: "_s));
+        if (file != u"nowhere.bmp"_s)
+            QVERIFY2(run.errors.contains(file), qPrintable(run.errors));
+    }
+
+    void mediaTellsTheLengthAndKindOfEachFormat_data()
+    {
+        QTest::addColumn<QString>("file");
+        QTest::addColumn<QString>("kind");
+        QTest::newRow("WAV") << u"tone.wav"_s << u"audio"_s;
+        QTest::newRow("MIDI") << u"tune.mid"_s << u"audio"_s;
+        QTest::newRow("MP3") << u"tone.mp3"_s << u"audio"_s;
+        QTest::newRow("AVI") << u"clip.avi"_s << u"video"_s;
+        QTest::newRow("MPEG-1") << u"clip.mpg"_s << u"video"_s;
+        QTest::newRow("WMV") << u"clip.wmv"_s << u"video"_s;
+        QTest::newRow("ASF") << u"clip.asf"_s << u"video"_s;
+    }
+
+    void mediaTellsTheLengthAndKindOfEachFormat()
+    {
+        QFETCH(QString, file);
+        QFETCH(QString, kind);
+        const testing::ToolRun run = tool({u"media"_s, eraFile(file)});
+        QVERIFY2(run.exitCode == 0, qPrintable(run.errors));
+        QCOMPARE(run.lines.size(), 1);
+        const QStringList fields = run.lines.at(0).split(u'\t');
+        QCOMPARE(fields.size(), 2);
+        // One second of sound or pictures; the MIDI tune is four half-second notes.
+        const int expected = file.endsWith(u".mid"_s) ? 2000 : 1000;
+        QVERIFY2(qAbs(fields.at(0).toInt() - expected) <= 200, qPrintable(fields.at(0)));
+        QCOMPARE(fields.at(1), kind);
+    }
+
+    void mediaRefusesWhatThePlayerCannotPlay_data()
+    {
+        QTest::addColumn<QString>("file");
+        QTest::newRow("a sound cut short") << u"broken.wav"_s;
+        QTest::newRow("an MP3 of nothing") << u"broken.mp3"_s;
+        QTest::newRow("a video that is text") << u"broken.avi"_s;
+        QTest::newRow("a metafile") << u"picture.emf"_s;
+    }
+
+    void mediaRefusesWhatThePlayerCannotPlay()
+    {
+        QFETCH(QString, file);
+        const testing::ToolRun run = tool({u"media"_s, eraFile(file)});
+        QCOMPARE(run.exitCode, 1);
+        QVERIFY(run.lines.isEmpty());
+        QVERIFY2(run.errors.contains(file), qPrintable(run.errors));
+    }
+
+    void aMissingFileOrNoFileIsRefused()
+    {
+        QCOMPARE(tool({u"media"_s, eraFile(u"nowhere.wav"_s)}).exitCode, 1);
+        QCOMPARE(tool({u"media"_s}).exitCode, 1);
+        QCOMPARE(tool({u"picture"_s, eraFile(u"picture.bmp"_s)}).exitCode, 1);
+    }
+};
+
+QTEST_GUILESS_MAIN(tst_MediaTool)
+#include "tst_mediatool.moc"

@@ -12,6 +12,7 @@
 #include <modmail.h>
 #include <msgbox.h>
 #include <programbitmaps.h>
+#include <readaloud.h>
 #include <tlb.h>
 #include <twips.h>
 
@@ -77,6 +78,9 @@ MDIForm1::MDIForm1(QWidget *parent)
     buildMenu();
     connect(TlbMain, &Tlb::ButtonClick, this,
         [this](const QString &key) { platform::guarded([&] { TlbMain_ButtonClick(key); }); });
+
+    // F9 and Escape read and stop in every window of the activity.
+    speech::ReadAloud::instance();
 
     ShellWindow::setCurrent(this);
 }
@@ -262,8 +266,10 @@ void MDIForm1::TlbMain_ButtonClick(const QString &key)
         tree->activateWindow();
     } else if (key == u"SearchResources") {
         showChild(ChildWindow::SearchResources, false);
+    } else if (key == u"Sound") {
+        speech::ReadAloud::instance().toggle();
     }
-    // "Sound" and any other key do nothing.
+    // Any other key does nothing.
 }
 
 void MDIForm1::showEvent(QShowEvent *event)

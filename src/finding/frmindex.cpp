@@ -14,6 +14,7 @@
 #include <programbitmaps.h>
 #include <richtextbox.h>
 #include <shellwindow.h>
+#include <textzoom.h>
 #include <twips.h>
 
 #include <QCloseEvent>
@@ -109,9 +110,17 @@ frmIndex::frmIndex(QWidget *parent)
     connect(cmdPicture, &Btn::Click, this, [this] { platform::guarded([this] { cmdPicture_Click(); }); });
     connect(cmdSound, &Btn::Click, this, [this] { platform::guarded([this] { cmdSound_Click(); }); });
     connect(cmdVideo, &Btn::Click, this, [this] { platform::guarded([this] { cmdVideo_Click(); }); });
+    // The explanation takes the pupil's text size, whichever control has the keys.
+    TextZoom::instance().follow(
+        this, {this, LvEnnoia, rtfExp}, [this](int percent) { TextZoom::zoomTextEdit(rtfExp, percent); });
 }
 
 frmIndex::~frmIndex() = default;
+
+QString frmIndex::textToRead() const
+{
+    return rtfExp->Text();
+}
 
 void frmIndex::layOut()
 {

@@ -12,6 +12,7 @@
 #include <richtextbox.h>
 #include <rtffile.h>
 #include <shellwindow.h>
+#include <textzoom.h>
 #include <twips.h>
 
 #include <QAction>
@@ -130,6 +131,14 @@ frmNotes::frmNotes(QWidget *parent)
         notes, &RichTextBox::SelChange, this, [this] { platform::guarded([this] { notes_SelChange(); }); });
     connect(notes, &RichTextBox::OLEDragDrop, this,
         [this](const QMimeData *data) { platform::guarded([this, data] { notes_OLEDragDrop(data); }); });
+    // Only the view grows: the note keeps its own sizes, and saves with them.
+    TextZoom::instance().follow(
+        this, {this, notes}, [this](int percent) { TextZoom::zoomTextEdit(notes, percent); });
+}
+
+QString frmNotes::textToRead() const
+{
+    return notes->SelLength() > 0 ? notes->SelText() : notes->Text();
 }
 
 frmNotes::~frmNotes()

@@ -4,6 +4,7 @@
 #include <msgbox.h>
 #include <picturefile.h>
 #include <runtimeerror.h>
+#include <textzoom.h>
 #include <twips.h>
 
 #include <QApplication>
@@ -50,6 +51,22 @@ frmToolTips::frmToolTips(QWidget *parent)
         [this] { platform::guarded([this] { mnuCopyText_Click(); }); });
     connect(mnuCopyPicture, &QAction::triggered, this,
         [this] { platform::guarded([this] { mnuCopyPicture_Click(); }); });
+    // A tip on show takes a new text size at once, measured and shaped anew.
+    TextZoom::instance().follow(this, {this}, [this](int) {
+        if (!isVisible() || m_layout.empty)
+            return;
+        platform::guarded([this] {
+            setFont(tipFont());
+            ShowTip();
+        });
+    });
+}
+
+QFont frmToolTips::tipFont()
+{
+    QFont font(QStringLiteral("Arial"));
+    font.setPointSizeF(10.0 * TextZoom::instance().percent() / 100.0);
+    return font;
 }
 
 frmToolTips::~frmToolTips() = default;
@@ -91,9 +108,7 @@ void frmToolTips::Form_Load()
             return true;
         }();
         Q_UNUSED(substituted);
-        QFont font(QStringLiteral("Arial"));
-        font.setPointSize(10);
-        setFont(font);
+        setFont(tipFont());
         ShowTip();
     } catch (const platform::RuntimeError &e) {
         // The tip stays as far as it was built.

@@ -6,6 +6,7 @@
 
 #include <conference.h>
 #include <database.h>
+#include <designedcolours.h>
 #include <errorpolicy.h>
 #include <frmsmallbutton.h>
 #include <modglobal.h>
@@ -55,6 +56,7 @@ MDIForm1::MDIForm1(QWidget *parent)
     , TlbMain(new Tlb)
 {
     setObjectName(QStringLiteral("MDIForm1"));
+    platform::useDesignedColours(this);
     setAttribute(Qt::WA_DeleteOnClose);
     setWindowTitle(QStringLiteral("ΤΡΕΜΙΔΙΑ"));
     // The shell has one size: no maximise box and no resizing frame.

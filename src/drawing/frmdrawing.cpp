@@ -6,6 +6,7 @@
 #include "picphoto.h"
 #include "rubberband.h"
 
+#include <designedcolours.h>
 #include <errorpolicy.h>
 #include <msgbox.h>
 #include <picturefile.h>
@@ -132,6 +133,7 @@ frmDrawing::frmDrawing(QWidget *parent)
     , VS(new QScrollBar(Qt::Vertical, this))
 {
     setObjectName(QStringLiteral("frmDrawing"));
+    platform::useDesignedColours(this);
     setWindowTitle(QStringLiteral("Σχεδιαστήριο"));
     picContainer->setObjectName(QStringLiteral("picContainer"));
     HS->setObjectName(QStringLiteral("HS"));

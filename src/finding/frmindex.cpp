@@ -4,6 +4,7 @@
 #include <clicktree.h>
 #include <contentpath.h>
 #include <database.h>
+#include <designedcolours.h>
 #include <errorpolicy.h>
 #include <frmfoto.h>
 #include <frmmediaplayer.h>
@@ -69,6 +70,7 @@ frmIndex::frmIndex(QWidget *parent)
     , Image1(new QLabel(Picture1))
 {
     setObjectName(QStringLiteral("frmIndex"));
+    platform::useDesignedColours(this);
     setAttribute(Qt::WA_DeleteOnClose);
     setWindowTitle(QStringLiteral("Ευρετήριο"));
     const std::pair<QWidget *, const char *> names[]

@@ -5,6 +5,7 @@
 #include "frmformat.h"
 #include "modeditor.h"
 
+#include <designedcolours.h>
 #include <errorpolicy.h>
 #include <frmcolors.h>
 #include <msgbox.h>
@@ -106,6 +107,7 @@ frmNotes::frmNotes(QWidget *parent)
     , CMDialog1(this)
 {
     setObjectName(QStringLiteral("frmNotes"));
+    platform::useDesignedColours(this);
     setWindowTitle(QStringLiteral("Σημειωματάριο"));
     setAttribute(Qt::WA_DeleteOnClose);
     notes->setObjectName(QStringLiteral("notes"));

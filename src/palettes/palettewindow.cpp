@@ -1,5 +1,6 @@
 #include "palettewindow.h"
 
+#include <designedcolours.h>
 #include <errorpolicy.h>
 #include <runtimeerror.h>
 #include <twips.h>
@@ -16,6 +17,7 @@ PaletteWindow::PaletteWindow(int cellCount, QSize designSize, QWidget *owner)
 {
     // Hover is followed without a button held.
     setMouseTracking(true);
+    platform::useDesignedColours(this);
     setFixedSize(designSize);
 }
 

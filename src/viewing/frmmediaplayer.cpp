@@ -1,5 +1,6 @@
 #include "frmmediaplayer.h"
 
+#include <designedcolours.h>
 #include <errorpolicy.h>
 
 #include <QAudioOutput>
@@ -41,6 +42,7 @@ frmMediaPlayer::frmMediaPlayer(QWidget *parent)
     , m_player(new QMediaPlayer(this))
 {
     setObjectName(QStringLiteral("frmMediaPlayer"));
+    platform::useDesignedColours(this);
     WMM->setObjectName(QStringLiteral("WMM"));
     picVideo->setObjectName(QStringLiteral("picVideo"));
     cmdPlay->setObjectName(QStringLiteral("cmdPlay"));

@@ -2,6 +2,7 @@
 
 #include <contentpath.h>
 #include <database.h>
+#include <designedcolours.h>
 #include <errorpolicy.h>
 #include <modglobal.h>
 #include <msgbox.h>
@@ -41,6 +42,7 @@ frmSmallButton::frmSmallButton(QWidget *parent)
     , Label1(new QLabel(QStringLiteral("Label1"), this))
 {
     setObjectName(QStringLiteral("frmSmallButton"));
+    platform::useDesignedColours(this);
     Image1->setObjectName(QStringLiteral("Image1"));
     Label1->setObjectName(QStringLiteral("Label1"));
     setAttribute(Qt::WA_DeleteOnClose, false);

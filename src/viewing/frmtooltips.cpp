@@ -1,5 +1,6 @@
 #include "frmtooltips.h"
 
+#include <designedcolours.h>
 #include <errorpolicy.h>
 #include <msgbox.h>
 #include <picturefile.h>
@@ -17,7 +18,6 @@
 #include <QMouseEvent>
 #include <QPainter>
 #include <QScreen>
-#include <QToolTip>
 
 QPointer<frmToolTips> frmToolTips::s_instance;
 
@@ -40,6 +40,7 @@ frmToolTips::frmToolTips(QWidget *parent)
     , mnuCopyPicture(mnuPopUp->addAction(QStringLiteral("Αντιγραφή εικόνας")))
 {
     setObjectName(QStringLiteral("frmToolTips"));
+    platform::useDesignedColours(this);
     mnuPopUp->setObjectName(QStringLiteral("mnuPopUp"));
     mnuCopyText->setObjectName(QStringLiteral("mnuCopyText"));
     mnuCopyPicture->setObjectName(QStringLiteral("mnuCopyPicture"));
@@ -100,8 +101,8 @@ void frmToolTips::Form_Load()
 {
     try {
         QPalette p = palette();
-        p.setColor(QPalette::Window, QToolTip::palette().color(QPalette::ToolTipBase));
-        p.setColor(QPalette::WindowText, QToolTip::palette().color(QPalette::ToolTipText));
+        p.setColor(QPalette::Window, p.color(QPalette::ToolTipBase));
+        p.setColor(QPalette::WindowText, p.color(QPalette::ToolTipText));
         setPalette(p);
         static const bool substituted = [] {
             QFont::insertSubstitution(QStringLiteral("Arial"), QStringLiteral("Liberation Sans"));

@@ -90,13 +90,13 @@ void ReadAloud::stop()
         m_speaker->stop();
 }
 
-void ReadAloud::toggle()
+void ReadAloud::toggle(QWidget *pressedIn)
 {
     if (speaking()) {
         stop();
         return;
     }
-    const QString text = activeText().trimmed();
+    const QString text = activeText(pressedIn).trimmed();
     if (text.isEmpty())
         return;
     Speaker *voice = speaker();
@@ -110,13 +110,15 @@ void ReadAloud::toggle()
     voice->say(text);
 }
 
-QString ReadAloud::activeText() const
+QString ReadAloud::activeText(QWidget *pressedIn) const
 {
     QWidget *window = QApplication::activePopupWidget();
     if (!window)
         window = QApplication::activeWindow();
 
-    QString text = readableTextOf(QApplication::focusWidget());
+    QString text = readableTextOf(pressedIn);
+    if (text.isEmpty())
+        text = readableTextOf(QApplication::focusWidget());
     if (text.isEmpty() && window) {
         // Inside the shell the active child window speaks for it.
         if (auto *area = window->findChild<QMdiArea *>()) {
@@ -148,7 +150,7 @@ bool ReadAloud::eventFilter(QObject *watched, QEvent *event)
         auto *key = static_cast<QKeyEvent *>(event);
         if (isReadKey(key)) {
             if (!key->isAutoRepeat())
-                toggle();
+                toggle(qobject_cast<QWidget *>(watched));
             return true;
         }
         if (key->key() == Qt::Key_Escape && speaking()) {

@@ -31,15 +31,16 @@ public:
     using SpeakerFactory = std::function<std::unique_ptr<Speaker>()>;
     static void setSpeakerFactory(SpeakerFactory factory);
 
-    // Reads the active window's text, or stops when something is being read.
-    void toggle();
+    // Reads the active window's text, or stops when something is being read. A key
+    // brings the widget it was pressed in, whose window is asked first.
+    void toggle(QWidget *pressedIn = nullptr);
     void stop();
     bool speaking() const;
 
     // What the active window offers: the focused window's text, inside the shell the
     // active child's, or the text of a window that gave up the activation a moment ago
     // (a tip closes when the pupil reaches for the toolbar's key).
-    QString activeText() const;
+    QString activeText(QWidget *pressedIn = nullptr) const;
 
     // The message shown, once, where there is no speech engine.
     static QString noEngineMessage();

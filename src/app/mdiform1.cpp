@@ -22,6 +22,7 @@
 #include <QHash>
 #include <QMdiArea>
 #include <QMdiSubWindow>
+#include <QMenu>
 #include <QMenuBar>
 #include <QScreen>
 #include <QVBoxLayout>
@@ -78,6 +79,9 @@ MDIForm1::MDIForm1(QWidget *parent)
     setCentralWidget(client);
 
     buildMenu();
+    // The menus drop down as windows of their own, which do not inherit the shell's colours.
+    for (QMenu *menu : menuBar()->findChildren<QMenu *>())
+        platform::useDesignedColours(menu);
     connect(TlbMain, &Tlb::ButtonClick, this,
         [this](const QString &key) { platform::guarded([&] { TlbMain_ButtonClick(key); }); });
 

@@ -63,6 +63,8 @@ void ReadAloud::setSpeakerFactory(SpeakerFactory factory)
         reader.m_speaker->stop();
     reader.m_speaker.reset();
     reader.m_toldNoEngine = false;
+    reader.m_leftText.clear();
+    reader.m_leftAt.invalidate();
     speakerFactory() = std::move(factory);
 }
 
@@ -117,6 +119,10 @@ QString ReadAloud::activeText(QWidget *pressedIn) const
         window = QApplication::activeWindow();
 
     QString text = readableTextOf(pressedIn);
+    // The toolbar's key is pressed with the mouse, and the click has just closed the tip
+    // the pupil was reading.
+    if (text.isEmpty() && !pressedIn && m_leftAt.isValid() && m_leftAt.elapsed() <= LeftWindowGraceMs)
+        text = m_leftText;
     if (text.isEmpty())
         text = readableTextOf(QApplication::focusWidget());
     if (text.isEmpty() && window) {
@@ -128,8 +134,6 @@ QString ReadAloud::activeText(QWidget *pressedIn) const
     }
     if (text.isEmpty())
         text = readableTextOf(window);
-    if (text.isEmpty() && m_leftAt.isValid() && m_leftAt.elapsed() <= LeftWindowGraceMs)
-        text = m_leftText;
     return text;
 }
 

@@ -27,7 +27,7 @@ public:
     static ReadAloud &instance();
 
     // Tests give a stand-in; an empty function brings back the desktop's speaker. The
-    // speaker is made anew at the next use.
+    // speaker is made anew at the next use, and the reader forgets what it was told.
     using SpeakerFactory = std::function<std::unique_ptr<Speaker>()>;
     static void setSpeakerFactory(SpeakerFactory factory);
 
@@ -37,9 +37,10 @@ public:
     void stop();
     bool speaking() const;
 
-    // What the active window offers: the focused window's text, inside the shell the
-    // active child's, or the text of a window that gave up the activation a moment ago
-    // (a tip closes when the pupil reaches for the toolbar's key).
+    // What the active window offers: the text of the window the key was pressed in; for
+    // a key pressed with the mouse, that of a window that gave up the activation a moment
+    // ago (a tip closes when the pupil reaches for the toolbar's key); the focused
+    // window's; inside the shell the active child's.
     QString activeText(QWidget *pressedIn = nullptr) const;
 
     // The message shown, once, where there is no speech engine.

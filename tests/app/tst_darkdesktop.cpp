@@ -9,6 +9,7 @@
 #include "mdiform1.h"
 
 #include <database.h>
+#include <designedcolours.h>
 #include <frmborderwidth.h>
 #include <frmcolors.h>
 #include <frmdrawing.h>
@@ -32,6 +33,7 @@
 #include <QLineEdit>
 #include <QMdiArea>
 #include <QMdiSubWindow>
+#include <QMenu>
 #include <QMenuBar>
 #include <QPointer>
 #include <QTabBar>
@@ -288,7 +290,22 @@ private slots:
         start->close();
     }
 
-    void theShellAndItsTiles() { checkWindow(m_shell, u"shell"_s); }
+    void theShellAndItsTiles()
+    {
+        checkWindow(m_shell, u"shell"_s);
+        // Its menus drop down in the same colours.
+        const QList<QMenu *> menus = m_shell->menuBar()->findChildren<QMenu *>();
+        QVERIFY(!menus.isEmpty());
+        for (QMenu *menu : menus) {
+            // Qt's own overflow menu has no title of ours.
+            if (menu->title().isEmpty())
+                continue;
+            const QPalette p = menu->palette();
+            QVERIFY2(contrast(p.color(QPalette::WindowText), p.color(QPalette::Window)) >= 4.5,
+                qPrintable(menu->title()));
+            QCOMPARE(p.color(QPalette::Window), platform::designedPalette().color(QPalette::Window));
+        }
+    }
 
     void theTextViewer()
     {

@@ -193,7 +193,23 @@ private slots:
         QEvent deactivate(QEvent::WindowDeactivate);
         QApplication::sendEvent(tip, &deactivate);
         delete tip;
+        // Even with a text in the window that took the activation.
+        TextWindow *w = showWindow(u"το κείμενο κάτω από το σχόλιο"_s);
         QCOMPARE(speech::ReadAloud::instance().activeText(), u"Ηφαιστειακό γυαλί"_s);
+        // A key pressed in a window reads that window.
+        QCOMPARE(speech::ReadAloud::instance().activeText(w->box), u"το κείμενο κάτω από το σχόλιο"_s);
+    }
+
+    void aWindowThatLostTheActivationLongAgoIsNotRead()
+    {
+        auto *tip = new TextWindow(u"Ηφαιστειακό γυαλί"_s);
+        tip->show();
+        QEvent deactivate(QEvent::WindowDeactivate);
+        QApplication::sendEvent(tip, &deactivate);
+        delete tip;
+        QTest::qWait(1600);
+        showWindow(u"κείμενο"_s);
+        QCOMPARE(speech::ReadAloud::instance().activeText(), u"κείμενο"_s);
     }
 
     void withoutAnEngineThePressSaysSoOnce()

@@ -94,6 +94,14 @@ private slots:
         QVERIFY(
             packageNames(field(QStringLiteral("Recommends"))).contains(QStringLiteral("libreoffice-writer")));
         QVERIFY(!depends.contains(QStringLiteral("libreoffice-writer")));
+        // Reading aloud: the speech service and its Greek voice are recommended, the
+        // program runs without them.
+        const QStringList recommends = packageNames(field(QStringLiteral("Recommends")));
+        for (const char *speech :
+            {"qt6-speech-speechd-plugin", "speech-dispatcher", "speech-dispatcher-espeak-ng", "espeak-ng"}) {
+            QVERIFY2(recommends.contains(QString::fromLatin1(speech)), speech);
+            QVERIFY2(!depends.contains(QString::fromLatin1(speech)), speech);
+        }
     }
 
     void systemSettingsAreTheTechniciansConffile()

@@ -102,7 +102,11 @@ void ReadAloud::toggle(QWidget *pressedIn)
     if (text.isEmpty())
         return;
     Speaker *voice = speaker();
-    if (!voice->available()) {
+    // The first question may start the speech service, which takes a moment.
+    QApplication::setOverrideCursor(Qt::WaitCursor);
+    const bool available = voice->available();
+    QApplication::restoreOverrideCursor();
+    if (!available) {
         if (!m_toldNoEngine) {
             m_toldNoEngine = true;
             platform::MsgBox(noEngineMessage(), platform::vbInformation);

@@ -1,7 +1,6 @@
 #include "../support/msgboxrecorder.h"
 #include "recordingspeaker.h"
 
-#include <qtspeaker.h>
 #include <readable.h>
 #include <readaloud.h>
 
@@ -232,17 +231,6 @@ private slots:
         speech::ReadAloud::instance().toggle();
         QCOMPARE(m_speaker->said, QStringList());
         QVERIFY(m_boxes.isEmpty());
-    }
-
-    void theDesktopsSpeakerAnswersWhetherOrNotThereIsAnEngine()
-    {
-        // Where speech-dispatcher is installed the speaker finds it, where it is not the
-        // speaker says it has none; neither fails. (Nothing is spoken: a test machine
-        // may have no sound.)
-        speech::QtSpeaker speaker;
-        const bool available = speaker.available();
-        QCOMPARE(speaker.available(), available);
-        QVERIFY(!speaker.speaking());
     }
 };
 

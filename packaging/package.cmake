@@ -36,6 +36,10 @@ string(APPEND CPACK_DEBIAN_PACKAGE_DEPENDS ", fonts-urw-base35, qt6-translations
 string(APPEND CPACK_DEBIAN_PACKAGE_DEPENDS
     ", gstreamer1.0-plugins-ugly, gstreamer1.0-plugins-bad, gstreamer1.0-libav, timgm6mb-soundfont")
 set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "libreoffice-writer, libreoffice-l10n-el")
+# Reading aloud speaks through speech-dispatcher with espeak-ng's Greek voice; without
+# them the program says once that it cannot, and runs on.
+string(APPEND CPACK_DEBIAN_PACKAGE_RECOMMENDS
+    ", qt6-speech-speechd-plugin, speech-dispatcher, speech-dispatcher-espeak-ng, espeak-ng")
 # The system settings file is the technician's: an upgrade keeps the database chosen.
 set(conffiles ${CMAKE_CURRENT_BINARY_DIR}/conffiles)
 file(WRITE ${conffiles} "${TREMIDIA_SYSTEM_SETTINGS_DIR}/tremidia.conf\n")

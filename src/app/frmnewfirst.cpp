@@ -4,6 +4,7 @@
 
 #include <btn.h>
 #include <database.h>
+#include <designedcolours.h>
 #include <errorpolicy.h>
 #include <modglobal.h>
 #include <programbitmaps.h>
@@ -94,6 +95,7 @@ frmNewFirst::frmNewFirst(QWidget *parent)
 {
     setAttribute(Qt::WA_DeleteOnClose);
     setWindowTitle(QStringLiteral("Τρεμίδια"));
+    platform::useDesignedColours(this);
     createControls();
     Form_Load();
 }

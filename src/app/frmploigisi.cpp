@@ -3,6 +3,7 @@
 #include <btn.h>
 #include <clicktree.h>
 #include <database.h>
+#include <designedcolours.h>
 #include <errorpolicy.h>
 #include <modglobal.h>
 #include <programbitmaps.h>
@@ -56,6 +57,7 @@ frmPloigisi::frmPloigisi(QWidget *parent)
     , cmdGo(new Btn(this))
 {
     setObjectName(QStringLiteral("frmPloigisi"));
+    platform::useDesignedColours(this);
     setAttribute(Qt::WA_DeleteOnClose);
     setWindowTitle(QStringLiteral("Θέματα - Σενάρια - Δραστηριότητες"));
     resize(360, 480);

@@ -7,12 +7,14 @@
 
 #include <conference.h>
 #include <database.h>
+#include <designedcolours.h>
 #include <errorpolicy.h>
 #include <frmsmallbutton.h>
 #include <modglobal.h>
 #include <modmail.h>
 #include <msgbox.h>
 #include <programbitmaps.h>
+#include <readaloud.h>
 #include <tlb.h>
 #include <twips.h>
 
@@ -21,6 +23,7 @@
 #include <QHash>
 #include <QMdiArea>
 #include <QMdiSubWindow>
+#include <QMenu>
 #include <QMenuBar>
 #include <QScreen>
 #include <QVBoxLayout>
@@ -55,6 +58,7 @@ MDIForm1::MDIForm1(QWidget *parent)
     , TlbMain(new Tlb)
 {
     setObjectName(QStringLiteral("MDIForm1"));
+    platform::useDesignedColours(this);
     setAttribute(Qt::WA_DeleteOnClose);
     setWindowTitle(QStringLiteral("ΤΡΕΜΙΔΙΑ"));
     // The shell has one size: no maximise box and no resizing frame.
@@ -77,8 +81,14 @@ MDIForm1::MDIForm1(QWidget *parent)
 
     buildMenu();
     new WindowList(this, area, mnuWndAlign, WindowListSeparator);
+    // The menus drop down as windows of their own, which do not inherit the shell's colours.
+    for (QMenu *menu : menuBar()->findChildren<QMenu *>())
+        platform::useDesignedColours(menu);
     connect(TlbMain, &Tlb::ButtonClick, this,
         [this](const QString &key) { platform::guarded([&] { TlbMain_ButtonClick(key); }); });
+
+    // F9 and Escape read and stop in every window of the activity.
+    speech::ReadAloud::instance();
 
     ShellWindow::setCurrent(this);
 }
@@ -268,8 +278,10 @@ void MDIForm1::TlbMain_ButtonClick(const QString &key)
         tree->activateWindow();
     } else if (key == u"SearchResources") {
         showChild(ChildWindow::SearchResources, false);
+    } else if (key == u"Sound") {
+        speech::ReadAloud::instance().toggle();
     }
-    // "Sound" and any other key do nothing.
+    // Any other key does nothing.
 }
 
 void MDIForm1::showEvent(QShowEvent *event)

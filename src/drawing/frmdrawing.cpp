@@ -9,6 +9,7 @@
 #include "picturedata.h"
 #include "rubberband.h"
 
+#include <designedcolours.h>
 #include <errorpolicy.h>
 #include <msgbox.h>
 #include <picturefile.h>
@@ -128,6 +129,7 @@ frmDrawing::frmDrawing(QWidget *parent)
           QStringLiteral("drawing"), [this] { return unsavedWork(); }, this))
 {
     setObjectName(QStringLiteral("frmDrawing"));
+    platform::useDesignedColours(this);
     setWindowTitle(QStringLiteral("Σχεδιαστήριο"));
     picContainer->setObjectName(QStringLiteral("picContainer"));
     HS->setObjectName(QStringLiteral("HS"));

@@ -1,5 +1,6 @@
 #include "frmdrawingtext.h"
 
+#include <designedcolours.h>
 #include <errorpolicy.h>
 
 #include <QApplication>
@@ -37,6 +38,7 @@ frmDrawingText::frmDrawingText(QWidget *parent)
     , cmdCancel(new QPushButton(QStringLiteral("Άκυρο"), this))
 {
     setObjectName(QStringLiteral("frmDrawingText"));
+    platform::useDesignedColours(this);
     setWindowTitle(QStringLiteral("Εισαγωγή Κειμένου"));
     setModal(true);
     txtText->setObjectName(QStringLiteral("txtText"));

@@ -2,6 +2,7 @@
 
 #include "mouseargs.h"
 
+#include <designedcolours.h>
 #include <errorpolicy.h>
 #include <programbitmaps.h>
 #include <twips.h>
@@ -61,6 +62,7 @@ frmPastePicture::frmPastePicture(QWidget *parent)
     : QWidget(parent, Qt::Tool | Qt::FramelessWindowHint)
 {
     setObjectName(QStringLiteral("frmPastePicture"));
+    platform::useDesignedColours(this);
     setAttribute(Qt::WA_DeleteOnClose);
     setMouseTracking(true);
     setFixedSize(ClientWidth, ClientHeight);

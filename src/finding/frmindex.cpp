@@ -4,6 +4,7 @@
 #include <clicktree.h>
 #include <contentpath.h>
 #include <database.h>
+#include <designedcolours.h>
 #include <errorpolicy.h>
 #include <frmfoto.h>
 #include <frmmediaplayer.h>
@@ -14,6 +15,7 @@
 #include <programbitmaps.h>
 #include <richtextbox.h>
 #include <shellwindow.h>
+#include <textzoom.h>
 #include <twips.h>
 
 #include <QCloseEvent>
@@ -72,6 +74,7 @@ frmIndex::frmIndex(QWidget *parent)
     , Image1(new QLabel(Picture1))
 {
     setObjectName(QStringLiteral("frmIndex"));
+    platform::useDesignedColours(this);
     setAttribute(Qt::WA_DeleteOnClose);
     setWindowTitle(QStringLiteral("Ευρετήριο"));
     const std::pair<QWidget *, const char *> names[]
@@ -116,9 +119,17 @@ frmIndex::frmIndex(QWidget *parent)
     connect(cmdPicture, &Btn::Click, this, [this] { platform::guarded([this] { cmdPicture_Click(); }); });
     connect(cmdSound, &Btn::Click, this, [this] { platform::guarded([this] { cmdSound_Click(); }); });
     connect(cmdVideo, &Btn::Click, this, [this] { platform::guarded([this] { cmdVideo_Click(); }); });
+    // The explanation takes the pupil's text size, whichever control has the keys.
+    TextZoom::instance().follow(
+        this, {this, LvEnnoia, rtfExp}, [this](int percent) { TextZoom::zoomTextEdit(rtfExp, percent); });
 }
 
 frmIndex::~frmIndex() = default;
+
+QString frmIndex::textToRead() const
+{
+    return rtfExp->Text();
+}
 
 void frmIndex::layOut()
 {

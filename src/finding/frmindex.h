@@ -3,6 +3,8 @@
 #include <frmfoto.h>
 #include <frmmediaplayer.h>
 
+#include <readable.h>
+
 #include <QPointer>
 #include <QWidget>
 
@@ -17,7 +19,7 @@ class RichTextBox;
 // explanation of the chosen term and three buttons that show its picture and play its
 // sound or video. Opened from the shell and by an index word in a text. One instance
 // serves the program; it keeps the shell's "Ευρετήριο" mark while it is loaded.
-class frmIndex final : public QWidget
+class frmIndex final : public QWidget, public speech::Readable
 {
     Q_OBJECT
 
@@ -25,6 +27,9 @@ public:
     // The single instance; `create` makes (and loads) it when there is none.
     static frmIndex *instance(bool create = true);
     ~frmIndex() override;
+
+    // Read aloud: the explanation of the term shown.
+    QString textToRead() const override;
     Q_DISABLE_COPY_MOVE(frmIndex)
 
     // Controls.

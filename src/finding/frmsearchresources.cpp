@@ -2,6 +2,7 @@
 
 #include <contentpath.h>
 #include <database.h>
+#include <designedcolours.h>
 #include <errorpolicy.h>
 #include <modglobal.h>
 #include <programbitmaps.h>
@@ -88,6 +89,7 @@ frmSearchResources::frmSearchResources(QWidget *parent)
     , lvwResources(new QTreeWidget(this))
 {
     setObjectName(QStringLiteral("frmSearchResources"));
+    platform::useDesignedColours(this);
     setAttribute(Qt::WA_DeleteOnClose);
     setWindowTitle(QStringLiteral("Αναζήτηση"));
     const std::pair<QWidget *, const char *> names[]

@@ -5,6 +5,7 @@
 
 #include "placetwips.h"
 
+#include <designedcolours.h>
 #include <errorpolicy.h>
 #include <richtextbox.h>
 #include <twips.h>
@@ -39,6 +40,7 @@ frmBullets::frmBullets(QWidget *owner)
     , cmdCancel(new QPushButton(QStringLiteral("Ακύρωση"), this))
 {
     setObjectName(QStringLiteral("frmBullets"));
+    platform::useDesignedColours(this);
     setWindowTitle(QStringLiteral("Κουκίδες"));
     setAttribute(Qt::WA_DeleteOnClose);
     setModal(true);

@@ -4,6 +4,7 @@
 
 #include "placetwips.h"
 
+#include <designedcolours.h>
 #include <errorpolicy.h>
 #include <twips.h>
 
@@ -47,6 +48,7 @@ frmFind::frmFind(QWidget *owner)
     , cmdCancel(new QPushButton(QStringLiteral("Ακύρωση"), Frame1))
 {
     setObjectName(QStringLiteral("frmFind"));
+    platform::useDesignedColours(this);
     setWindowTitle(QStringLiteral("Αναζήτηση"));
     setModal(false);
     setAttribute(Qt::WA_DeleteOnClose);

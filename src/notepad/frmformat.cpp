@@ -6,6 +6,7 @@
 
 #include "placetwips.h"
 
+#include <designedcolours.h>
 #include <errorpolicy.h>
 #include <programbitmaps.h>
 #include <richtextbox.h>
@@ -51,6 +52,7 @@ frmFormat::frmFormat(QWidget *owner)
     , cmdCancel(new QPushButton(QStringLiteral("Ακύρωση"), this))
 {
     setObjectName(QStringLiteral("frmFormat"));
+    platform::useDesignedColours(this);
     setWindowTitle(QStringLiteral("Παράγραφος"));
     setAttribute(Qt::WA_DeleteOnClose);
     setModal(true);

@@ -5,6 +5,7 @@
 #include "frmformat.h"
 #include "modeditor.h"
 
+#include <designedcolours.h>
 #include <errorpolicy.h>
 #include <frmcolors.h>
 #include <msgbox.h>
@@ -12,6 +13,7 @@
 #include <richtextbox.h>
 #include <rtffile.h>
 #include <shellwindow.h>
+#include <textzoom.h>
 #include <twips.h>
 #include <workkeeper.h>
 
@@ -106,6 +108,7 @@ frmNotes::frmNotes(QWidget *parent)
     , CMDialog1(this)
 {
     setObjectName(QStringLiteral("frmNotes"));
+    platform::useDesignedColours(this);
     setWindowTitle(QStringLiteral("Σημειωματάριο"));
     setAttribute(Qt::WA_DeleteOnClose);
     notes->setObjectName(QStringLiteral("notes"));
@@ -137,6 +140,14 @@ frmNotes::frmNotes(QWidget *parent)
         notes, &RichTextBox::SelChange, this, [this] { platform::guarded([this] { notes_SelChange(); }); });
     connect(notes, &RichTextBox::OLEDragDrop, this,
         [this](const QMimeData *data) { platform::guarded([this, data] { notes_OLEDragDrop(data); }); });
+    // Only the view grows: the note keeps its own sizes, and saves with them.
+    TextZoom::instance().follow(
+        this, {this, notes}, [this](int percent) { TextZoom::zoomTextEdit(notes, percent); });
+}
+
+QString frmNotes::textToRead() const
+{
+    return notes->SelLength() > 0 ? notes->SelText() : notes->Text();
 }
 
 frmNotes::~frmNotes()

@@ -3,6 +3,7 @@
 #include "commondialog.h"
 
 #include <workkeeper.h>
+#include <readable.h>
 
 #include <QPointer>
 #include <QStringList>
@@ -25,7 +26,7 @@ struct Entry;
 // The pupil's notepad: one rich-text document in a child window of the shell, with its
 // menus, its toolbar of 28 places and a status line. Every operation on the document
 // lives in modEditor and reaches this window through its single instance.
-class frmNotes final : public QWidget
+class frmNotes final : public QWidget, public speech::Readable
 {
     Q_OBJECT
 
@@ -33,6 +34,9 @@ public:
     explicit frmNotes(QWidget *parent = nullptr);
     ~frmNotes() override;
     Q_DISABLE_COPY_MOVE(frmNotes)
+
+    // Read aloud: the selection, or else the whole note.
+    QString textToRead() const override;
 
     // The single instance: made when `create` is set and there is none.
     static frmNotes *instance(bool create = true);

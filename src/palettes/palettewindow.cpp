@@ -1,5 +1,6 @@
 #include "palettewindow.h"
 
+#include <designedcolours.h>
 #include <errorpolicy.h>
 #include <logging.h>
 #include <runtimeerror.h>
@@ -18,6 +19,7 @@ PaletteWindow::PaletteWindow(int cellCount, QSize designSize, QWidget *owner)
 {
     // Hover is followed without a button held.
     setMouseTracking(true);
+    platform::useDesignedColours(this);
     setFixedSize(designSize);
     setFocusPolicy(Qt::StrongFocus);
 }

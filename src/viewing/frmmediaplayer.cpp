@@ -2,6 +2,7 @@
 
 #include "videopicture.h"
 
+#include <designedcolours.h>
 #include <errorpolicy.h>
 #include <player.h>
 #include <probe.h>
@@ -41,6 +42,7 @@ frmMediaPlayer::frmMediaPlayer(QWidget *parent)
     , m_player(new media::Player(this))
 {
     setObjectName(QStringLiteral("frmMediaPlayer"));
+    platform::useDesignedColours(this);
     WMM->setObjectName(QStringLiteral("WMM"));
     picVideo->setObjectName(QStringLiteral("picVideo"));
     cmdPlay->setObjectName(QStringLiteral("cmdPlay"));

@@ -10,6 +10,8 @@
 #include <picturefile.h>
 #include <richtextbox.h>
 #include <runtimeerror.h>
+
+#include <QStringList>
 #include <shellwindow.h>
 #include <twips.h>
 
@@ -72,6 +74,17 @@ frmResPhoto::frmResPhoto(QWidget *parent)
 }
 
 frmResPhoto::~frmResPhoto() = default;
+
+QString frmResPhoto::textToRead() const
+{
+    QStringList parts;
+    for (const RichTextBox *box : {rtfCaption, rtfLezanda}) {
+        const QString text = box->Text().trimmed();
+        if (!text.isEmpty())
+            parts << text;
+    }
+    return parts.join(u'\n');
+}
 
 void frmResPhoto::setResourceID(qint32 resourceID)
 {

@@ -3,6 +3,8 @@
 #include "photolayout.h"
 #include "sourceviewer.h"
 
+#include <readable.h>
+
 #include <QImage>
 
 class QFrame;
@@ -14,7 +16,7 @@ class RichTextBox;
 // centred above and its legend centred below, the window sized to what it holds. The
 // legend is plain text for a photograph and a rich-text file for a resource of type 6.
 // A double click opens the enlarged view; a drag offers the picture to other windows.
-class frmResPhoto final : public SourceViewer
+class frmResPhoto final : public SourceViewer, public speech::Readable
 {
     Q_OBJECT
 
@@ -22,6 +24,9 @@ public:
     explicit frmResPhoto(QWidget *parent = nullptr);
     ~frmResPhoto() override;
     Q_DISABLE_COPY_MOVE(frmResPhoto)
+
+    // Read aloud: the caption, then the legend.
+    QString textToRead() const override;
 
     // Controls.
     QFrame *const picContainer; // the panel

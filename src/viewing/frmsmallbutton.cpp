@@ -3,6 +3,7 @@
 #include <accessibility.h>
 #include <contentpath.h>
 #include <database.h>
+#include <designedcolours.h>
 #include <errorpolicy.h>
 #include <focusframe.h>
 #include <modglobal.h>
@@ -45,6 +46,7 @@ frmSmallButton::frmSmallButton(QWidget *parent)
     , Label1(new QLabel(QStringLiteral("Label1"), this))
 {
     setObjectName(QStringLiteral("frmSmallButton"));
+    platform::useDesignedColours(this);
     Image1->setObjectName(QStringLiteral("Image1"));
     Label1->setObjectName(QStringLiteral("Label1"));
     setAttribute(Qt::WA_DeleteOnClose, false);

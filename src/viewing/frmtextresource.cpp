@@ -15,6 +15,7 @@
 #include <programbitmaps.h>
 #include <richtextbox.h>
 #include <shellwindow.h>
+#include <textzoom.h>
 #include <twips.h>
 
 #include <QAction>
@@ -96,6 +97,8 @@ frmTextResource::frmTextResource(QWidget *parent)
     connect(rtbTextResource, &RichTextBox::MouseUp, this, [this](int button, int shift, double x, double y) {
         platform::guarded([&] { rtbTextResource_MouseUp(button, shift, x, y); });
     });
+    TextZoom::instance().follow(this, {this, rtbTextResource},
+        [this](int percent) { TextZoom::zoomTextEdit(rtbTextResource, percent); });
 }
 
 frmTextResource::~frmTextResource() = default;
@@ -373,6 +376,11 @@ void frmTextResource::trimSystemMenu(QMdiSubWindow *sub)
         if (action->objectName() == QLatin1String("StayOnTop") || action->isCheckable())
             menu->removeAction(action);
     }
+}
+
+QString frmTextResource::textToRead() const
+{
+    return rtbTextResource->SelLength() > 0 ? rtbTextResource->SelText() : rtbTextResource->Text();
 }
 
 void frmTextResource::Form_Activate()

@@ -2,6 +2,8 @@
 
 #include "sourceviewer.h"
 
+#include <readable.h>
+
 #include <QCursor>
 #include <QPointer>
 
@@ -17,7 +19,7 @@ class colHotWords;
 // A text source: its rich-text file in a parchment-coloured box over the stretched
 // parchment, read-only. Its coloured words are hot: the cursor turns to a hand over them,
 // and a click opens the popup tip of a comment or the index at a term.
-class frmTextResource final : public SourceViewer
+class frmTextResource final : public SourceViewer, public speech::Readable
 {
     Q_OBJECT
 
@@ -32,6 +34,9 @@ public:
     QLabel *const Label1; // never seen: holds the hot-word cursor
 
     Kind kind() const override { return Kind::Text; }
+
+    // Read aloud: the selection, or else the whole text.
+    QString textToRead() const override;
 
     // Reads the resource's row, loads its file, builds and locates its hot words. Raises
     // platform::RuntimeError for a missing row or file, or a Null in a hot word's row.

@@ -2,10 +2,12 @@
 
 #include "viewingaccessibility.h"
 
+#include <designedcolours.h>
 #include <errorpolicy.h>
 #include <msgbox.h>
 #include <picturefile.h>
 #include <runtimeerror.h>
+#include <textzoom.h>
 #include <twips.h>
 
 #include <QApplication>
@@ -18,7 +20,6 @@
 #include <QMouseEvent>
 #include <QPainter>
 #include <QScreen>
-#include <QToolTip>
 
 QPointer<frmToolTips> frmToolTips::s_instance;
 
@@ -42,6 +43,7 @@ frmToolTips::frmToolTips(QWidget *parent)
 {
     setObjectName(QStringLiteral("frmToolTips"));
     viewing::renewAccessible(this);
+    platform::useDesignedColours(this);
     mnuPopUp->setObjectName(QStringLiteral("mnuPopUp"));
     mnuCopyText->setObjectName(QStringLiteral("mnuCopyText"));
     mnuCopyPicture->setObjectName(QStringLiteral("mnuCopyPicture"));
@@ -53,6 +55,22 @@ frmToolTips::frmToolTips(QWidget *parent)
         [this] { platform::guarded([this] { mnuCopyText_Click(); }); });
     connect(mnuCopyPicture, &QAction::triggered, this,
         [this] { platform::guarded([this] { mnuCopyPicture_Click(); }); });
+    // A tip on show takes a new text size at once, measured and shaped anew.
+    TextZoom::instance().follow(this, {this}, [this](int) {
+        if (!isVisible() || m_layout.empty)
+            return;
+        platform::guarded([this] {
+            setFont(tipFont());
+            ShowTip();
+        });
+    });
+}
+
+QFont frmToolTips::tipFont()
+{
+    QFont font(QStringLiteral("Arial"));
+    font.setPointSizeF(10.0 * TextZoom::instance().percent() / 100.0);
+    return font;
 }
 
 frmToolTips::~frmToolTips() = default;
@@ -86,17 +104,15 @@ void frmToolTips::Form_Load()
 {
     try {
         QPalette p = palette();
-        p.setColor(QPalette::Window, QToolTip::palette().color(QPalette::ToolTipBase));
-        p.setColor(QPalette::WindowText, QToolTip::palette().color(QPalette::ToolTipText));
+        p.setColor(QPalette::Window, p.color(QPalette::ToolTipBase));
+        p.setColor(QPalette::WindowText, p.color(QPalette::ToolTipText));
         setPalette(p);
         static const bool substituted = [] {
             QFont::insertSubstitution(QStringLiteral("Arial"), QStringLiteral("Liberation Sans"));
             return true;
         }();
         Q_UNUSED(substituted);
-        QFont font(QStringLiteral("Arial"));
-        font.setPointSize(10);
-        setFont(font);
+        setFont(tipFont());
         ShowTip();
     } catch (const platform::RuntimeError &e) {
         // The tip stays as far as it was built.

@@ -2,6 +2,9 @@
 
 #include "tipgeometry.h"
 
+#include <readable.h>
+
+#include <QFont>
 #include <QImage>
 #include <QPixmap>
 #include <QPointer>
@@ -15,7 +18,7 @@ class QMenu;
 // stands at the mouse above the shell and goes at the next click, at Escape, or when it
 // loses the activation. One instance serves the program; a closed tip is gone, and the
 // next one starts from nothing.
-class frmToolTips final : public QWidget
+class frmToolTips final : public QWidget, public speech::Readable
 {
     Q_OBJECT
 
@@ -33,6 +36,7 @@ public:
     int TipTop() const { return m_tipTop; }
     void setTipTop(int twips) { m_tipTop = twips; }
     QString TipText() const { return m_tipText; }
+    QString textToRead() const override { return m_tipText; }
     void setTipText(const QString &text) { m_tipText = text; }
     // Takes a picture file's path, or an empty text for none. Raises
     // platform::RuntimeError for a file that is missing or no picture. The reading gives
@@ -65,6 +69,8 @@ protected:
 
 private:
     explicit frmToolTips(QWidget *parent = nullptr);
+    // Arial 10, at the pupil's text size.
+    static QFont tipFont();
     void Form_Load();
     void mnuCopyText_Click();
     void mnuCopyPicture_Click();

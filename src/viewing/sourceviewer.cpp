@@ -2,6 +2,7 @@
 
 #include "viewerlinks.h"
 
+#include <designedcolours.h>
 #include <errorpolicy.h>
 
 #include <QCloseEvent>
@@ -27,6 +28,7 @@ QHash<int, SourceViewer::Factory> &factories()
 SourceViewer::SourceViewer(QWidget *parent)
     : QWidget(parent)
 {
+    platform::useDesignedColours(this);
 }
 
 SourceViewer::~SourceViewer() = default;

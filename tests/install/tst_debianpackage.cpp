@@ -99,12 +99,21 @@ private slots:
         QVERIFY(
             packageNames(field(QStringLiteral("Recommends"))).contains(QStringLiteral("libreoffice-writer")));
         QVERIFY(!depends.contains(QStringLiteral("libreoffice-writer")));
+        // Reading aloud: the speech service and its Greek voice are recommended, the
+        // program runs without them.
+        const QStringList recommends = packageNames(field(QStringLiteral("Recommends")));
+        for (const char *speech :
+            {"qt6-speech-speechd-plugin", "speech-dispatcher", "speech-dispatcher-espeak-ng", "espeak-ng"}) {
+            QVERIFY2(recommends.contains(QString::fromLatin1(speech)), speech);
+            QVERIFY2(!depends.contains(QString::fromLatin1(speech)), speech);
+        }
     }
 
     void everyRunTimePackageIsAskedFor()
     {
         // Technicians install with --no-install-recommends: what the program needs at run
-        // time is a dependency, not a recommendation (LibreOffice Writer excepted).
+        // time is a dependency, not a recommendation. LibreOffice Writer and the speech
+        // service are recommended: without them the program only tells that they are missing.
         const QStringList depends = packageNames(field(QStringLiteral("Depends")));
         const QStringList recommends = packageNames(field(QStringLiteral("Recommends")));
         QFile list(QStringLiteral(TREMIDIA_SOURCE_DIR "/tools/packages/run.txt"));
@@ -113,7 +122,10 @@ private slots:
             const QString name = line.section(u'#', 0, 0).trimmed();
             if (name.isEmpty())
                 continue;
-            if (name.startsWith(QStringLiteral("libreoffice-")))
+            const bool doneWithout = name.startsWith(QStringLiteral("libreoffice-"))
+                || name.startsWith(QStringLiteral("speech-dispatcher")) || name == u"espeak-ng"
+                || name == u"qt6-speech-speechd-plugin";
+            if (doneWithout)
                 QVERIFY2(recommends.contains(name), qPrintable(name));
             else
                 QVERIFY2(depends.contains(name), qPrintable(name));

@@ -1,3 +1,4 @@
+#include <designedcolours.h>
 #include <errorpolicy.h>
 #include <frmtooltips.h>
 #include <msgbox.h>
@@ -13,7 +14,6 @@
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
-#include <QToolTip>
 
 using namespace Qt::StringLiterals;
 
@@ -204,7 +204,7 @@ private slots:
         QCOMPARE(QColor(image.pixel(w / 2, 0)), QColor(51, 51, 51));
         QCOMPARE(QColor(image.pixel(w + 5, h + 5)), QColor(128, 128, 128));
         QCOMPARE(QColor(image.pixel(w + 5, h / 2)), QColor(128, 128, 128));
-        QCOMPARE(QColor(image.pixel(5, h / 2)), QToolTip::palette().color(QPalette::ToolTipBase));
+        QCOMPARE(QColor(image.pixel(5, h / 2)), platform::designedPalette().color(QPalette::ToolTipBase));
         QVERIFY(tip->mask().contains(QPoint(w + 5, h + 5)));
         QVERIFY(!tip->mask().contains(QPoint(w + 5, 5)));
         QVERIFY(!tip->mask().contains(QPoint(w + 15, h + 15)));

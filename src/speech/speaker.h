@@ -1,0 +1,27 @@
+#pragma once
+
+#include <QObject>
+#include <QString>
+
+namespace speech {
+
+// What reads a text aloud. The program's own speaks through the desktop's speech engine;
+// tests put a stand-in in its place that keeps what it was asked to say.
+class Speaker : public QObject
+{
+    Q_OBJECT
+
+public:
+    using QObject::QObject;
+
+    // Whether there is an engine that can speak at all.
+    virtual bool available() = 0;
+    virtual bool speaking() const = 0;
+    virtual void say(const QString &text) = 0;
+    virtual void stop() = 0;
+
+signals:
+    void speakingChanged(bool speaking);
+};
+
+} // namespace speech

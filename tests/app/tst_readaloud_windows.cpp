@@ -1,0 +1,207 @@
+// The "Ήχος" key of the shell and F9 read what the pupil is looking at: the text viewer's
+// selection or its whole text, the open tip, the index's explanation, the notepad's
+// selection or its note, a photograph's caption and legend.
+
+#include "../speech/recordingspeaker.h"
+#include "childwindows.h"
+#include "mdiform1.h"
+
+#include <btn.h>
+#include <database.h>
+#include <frmindex.h>
+#include <frmnotes.h>
+#include <frmresphoto.h>
+#include <frmtextresource.h>
+#include <frmtooltips.h>
+#include <modglobal.h>
+#include <msgbox.h>
+#include <readaloud.h>
+#include <richtextbox.h>
+#include <tlb.h>
+
+#include <QApplication>
+#include <QFileInfo>
+#include <QMdiArea>
+#include <QMdiSubWindow>
+#include <QPointer>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+const QString SamplePath = QStringLiteral(TREMIDIA_BINARY_DIR "/sample/tremidia.sqlite");
+
+} // namespace
+
+class tst_ReadAloudWindows : public QObject
+{
+    Q_OBJECT
+
+    QPointer<MDIForm1> m_shell;
+    testing::RecordingSpeaker *m_speaker = nullptr;
+    QStringList m_boxes;
+
+    // The toolbar's key, pressed with the mouse.
+    void pressSoundKey()
+    {
+        Btn *sound = nullptr;
+        for (Btn *b : m_shell->TlbMain->Btn1) {
+            if (b && b->Tag() == u"Sound")
+                sound = b;
+        }
+        QVERIFY(sound);
+        QTest::mouseClick(sound, Qt::LeftButton, {}, QPoint(sound->width() / 2, sound->height() / 2));
+    }
+
+    void showInShell(QWidget *child)
+    {
+        modGlobal::CenterAndShow(child);
+        auto *sub = qobject_cast<QMdiSubWindow *>(child->parentWidget());
+        QVERIFY(sub);
+        m_shell->area->setActiveSubWindow(sub);
+        child->setFocus();
+    }
+
+private slots:
+    void initTestCase()
+    {
+        if (!QFileInfo::exists(SamplePath))
+            QSKIP("the sample course is not built");
+        platform::setMsgBoxHook([this](const QString &text, int, const QString &) {
+            m_boxes << text;
+            return int(platform::vbOK);
+        });
+        modGlobal::gDatabase = content::Database::OpenDatabase(SamplePath);
+        modGlobal::gDataFolder = QFileInfo(SamplePath).absolutePath();
+        MDIForm1::registerDefaultInstance();
+        MDIForm1::setStartScreenFactory([] { return static_cast<QWidget *>(nullptr); });
+        registerChildWindows();
+    }
+
+    void init()
+    {
+        m_speaker = testing::installRecordingSpeaker();
+        m_shell = new MDIForm1;
+        m_shell->setSelectedActivity(1001);
+        m_shell->show();
+        m_shell->activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(m_shell));
+    }
+
+    void cleanup()
+    {
+        if (frmToolTips *tip = frmToolTips::existing())
+            tip->close();
+        if (frmNotes *notes = frmNotes::instance(false))
+            notes->NotesDirty = false;
+        if (m_shell) {
+            for (QMdiSubWindow *sub : m_shell->area->subWindowList())
+                sub->close();
+            delete m_shell;
+        }
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        speech::ReadAloud::setSpeakerFactory({});
+        QVERIFY2(m_boxes.isEmpty(), qPrintable(m_boxes.join(u"; "_s)));
+    }
+
+    void cleanupTestCase()
+    {
+        modGlobal::gDatabase.reset();
+        platform::setMsgBoxHook({});
+    }
+
+    void theSoundKeyReadsTheWholeTextAndAgainStops()
+    {
+        auto *viewer = new frmTextResource;
+        viewer->setResourceID(101);
+        viewer->Load();
+        showInShell(viewer);
+        pressSoundKey();
+        QCOMPARE(m_speaker->said, QStringList {viewer->rtbTextResource->Text().trimmed()});
+        QVERIFY(m_speaker->said.first().size() > 100);
+        pressSoundKey();
+        QCOMPARE(m_speaker->stops, 1);
+        QCOMPARE(m_speaker->said.size(), 1);
+    }
+
+    void theTextViewersSelectionIsReadAlone()
+    {
+        auto *viewer = new frmTextResource;
+        viewer->setResourceID(101);
+        viewer->Load();
+        showInShell(viewer);
+        viewer->rtbTextResource->setSelStart(10);
+        viewer->rtbTextResource->setSelLength(25);
+        QTest::keyClick(viewer->rtbTextResource, Qt::Key_F9);
+        QCOMPARE(m_speaker->said, QStringList {viewer->rtbTextResource->Text().mid(10, 25)});
+    }
+
+    void theOpenTipIsReadAndEscapeStopsBeforeItCloses()
+    {
+        frmToolTips *tip = frmToolTips::instance();
+        tip->setTipText(u"Πέτρωμα της Νάξου, σκληρό, που γυάλιζε τα μάρμαρα."_s);
+        tip->Show(m_shell);
+        QTest::keyClick(tip, Qt::Key_F9);
+        QCOMPARE(m_speaker->said, QStringList {u"Πέτρωμα της Νάξου, σκληρό, που γυάλιζε τα μάρμαρα."_s});
+        QTest::keyClick(tip, Qt::Key_Escape);
+        QCOMPARE(m_speaker->stops, 1);
+        QVERIFY(frmToolTips::existing() == tip && tip->isVisible());
+        QTest::keyClick(tip, Qt::Key_Escape);
+        QTRY_VERIFY(!frmToolTips::existing());
+    }
+
+    void theIndexReadsItsExplanation()
+    {
+        frmIndex *index = frmIndex::instance(true);
+        showInShell(index);
+        index->DisplayHotword(u"Νάξος"_s, u"Το μεγαλύτερο νησί των Κυκλάδων."_s, QString());
+        pressSoundKey();
+        QCOMPARE(m_speaker->said, QStringList {u"Το μεγαλύτερο νησί των Κυκλάδων."_s});
+    }
+
+    void theNotepadReadsItsSelectionOrElseItsNote()
+    {
+        frmNotes *notes = frmNotes::instance(true);
+        showInShell(notes);
+        notes->notes->setText(u"Πρώτη σημείωση. Δεύτερη σημείωση."_s);
+        pressSoundKey();
+        pressSoundKey();
+        notes->notes->setSelStart(16);
+        notes->notes->setSelLength(17);
+        pressSoundKey();
+        QCOMPARE(
+            m_speaker->said, (QStringList {u"Πρώτη σημείωση. Δεύτερη σημείωση."_s, u"Δεύτερη σημείωση."_s}));
+    }
+
+    void aPhotographsCaptionAndLegendAreRead()
+    {
+        auto *viewer = new frmResPhoto;
+        viewer->setResourceID(121);
+        viewer->Load();
+        showInShell(viewer);
+        pressSoundKey();
+        QCOMPARE(m_speaker->said.size(), 1);
+        const QString said = m_speaker->said.first();
+        QVERIFY(!viewer->rtfCaption->Text().isEmpty());
+        QVERIFY(said.startsWith(viewer->rtfCaption->Text().trimmed()));
+        QVERIFY(said.endsWith(viewer->rtfLezanda->Text().trimmed()));
+    }
+
+    void withoutAnEngineTheKeyStaysAndSaysSoOnce()
+    {
+        testing::RecordingSpeaker *mute = testing::installRecordingSpeaker(false);
+        auto *viewer = new frmTextResource;
+        viewer->setResourceID(101);
+        viewer->Load();
+        showInShell(viewer);
+        pressSoundKey();
+        pressSoundKey();
+        QCOMPARE(mute->said, QStringList());
+        QCOMPARE(m_boxes, QStringList {speech::ReadAloud::noEngineMessage()});
+        m_boxes.clear();
+    }
+};
+
+QTEST_MAIN(tst_ReadAloudWindows)
+#include "tst_readaloud_windows.moc"

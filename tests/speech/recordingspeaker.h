@@ -1,0 +1,63 @@
+#pragma once
+
+// Stands in for the desktop's speech engine: keeps what it is asked to say, and speaks
+// until it is stopped or told that the reading has ended.
+
+#include <readaloud.h>
+#include <speaker.h>
+
+#include <QStringList>
+
+#include <memory>
+
+namespace testing {
+
+class RecordingSpeaker final : public speech::Speaker
+{
+public:
+    explicit RecordingSpeaker(bool engine = true)
+        : m_engine(engine)
+    {
+    }
+
+    bool available() override { return m_engine; }
+    bool speaking() const override { return m_speaking; }
+    void say(const QString &text) override
+    {
+        said << text;
+        setSpeaking(true);
+    }
+    void stop() override
+    {
+        ++stops;
+        setSpeaking(false);
+    }
+    // The engine has come to the end of the text.
+    void finish() { setSpeaking(false); }
+
+    QStringList said;
+    int stops = 0;
+
+private:
+    void setSpeaking(bool now)
+    {
+        if (now == m_speaking)
+            return;
+        m_speaking = now;
+        emit speakingChanged(now);
+    }
+
+    bool m_engine;
+    bool m_speaking = false;
+};
+
+// Puts a recording speaker in the reader and gives it back; the reader owns it.
+inline RecordingSpeaker *installRecordingSpeaker(bool engine = true)
+{
+    auto *made = new RecordingSpeaker(engine);
+    speech::ReadAloud::setSpeakerFactory([made] { return std::unique_ptr<speech::Speaker>(made); });
+    speech::ReadAloud::instance().speaker();
+    return made;
+}
+
+} // namespace testing

@@ -1,0 +1,238 @@
+#include "../support/msgboxrecorder.h"
+#include "recordingspeaker.h"
+
+#include <readable.h>
+#include <readaloud.h>
+
+#include <QApplication>
+#include <QKeyEvent>
+#include <QMainWindow>
+#include <QMdiArea>
+#include <QMdiSubWindow>
+#include <QPlainTextEdit>
+#include <QPointer>
+#include <QShortcut>
+#include <QTest>
+#include <QToolButton>
+#include <QVBoxLayout>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+// A window with a text, that offers its selection or else the whole of it, and counts
+// the Escapes that reach it.
+class TextWindow final : public QWidget, public speech::Readable
+{
+public:
+    explicit TextWindow(const QString &text, QWidget *parent = nullptr)
+        : QWidget(parent)
+        , box(new QPlainTextEdit(text, this))
+    {
+        auto *layout = new QVBoxLayout(this);
+        layout->addWidget(box);
+        box->setReadOnly(true);
+    }
+    QString textToRead() const override
+    {
+        const QString selected = box->textCursor().selectedText();
+        return selected.isEmpty() ? box->toPlainText() : selected;
+    }
+    QPlainTextEdit *const box;
+    int escapes = 0;
+
+protected:
+    void keyPressEvent(QKeyEvent *event) override
+    {
+        if (event->key() == Qt::Key_Escape)
+            ++escapes;
+        QWidget::keyPressEvent(event);
+    }
+};
+
+} // namespace
+
+class tst_ReadAloud : public QObject
+{
+    Q_OBJECT
+
+    testing::RecordingSpeaker *m_speaker = nullptr;
+    testing::MsgBoxRecorder m_boxes;
+    QPointer<TextWindow> m_window;
+
+    TextWindow *showWindow(const QString &text)
+    {
+        m_window = new TextWindow(text);
+        m_window->show();
+        m_window->activateWindow();
+        m_window->box->setFocus();
+        if (!QTest::qWaitForWindowActive(m_window))
+            qWarning("the window did not become active");
+        return m_window;
+    }
+
+private slots:
+    void init()
+    {
+        m_speaker = testing::installRecordingSpeaker();
+        m_boxes.install();
+    }
+
+    void cleanup()
+    {
+        delete m_window;
+        speech::ReadAloud::setSpeakerFactory({});
+        platform::setMsgBoxHook({});
+    }
+
+    void thePressReadsTheActiveWindowsWholeText()
+    {
+        showWindow(u"Ο Κλεισθένης μοίρασε τους Αθηναίους σε δέκα φυλές."_s);
+        speech::ReadAloud::instance().toggle();
+        QCOMPARE(m_speaker->said, QStringList {u"Ο Κλεισθένης μοίρασε τους Αθηναίους σε δέκα φυλές."_s});
+        QVERIFY(speech::ReadAloud::instance().speaking());
+    }
+
+    void aSelectionIsReadRatherThanTheWholeText()
+    {
+        TextWindow *w = showWindow(u"πρώτη λέξη δεύτερη"_s);
+        QTextCursor cursor = w->box->textCursor();
+        cursor.setPosition(6);
+        cursor.setPosition(10, QTextCursor::KeepAnchor);
+        w->box->setTextCursor(cursor);
+        speech::ReadAloud::instance().toggle();
+        QCOMPARE(m_speaker->said, QStringList {u"λέξη"_s});
+    }
+
+    void aSecondPressStops()
+    {
+        showWindow(u"κείμενο"_s);
+        speech::ReadAloud::instance().toggle();
+        speech::ReadAloud::instance().toggle();
+        QCOMPARE(m_speaker->said.size(), 1);
+        QCOMPARE(m_speaker->stops, 1);
+        QVERIFY(!speech::ReadAloud::instance().speaking());
+    }
+
+    void afterTheEndAPressReadsAgain()
+    {
+        showWindow(u"κείμενο"_s);
+        speech::ReadAloud::instance().toggle();
+        m_speaker->finish();
+        speech::ReadAloud::instance().toggle();
+        QCOMPARE(m_speaker->said.size(), 2);
+        QCOMPARE(m_speaker->stops, 0);
+    }
+
+    void f9ReadsAndF9Stops()
+    {
+        TextWindow *w = showWindow(u"κείμενο"_s);
+        QTest::keyClick(w->box, Qt::Key_F9);
+        QCOMPARE(m_speaker->said, QStringList {u"κείμενο"_s});
+        QTest::keyClick(w->box, Qt::Key_F9);
+        QCOMPARE(m_speaker->stops, 1);
+        QCOMPARE(m_speaker->said.size(), 1);
+    }
+
+    void escapeStopsTheReadingAndGoesNoFurther()
+    {
+        TextWindow *w = showWindow(u"κείμενο"_s);
+        QTest::keyClick(w->box, Qt::Key_F9);
+        QTest::keyClick(w->box, Qt::Key_Escape);
+        QCOMPARE(m_speaker->stops, 1);
+        QCOMPARE(w->escapes, 0);
+        // Silent again, Escape is the window's once more.
+        QTest::keyClick(w->box, Qt::Key_Escape);
+        QCOMPARE(w->escapes, 1);
+        QCOMPARE(m_speaker->stops, 1);
+    }
+
+    void escapeStopsTheReadingBeforeAnEscapeShortcutOfTheWindow()
+    {
+        TextWindow *w = showWindow(u"κείμενο"_s);
+        int closes = 0;
+        auto *shortcut = new QShortcut(QKeySequence(Qt::Key_Escape), w);
+        connect(shortcut, &QShortcut::activated, w, [&closes] { ++closes; });
+        QTest::keyClick(w->box, Qt::Key_F9);
+        QTest::keyClick(w->box, Qt::Key_Escape);
+        QCOMPARE(m_speaker->stops, 1);
+        QCOMPARE(closes, 0);
+        QTest::keyClick(w->box, Qt::Key_Escape);
+        QCOMPARE(closes, 1);
+    }
+
+    void insideAShellTheActiveChildIsRead()
+    {
+        QMainWindow shell;
+        auto *area = new QMdiArea;
+        auto *key = new QToolButton;
+        key->setFocusPolicy(Qt::NoFocus);
+        auto *client = new QWidget;
+        auto *layout = new QVBoxLayout(client);
+        layout->addWidget(key);
+        layout->addWidget(area);
+        shell.setCentralWidget(client);
+        area->addSubWindow(new TextWindow(u"πρώτο"_s))->show();
+        QMdiSubWindow *second = area->addSubWindow(new TextWindow(u"δεύτερο"_s));
+        second->show();
+        shell.show();
+        shell.activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(&shell));
+        area->setActiveSubWindow(second);
+        shell.setFocus();
+        speech::ReadAloud::instance().toggle();
+        QCOMPARE(m_speaker->said, QStringList {u"δεύτερο"_s});
+    }
+
+    void aWindowThatHasJustLostTheActivationIsStillRead()
+    {
+        // A tip closes as the pupil reaches for the toolbar's key; the key reads the tip.
+        auto *tip = new TextWindow(u"Ηφαιστειακό γυαλί"_s);
+        tip->show();
+        QEvent deactivate(QEvent::WindowDeactivate);
+        QApplication::sendEvent(tip, &deactivate);
+        delete tip;
+        // Even with a text in the window that took the activation.
+        TextWindow *w = showWindow(u"το κείμενο κάτω από το σχόλιο"_s);
+        QCOMPARE(speech::ReadAloud::instance().activeText(), u"Ηφαιστειακό γυαλί"_s);
+        // A key pressed in a window reads that window.
+        QCOMPARE(speech::ReadAloud::instance().activeText(w->box), u"το κείμενο κάτω από το σχόλιο"_s);
+    }
+
+    void aWindowThatLostTheActivationLongAgoIsNotRead()
+    {
+        auto *tip = new TextWindow(u"Ηφαιστειακό γυαλί"_s);
+        tip->show();
+        QEvent deactivate(QEvent::WindowDeactivate);
+        QApplication::sendEvent(tip, &deactivate);
+        delete tip;
+        QTest::qWait(1600);
+        showWindow(u"κείμενο"_s);
+        QCOMPARE(speech::ReadAloud::instance().activeText(), u"κείμενο"_s);
+    }
+
+    void withoutAnEngineThePressSaysSoOnce()
+    {
+        testing::RecordingSpeaker *mute = testing::installRecordingSpeaker(false);
+        showWindow(u"κείμενο"_s);
+        speech::ReadAloud::instance().toggle();
+        speech::ReadAloud::instance().toggle();
+        QCOMPARE(mute->said, QStringList());
+        QCOMPARE(m_boxes.size(), 1);
+        QCOMPARE(m_boxes.first().text, speech::ReadAloud::noEngineMessage());
+        QCOMPARE(m_boxes.first().style, int(platform::vbInformation));
+        QCOMPARE(m_boxes.first().title, u"Τρεμίδια"_s);
+        QVERIFY(!speech::ReadAloud::instance().speaking());
+    }
+
+    void aWindowWithNothingToReadLeavesTheSpeakerQuiet()
+    {
+        showWindow(u"   "_s);
+        speech::ReadAloud::instance().toggle();
+        QCOMPARE(m_speaker->said, QStringList());
+        QVERIFY(m_boxes.isEmpty());
+    }
+};
+
+QTEST_MAIN(tst_ReadAloud)
+#include "tst_readaloud.moc"

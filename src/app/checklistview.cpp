@@ -3,6 +3,7 @@
 #include <runtimeerror.h>
 #include <twips.h>
 
+#include <QFocusEvent>
 #include <QHeaderView>
 #include <QKeyEvent>
 #include <QMouseEvent>
@@ -218,6 +219,17 @@ void CheckListView::keyPressEvent(QKeyEvent *event)
     QTreeWidget::keyPressEvent(event);
     if (currentItem() != before && currentItem())
         Q_EMIT KeyMove();
+}
+
+void CheckListView::focusInEvent(QFocusEvent *event)
+{
+    // Reached by Tab, a list with no current item would leave Space and the focus frame
+    // nowhere to go: the first item becomes current, without being picked.
+    if (event->reason() == Qt::TabFocusReason || event->reason() == Qt::BacktabFocusReason) {
+        if (!currentItem() && topLevelItemCount() > 0)
+            setCurrentItem(topLevelItem(0), 0, QItemSelectionModel::NoUpdate);
+    }
+    QTreeWidget::focusInEvent(event);
 }
 
 void CheckListView::modelDataChanged(

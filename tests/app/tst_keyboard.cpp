@@ -181,6 +181,24 @@ private slots:
         QCOMPARE(shell->ActivityID(), first + 1);
     }
 
+    void spaceChecksTheFirstScenarioRightAfterTab()
+    {
+        auto *screen = new frmNewFirst;
+        screen->show();
+        screen->activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(screen));
+        screen->List2->setFocus(Qt::TabFocusReason);
+        key(Qt::Key_Space);
+        QVERIFY(screen->List1->count() > 0);
+        // A list that once had a current item and lost it, as a refilled list has.
+        screen->List1->setCurrentIndex(QModelIndex());
+        key(Qt::Key_Tab);
+        QCOMPARE(QApplication::focusWidget(), screen->List1);
+        key(Qt::Key_Space);
+        QVERIFY(screen->List1->isChecked(screen->List1->topLevelItem(0)));
+        screen->close();
+    }
+
     void enterDoesNothingBeforeThereIsAnActivity()
     {
         auto *screen = new frmNewFirst;

@@ -11,6 +11,7 @@
 #include <QRegularExpression>
 
 #include <algorithm>
+#include <limits>
 #include <numeric>
 
 namespace content {
@@ -169,15 +170,63 @@ void readSnapshot(
             }) > 1;
             d->names << (ambiguous && !d->qualified.at(c).isEmpty() ? d->qualified.at(c) : bare.at(c));
         }
+        sqlite3_stmt *row = stmt->handle();
         while (stmt->step()) {
-            for (int c = 0; c < d->columns; ++c)
-                d->values.push_back(stmt->value(c));
+            for (int c = 0; c < d->columns; ++c) {
+                RecordsetCell cell;
+                switch (sqlite3_column_type(row, c)) {
+                case SQLITE_INTEGER:
+                    cell.kind = RecordsetCell::Integer;
+                    cell.integer = sqlite3_column_int64(row, c);
+                    break;
+                case SQLITE_FLOAT:
+                    cell.kind = RecordsetCell::Real;
+                    cell.real = sqlite3_column_double(row, c);
+                    break;
+                case SQLITE_TEXT:
+                case SQLITE_BLOB: {
+                    const bool text = sqlite3_column_type(row, c) == SQLITE_TEXT;
+                    // The pointer first, then its length, as SQLite asks.
+                    const void *data = text ? static_cast<const void *>(sqlite3_column_text(row, c))
+                                            : sqlite3_column_blob(row, c);
+                    cell.kind = text ? RecordsetCell::Text : RecordsetCell::Blob;
+                    cell.length = sqlite3_column_bytes(row, c);
+                    cell.offset = d->bytes.size();
+                    if (cell.length > 0)
+                        d->bytes.append(static_cast<const char *>(data), size_t(cell.length));
+                    break;
+                }
+                default:
+                    break;
+                }
+                d->cells.push_back(cell);
+            }
             ++d->count;
         }
     } catch (const sqlite::Error &e) {
         throwFor(e, source.text, path);
     }
     d->position = d->count > 0 ? 0 : -1;
+}
+
+QVariant Recordset::Private::at(long row, int column) const
+{
+    const RecordsetCell &cell = cells[size_t(row) * size_t(columns) + size_t(column)];
+    switch (cell.kind) {
+    case RecordsetCell::Integer:
+        if (cell.integer >= std::numeric_limits<int>::min()
+            && cell.integer <= std::numeric_limits<int>::max())
+            return QVariant(int(cell.integer));
+        return QVariant(qlonglong(cell.integer));
+    case RecordsetCell::Real:
+        return QVariant(cell.real);
+    case RecordsetCell::Text:
+        return QVariant(QString::fromUtf8(bytes.data() + cell.offset, cell.length));
+    case RecordsetCell::Blob:
+        return QVariant(QByteArray(bytes.data() + cell.offset, cell.length));
+    default:
+        return QVariant();
+    }
 }
 
 void readTableIndexes(sqlite::Connection &db, const QString &table, Recordset::Private *d)
@@ -377,21 +426,28 @@ void Recordset::setIndex(const QString &indexName)
     std::vector<long> order(size_t(d->count));
     std::iota(order.begin(), order.end(), 0L);
     const auto &cols = d->indexColumns;
+    // The keys read once, not at every comparison.
+    std::vector<QVariant> keys;
+    keys.reserve(order.size() * cols.size());
+    for (long row = 0; row < d->count; ++row) {
+        for (int c : cols)
+            keys.push_back(d->at(row, c));
+    }
     std::stable_sort(order.begin(), order.end(), [&](long x, long y) {
-        for (int c : cols) {
-            const int r = compareValues(d->at(x, c), d->at(y, c));
+        for (size_t k = 0; k < cols.size(); ++k) {
+            const int r = compareValues(keys[size_t(x) * cols.size() + k], keys[size_t(y) * cols.size() + k]);
             if (r != 0)
                 return r < 0;
         }
         return false;
     });
-    std::vector<QVariant> sorted;
-    sorted.reserve(d->values.size());
+    std::vector<RecordsetCell> sorted;
+    sorted.reserve(d->cells.size());
     for (long row : order) {
-        for (int c = 0; c < d->columns; ++c)
-            sorted.push_back(d->at(row, c));
+        const auto first = d->cells.begin() + std::ptrdiff_t(size_t(row) * size_t(d->columns));
+        sorted.insert(sorted.end(), first, first + d->columns);
     }
-    d->values.swap(sorted);
+    d->cells.swap(sorted);
     d->position = d->count > 0 ? 0 : -1;
 }
 
@@ -451,8 +507,10 @@ void Recordset::Close()
 {
     checkOpen(d.get());
     d->closed = true;
-    d->values.clear();
-    d->values.shrink_to_fit();
+    d->cells.clear();
+    d->cells.shrink_to_fit();
+    d->bytes.clear();
+    d->bytes.shrink_to_fit();
 }
 
 } // namespace content

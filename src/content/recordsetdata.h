@@ -6,6 +6,7 @@
 #include <QStringList>
 #include <QVariant>
 
+#include <string>
 #include <vector>
 
 // What a recordset holds: a snapshot of its rows, read whole when it was opened, with the
@@ -29,13 +30,29 @@ struct RecordsetSource
 RecordsetSource resolveRecordsetSource(
     sqlite::Connection &db, const QStringList &tables, const QString &source);
 
+// One value of a snapshot as SQLite gave it. Text and binary stay UTF-8 and raw bytes in
+// the snapshot's one buffer until a field is read, so a wide query costs no string per
+// value it never shows.
+struct RecordsetCell
+{
+    enum Kind : unsigned char { Null, Integer, Real, Text, Blob };
+    union {
+        qint64 integer = 0;
+        double real;
+        std::size_t offset; // of Text and Blob in Recordset::Private::bytes
+    };
+    int length = 0;
+    Kind kind = Null;
+};
+
 struct Recordset::Private
 {
     QStringList names; // as the fields are called: bare, or table.column where bare is ambiguous
     QStringList qualified; // table.column where SQLite knows the origin, else empty
     int columns = 0;
     long count = 0;
-    std::vector<QVariant> values; // count rows of `columns` values
+    std::vector<RecordsetCell> cells; // count rows of `columns` values
+    std::string bytes; // the text and binary values, one after another
     long position = -1; // -1 before the first (BOF), count after the last (EOF)
     bool closed = false;
     bool tableType = false;
@@ -45,10 +62,9 @@ struct Recordset::Private
     std::vector<int> indexColumns;
     QHash<QString, std::vector<int>> indexes; // by lower-case name
 
-    const QVariant &at(long row, int column) const
-    {
-        return values[size_t(row) * size_t(columns) + size_t(column)];
-    }
+    // As the engine reads it: Null as a null QVariant, integers as int where they fit,
+    // else qlonglong; text as QString, binary as QByteArray.
+    QVariant at(long row, int column) const;
 };
 
 // Runs the source and fills the snapshot; throws the engine's errors.

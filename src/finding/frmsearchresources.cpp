@@ -171,6 +171,8 @@ void frmSearchResources::Load()
     // The search reads the content as it stands on disk now.
     if (!modGlobal::gDatabasePath.isEmpty())
         modGlobal::gDatabase = content::Database::OpenDatabase(modGlobal::gDatabasePath);
+    if (modGlobal::gDatabase)
+        finding::PrepareSearchOrder(*modGlobal::gDatabase);
     m_filled = false;
     FillTableCombo(cmbPlace, QStringLiteral("Places"), QStringLiteral("Place"), QStringLiteral("PlaceID"));
     FillTableCombo(cmbTime, QStringLiteral("Chronologicals"), QStringLiteral("Chronological"),

@@ -241,6 +241,44 @@ private slots:
         QVERIFY(checkAllCombinations(*db) >= 64);
     }
 
+    void theSearchOrderIndexKeepsEveryListAsTheSortGaveIt_data()
+    {
+        QTest::addColumn<QString>("fixture");
+        QTest::newRow("jet") << QStringLiteral(TREMIDIA_FIXTURES_DIR "/content-jet4.mdb");
+        QTest::newRow("awkward texts") << QString();
+    }
+
+    void theSearchOrderIndexKeepsEveryListAsTheSortGaveIt()
+    {
+        QFETCH(QString, fixture);
+        const auto db
+            = fixture.isEmpty() ? findingcontent::build() : content::Database::OpenDatabase(fixture);
+        auto lists = [&] {
+            QList<QList<qint32>> out;
+            for (const QString &type : {u"0"_s, u"1"_s, u"2"_s, u"5"_s, u"6"_s}) {
+                finding::SearchCriteria c;
+                c.ResType = type;
+                out << idsOf(finding::Search(*db, c));
+            }
+            return out;
+        };
+        const QList<QList<qint32>> sorted = lists();
+        QVERIFY(finding::PrepareSearchOrder(*db));
+        QCOMPARE(lists(), sorted);
+        QVERIFY(checkAllCombinations(*db) >= 64);
+    }
+
+    void aContentReadFromItsFileAsItIsKeepsSortingPerSearch()
+    {
+        const QString path = QStringLiteral(TREMIDIA_BINARY_DIR "/sample/tremidia.sqlite");
+        if (!QFileInfo::exists(path))
+            QSKIP("the sample course is not built");
+        const auto db = content::Database::OpenDatabase(path);
+        const QList<qint32> before = idsOf(finding::Search(*db, {}));
+        finding::PrepareSearchOrder(*db);
+        QCOMPARE(idsOf(finding::Search(*db, {})), before);
+    }
+
     void apostropheQuotesAndSqlLookingTextFindTheirOwnRows_data()
     {
         QTest::addColumn<QString>("text");

@@ -49,6 +49,12 @@ struct SearchList
     QList<SearchListItem> items;
 };
 
+// Lets the database hand the rows of a search in the list's order without sorting them at
+// every search: an index in that order, built once on a content read into memory (a Jet
+// file always is). A content read from its file as it is, which nothing may write, is
+// left as it is and sorts per search. Returns whether the index is there.
+bool PrepareSearchOrder(content::Database &db);
+
 // Reads `rs` from its first row.
 SearchList SearchListItems(content::Recordset &rs);
 

@@ -21,8 +21,11 @@
 #include <QLineEdit>
 #include <QListWidget>
 #include <QProgressBar>
+#include <QShortcut>
 #include <QThread>
 #include <QTimer>
+
+#include <algorithm>
 
 namespace {
 
@@ -101,6 +104,16 @@ frmFullTextSearch::frmFullTextSearch(QWidget *parent)
     // Enter and a double click both activate an item.
     connect(lstResults, &QListWidget::itemActivated, this,
         [this] { platform::guarded([this] { lstResults_Activated(); }); });
+    // Up and Down in the field move through the results, so the words stay in reach.
+    for (const int step : {1, -1}) {
+        auto *move = new QShortcut(QKeySequence(step > 0 ? Qt::Key_Down : Qt::Key_Up), txtWords, nullptr,
+            nullptr, Qt::WidgetShortcut);
+        connect(move, &QShortcut::activated, this, [this, step] {
+            if (lstResults->count() > 0)
+                lstResults->setCurrentRow(
+                    std::clamp(lstResults->currentRow() + step, 0, lstResults->count() - 1));
+        });
+    }
     connect(txtWords, &QLineEdit::returnPressed, this, [this] {
         platform::guarded([this] {
             if (lstResults->count() == 0)

@@ -169,6 +169,26 @@ private slots:
         QTRY_VERIFY(!search->results().isEmpty());
         search->parentWidget()->close();
     }
+
+    void theArrowsInTheFieldMoveThroughTheResults()
+    {
+        m_shell->mnuFullText->trigger();
+        frmFullTextSearch *search = frmFullTextSearch::instance(false);
+        QVERIFY(search);
+        QTRY_VERIFY(search->indexReady());
+        search->txtWords->setText(u"ναός"_s);
+        QTRY_VERIFY(search->lstResults->count() > 1);
+        search->txtWords->setFocus();
+        search->lstResults->setCurrentRow(0);
+        QTest::keyClick(search->txtWords, Qt::Key_Down);
+        QCOMPARE(search->lstResults->currentRow(), 1);
+        QTest::keyClick(search->txtWords, Qt::Key_Up);
+        QTest::keyClick(search->txtWords, Qt::Key_Up);
+        QCOMPARE(search->lstResults->currentRow(), 0);
+        // The words stay where the pupil types them.
+        QCOMPARE(QApplication::focusWidget(), search->txtWords);
+        search->parentWidget()->close();
+    }
 };
 
 QTEST_MAIN(tst_frmFullTextSearch)

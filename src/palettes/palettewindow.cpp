@@ -1,5 +1,6 @@
 #include "palettewindow.h"
 
+#include <arrowkeys.h>
 #include <designedcolours.h>
 #include <errorpolicy.h>
 #include <logging.h>
@@ -325,22 +326,7 @@ int PaletteWindow::neighbour(int from, int key) const
         if (i == from)
             continue;
         const QPoint d = Cells(i).rect().center() - here;
-        qint64 along = 0;
-        qint64 across = 0;
-        switch (key) {
-        case Qt::Key_Right:
-            along = d.x(), across = d.y();
-            break;
-        case Qt::Key_Left:
-            along = -d.x(), across = d.y();
-            break;
-        case Qt::Key_Down:
-            along = d.y(), across = d.x();
-            break;
-        default:
-            along = -d.y(), across = d.x();
-            break;
-        }
+        const auto [along, across] = controls::arrowOffset(key, d);
         if (along <= 0)
             continue;
         const qint64 score = qAbs(across) * 4 + along;

@@ -1,6 +1,7 @@
 #include "frmsmallbutton.h"
 
 #include <accessibility.h>
+#include <arrowkeys.h>
 #include <contentpath.h>
 #include <database.h>
 #include <designedcolours.h>
@@ -233,22 +234,7 @@ bool frmSmallButton::focusNeighbour(int key)
         const QPoint d = candidate->geometry().center() - mine.center();
         // Along the arrow's way only; the nearest row or column first, then the nearest
         // tile in it.
-        qint64 along = 0;
-        qint64 across = 0;
-        switch (key) {
-        case Qt::Key_Right:
-            along = d.x(), across = d.y();
-            break;
-        case Qt::Key_Left:
-            along = -d.x(), across = d.y();
-            break;
-        case Qt::Key_Down:
-            along = d.y(), across = d.x();
-            break;
-        default:
-            along = -d.y(), across = d.x();
-            break;
-        }
+        const auto [along, across] = controls::arrowOffset(key, d);
         if (along <= 0)
             continue;
         const bool sideways = key == Qt::Key_Left || key == Qt::Key_Right;

@@ -2,7 +2,7 @@
 // opens them, a pupil finds a source by keyword and opens it, a word of a text opens its
 // term, and a term's sound plays. Pictures of both windows land in the test output folder.
 
-#include "../support/msgboxrecorder.h"
+#include "sampleshell.h"
 
 #include <btn.h>
 #include <childwindows.h>
@@ -29,22 +29,6 @@
 
 using namespace Qt::StringLiterals;
 
-namespace {
-
-const QString samplePath = QStringLiteral(TREMIDIA_BINARY_DIR "/sample/tremidia.sqlite");
-
-void savePicture(QWidget *w, const QString &name)
-{
-    for (int i = 0; i < 3; ++i)
-        QCoreApplication::processEvents();
-    QVERIFY(QDir().mkpath(QStringLiteral(TREMIDIA_TEST_OUTPUT_DIR)));
-    const QString file = QStringLiteral(TREMIDIA_TEST_OUTPUT_DIR "/") + name;
-    QVERIFY(w->grab().save(file, "PNG"));
-    qInfo("picture: %s", qPrintable(file));
-}
-
-} // namespace
-
 class tst_FindingShell : public QObject
 {
     Q_OBJECT
@@ -56,18 +40,10 @@ private:
 private slots:
     void initTestCase()
     {
-        if (!QFileInfo::exists(samplePath))
+        if (!QFileInfo::exists(testing::sampleCoursePath))
             QSKIP("the sample course is not built");
-        modGlobal::gDatabasePath = samplePath;
-        modGlobal::gDataFolder = QFileInfo(samplePath).absolutePath();
-        modGlobal::gDatabase = content::Database::OpenDatabase(samplePath);
-        MDIForm1::registerDefaultInstance();
-        MDIForm1::setStartScreenFactory([] { return nullptr; });
-        registerChildWindows();
-        m_boxes.install();
-        m_shell = static_cast<MDIForm1 *>(ShellWindow::instance());
-        m_shell->show();
-        QVERIFY(QTest::qWaitForWindowExposed(m_shell));
+        m_shell = testing::showSampleShell(m_boxes);
+        QVERIFY(m_shell);
     }
 
     void cleanupTestCase()
@@ -88,7 +64,7 @@ private slots:
         QVERIFY(keyword >= 0);
         search->cmbKeyWord->setCurrentIndex(keyword);
         QVERIFY(search->lvwResources->topLevelItemCount() > 0);
-        savePicture(m_shell, u"search-marmaro.png"_s);
+        testing::savePicture(m_shell, u"search-marmaro.png"_s);
 
         QTreeWidgetItem *item = search->lvwResources->topLevelItem(0);
         search->lvwResources->setCurrentItem(item);
@@ -98,7 +74,7 @@ private slots:
         auto *viewer = qobject_cast<SourceViewer *>(m_shell->mdiArea()->activeSubWindow()->widget());
         QVERIFY(viewer);
         QCOMPARE(QString::number(viewer->ResourceID()), frmSearchResources::Tag(item));
-        savePicture(m_shell, u"search-opened.png"_s);
+        testing::savePicture(m_shell, u"search-opened.png"_s);
         viewer->Unload();
         QVERIFY(!frmSearchResources::Ghosted(item));
         search->parentWidget()->close();
@@ -113,7 +89,7 @@ private slots:
         QVERIFY(index->isVisible());
         QVERIFY(m_shell->mnuCatalogue->isChecked());
         QVERIFY(index->LvEnnoia->topLevelItemCount() > 20);
-        savePicture(m_shell, u"index.png"_s);
+        testing::savePicture(m_shell, u"index.png"_s);
         m_shell->mnuCatalogue->trigger();
         QVERIFY(!frmIndex::instance(false));
         QVERIFY(!m_shell->mnuCatalogue->isChecked());
@@ -152,7 +128,7 @@ private slots:
         QVERIFY(player);
         QVERIFY(player->fileName().endsWith(u"/Sounds/term_minoas.wav"_s));
         QTRY_COMPARE_WITH_TIMEOUT(player->player()->playbackState(), media::Player::PlayingState, 10000);
-        savePicture(m_shell, u"index-sound.png"_s);
+        testing::savePicture(m_shell, u"index-sound.png"_s);
         index->parentWidget()->close();
         QVERIFY(!m_shell->mnuCatalogue->isChecked());
     }

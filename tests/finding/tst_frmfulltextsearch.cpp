@@ -3,7 +3,7 @@
 // sources with their words in bold, opens a text and finds the words selected there.
 // Pictures land in the test output folder.
 
-#include "../support/msgboxrecorder.h"
+#include "sampleshell.h"
 
 #include <childwindows.h>
 #include <colhotwords.h>
@@ -29,22 +29,6 @@
 
 using namespace Qt::StringLiterals;
 
-namespace {
-
-const QString samplePath = QStringLiteral(TREMIDIA_BINARY_DIR "/sample/tremidia.sqlite");
-
-void savePicture(QWidget *w, const QString &name)
-{
-    for (int i = 0; i < 3; ++i)
-        QCoreApplication::processEvents();
-    QVERIFY(QDir().mkpath(QStringLiteral(TREMIDIA_TEST_OUTPUT_DIR)));
-    const QString file = QStringLiteral(TREMIDIA_TEST_OUTPUT_DIR "/") + name;
-    QVERIFY(w->grab().save(file, "PNG"));
-    qInfo("picture: %s", qPrintable(file));
-}
-
-} // namespace
-
 class tst_frmFullTextSearch : public QObject
 {
     Q_OBJECT
@@ -57,20 +41,12 @@ private:
 private slots:
     void initTestCase()
     {
-        if (!QFileInfo::exists(samplePath))
+        if (!QFileInfo::exists(testing::sampleCoursePath))
             QSKIP("the sample course is not built");
         QVERIFY(m_cache.isValid());
         qputenv("XDG_CACHE_HOME", m_cache.path().toUtf8());
-        modGlobal::gDatabasePath = samplePath;
-        modGlobal::gDataFolder = QFileInfo(samplePath).absolutePath();
-        modGlobal::gDatabase = content::Database::OpenDatabase(samplePath);
-        MDIForm1::registerDefaultInstance();
-        MDIForm1::setStartScreenFactory([] { return nullptr; });
-        registerChildWindows();
-        m_boxes.install();
-        m_shell = static_cast<MDIForm1 *>(ShellWindow::instance());
-        m_shell->show();
-        QVERIFY(QTest::qWaitForWindowExposed(m_shell));
+        m_shell = testing::showSampleShell(m_boxes);
+        QVERIFY(m_shell);
     }
 
     void cleanupTestCase()
@@ -116,7 +92,7 @@ private slots:
         QCOMPARE(search->lstResults->item(0)->text(), results.front().title);
         QVERIFY(!search->lstResults->item(0)->icon().isNull());
         QVERIFY(search->contextHtml(0).contains(u"<b>"_s));
-        savePicture(m_shell, u"fulltext-results.png"_s);
+        testing::savePicture(m_shell, u"fulltext-results.png"_s);
 
         // The first text source among the results, opened with Enter.
         int row = 0;
@@ -138,7 +114,7 @@ private slots:
         QVERIFY(text->rtbTextResource->cursorRect().intersects(text->rtbTextResource->viewport()->rect()));
         // Hot words keep working beside the marks.
         QVERIFY(text->hotWords() && text->hotWords()->Count() > 0);
-        savePicture(m_shell, u"fulltext-opened.png"_s);
+        testing::savePicture(m_shell, u"fulltext-opened.png"_s);
 
         // A click in the text puts the marks away.
         QTest::mouseClick(text->rtbTextResource->viewport(), Qt::LeftButton, {}, QPoint(5, 5));

@@ -17,6 +17,7 @@
 #include <QVBoxLayout>
 
 #include <atomic>
+#include <memory>
 
 using namespace Qt::StringLiterals;
 
@@ -117,6 +118,8 @@ class tst_ReadAloudThread : public QObject
     Q_OBJECT
 
     testing::MsgBoxRecorder m_boxes;
+    // Outlives the speaker, which cleanup() lets go of: the engine writes to it to the end.
+    std::unique_ptr<EngineLog> m_log;
     QPointer<TextWindow> m_window;
 
     TextWindow *showWindow(const QString &text)
@@ -133,7 +136,11 @@ class tst_ReadAloudThread : public QObject
     }
 
 private slots:
-    void init() { m_boxes.install(); }
+    void init()
+    {
+        m_log = std::make_unique<EngineLog>();
+        m_boxes.install();
+    }
 
     void cleanup()
     {
@@ -144,7 +151,7 @@ private slots:
 
     void aWorkingEngineSpeaksOnItsOwnThreadAndStops()
     {
-        EngineLog log;
+        EngineLog &log = *m_log;
         useEngine([&log] { return std::make_unique<WorkingEngine>(log); }, 10000);
         TextWindow *w = showWindow(u"Ο Περικλής μίλησε στην Πνύκα."_s);
 
@@ -173,7 +180,7 @@ private slots:
 
     void anEngineThatNeverAnswersFreezesNothing()
     {
-        EngineLog log;
+        EngineLog &log = *m_log;
         auto *gate = new QSemaphore; // never freed: the stuck thread waits on it to the end
         useEngine([&log, gate] { return std::make_unique<HangingEngine>(log, gate); }, 300);
         TextWindow *w = showWindow(u"κείμενο"_s);

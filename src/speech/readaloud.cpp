@@ -1,7 +1,8 @@
 #include "readaloud.h"
 
-#include "qtspeaker.h"
+#include "qtspeechengine.h"
 #include "readable.h"
+#include "threadedspeaker.h"
 
 #include <msgbox.h>
 
@@ -52,6 +53,9 @@ ReadAloud::ReadAloud()
 {
     if (qApp)
         qApp->installEventFilter(this);
+    // The speaker goes with the application, not with the static reader: its engine's
+    // thread must be let go while there is still an application to leave.
+    qAddPostRoutine([] { instance().m_speaker.reset(); });
 }
 
 ReadAloud::~ReadAloud() = default;
@@ -70,8 +74,13 @@ void ReadAloud::setSpeakerFactory(SpeakerFactory factory)
 
 Speaker *ReadAloud::speaker()
 {
-    if (!m_speaker)
-        m_speaker = speakerFactory() ? speakerFactory()() : std::make_unique<QtSpeaker>();
+    if (!m_speaker) {
+        if (speakerFactory())
+            m_speaker = speakerFactory()();
+        else
+            m_speaker = std::make_unique<ThreadedSpeaker>([] { return std::make_unique<QtSpeechEngine>(); });
+        connect(m_speaker.get(), &Speaker::unavailable, this, &ReadAloud::tellNoEngine);
+    }
     return m_speaker.get();
 }
 
@@ -102,18 +111,19 @@ void ReadAloud::toggle(QWidget *pressedIn)
     if (text.isEmpty())
         return;
     Speaker *voice = speaker();
-    // The first question may start the speech service, which takes a moment.
-    QApplication::setOverrideCursor(Qt::WaitCursor);
-    const bool available = voice->available();
-    QApplication::restoreOverrideCursor();
-    if (!available) {
-        if (!m_toldNoEngine) {
-            m_toldNoEngine = true;
-            platform::MsgBox(noEngineMessage(), platform::vbInformation);
-        }
+    if (!voice->available()) {
+        tellNoEngine();
         return;
     }
     voice->say(text);
+}
+
+void ReadAloud::tellNoEngine()
+{
+    if (m_toldNoEngine)
+        return;
+    m_toldNoEngine = true;
+    platform::MsgBox(noEngineMessage(), platform::vbInformation);
 }
 
 QString ReadAloud::activeText(QWidget *pressedIn) const

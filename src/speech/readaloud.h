@@ -54,6 +54,7 @@ protected:
 private:
     ReadAloud();
     ~ReadAloud() override;
+    void tellNoEngine();
 
     std::unique_ptr<Speaker> m_speaker;
     bool m_toldNoEngine = false;

@@ -22,6 +22,8 @@ public:
 
 signals:
     void speakingChanged(bool speaking);
+    // An engine that looked present did not come after all (it did not start in time).
+    void unavailable();
 };
 
 } // namespace speech

@@ -1,5 +1,6 @@
 #include "../support/msgboxrecorder.h"
 #include "recordingspeaker.h"
+#include "textwindow.h"
 
 #include <readable.h>
 #include <readaloud.h>
@@ -18,39 +19,7 @@
 
 using namespace Qt::StringLiterals;
 
-namespace {
-
-// A window with a text, that offers its selection or else the whole of it, and counts
-// the Escapes that reach it.
-class TextWindow final : public QWidget, public speech::Readable
-{
-public:
-    explicit TextWindow(const QString &text, QWidget *parent = nullptr)
-        : QWidget(parent)
-        , box(new QPlainTextEdit(text, this))
-    {
-        auto *layout = new QVBoxLayout(this);
-        layout->addWidget(box);
-        box->setReadOnly(true);
-    }
-    QString textToRead() const override
-    {
-        const QString selected = box->textCursor().selectedText();
-        return selected.isEmpty() ? box->toPlainText() : selected;
-    }
-    QPlainTextEdit *const box;
-    int escapes = 0;
-
-protected:
-    void keyPressEvent(QKeyEvent *event) override
-    {
-        if (event->key() == Qt::Key_Escape)
-            ++escapes;
-        QWidget::keyPressEvent(event);
-    }
-};
-
-} // namespace
+using testing::TextWindow;
 
 class tst_ReadAloud : public QObject
 {
@@ -62,12 +31,7 @@ class tst_ReadAloud : public QObject
 
     TextWindow *showWindow(const QString &text)
     {
-        m_window = new TextWindow(text);
-        m_window->show();
-        m_window->activateWindow();
-        m_window->box->setFocus();
-        if (!QTest::qWaitForWindowActive(m_window))
-            qWarning("the window did not become active");
+        m_window = testing::showTextWindow(text);
         return m_window;
     }
 

@@ -1,0 +1,164 @@
+#include "threadedspeaker.h"
+
+#include "speechengine.h"
+
+#include <QThread>
+
+namespace speech {
+
+namespace {
+
+// Lives on the engine's thread and owns the engine; its signals reach the speaker queued.
+class EngineHost final : public QObject
+{
+    Q_OBJECT
+
+public:
+    void start(const ThreadedSpeaker::EngineFactory &factory)
+    {
+        std::unique_ptr<SpeechEngine> made = factory ? factory() : nullptr;
+        if (!made) {
+            emit ready(false);
+            return;
+        }
+        m_engine = made.release();
+        m_engine->setParent(this);
+        connect(m_engine, &SpeechEngine::ready, this, &EngineHost::ready);
+        connect(m_engine, &SpeechEngine::speakingChanged, this, &EngineHost::speakingChanged);
+        m_engine->start();
+    }
+    void say(const QString &text)
+    {
+        if (m_engine)
+            m_engine->say(text);
+    }
+    void stop()
+    {
+        if (m_engine)
+            m_engine->stop();
+    }
+
+signals:
+    void ready(bool available);
+    void speakingChanged(bool speaking);
+
+private:
+    SpeechEngine *m_engine = nullptr;
+};
+
+} // namespace
+
+ThreadedSpeaker::ThreadedSpeaker(EngineFactory factory, int startLimitMs, QObject *parent)
+    : Speaker(parent)
+    , m_factory(std::move(factory))
+{
+    m_startLimit.setSingleShot(true);
+    m_startLimit.setInterval(startLimitMs);
+    connect(&m_startLimit, &QTimer::timeout, this, [this] {
+        if (m_state == State::Starting)
+            engineReady(false);
+    });
+}
+
+ThreadedSpeaker::~ThreadedSpeaker()
+{
+    if (!m_thread)
+        return;
+    QObject::disconnect(m_host, nullptr, this, nullptr);
+    auto *host = m_host;
+    QMetaObject::invokeMethod(
+        host, [host] { static_cast<EngineHost *>(host)->stop(); }, Qt::QueuedConnection);
+    m_thread->quit();
+    // An engine stuck in the speech service must not keep the program from closing: it is
+    // given a moment, then left behind with its thread, which the end of the process takes.
+    // Neither is deleted then, so nothing waits on the thread later.
+    if (m_thread->wait(ExitWaitMs))
+        delete m_thread;
+}
+
+bool ThreadedSpeaker::available()
+{
+    if (m_state == State::NotStarted)
+        start();
+    return m_state != State::Missing;
+}
+
+void ThreadedSpeaker::start()
+{
+    m_state = State::Starting;
+    m_thread = new QThread;
+    m_thread->setObjectName(QStringLiteral("speech"));
+    auto *host = new EngineHost;
+    host->moveToThread(m_thread);
+    m_host = host;
+    connect(m_thread, &QThread::finished, host, &QObject::deleteLater);
+    connect(host, &EngineHost::ready, this, &ThreadedSpeaker::engineReady);
+    connect(host, &EngineHost::speakingChanged, this, [this](bool now) {
+        if (m_state == State::Ready)
+            setSpeaking(now);
+    });
+    m_thread->start();
+    QMetaObject::invokeMethod(
+        host, [host, factory = m_factory] { host->start(factory); }, Qt::QueuedConnection);
+    m_startLimit.start();
+}
+
+void ThreadedSpeaker::engineReady(bool available)
+{
+    m_startLimit.stop();
+    if (available) {
+        m_state = State::Ready;
+        if (!m_waiting.isEmpty() && m_speaking)
+            say(m_waiting);
+        m_waiting.clear();
+        return;
+    }
+    // Asked once: a missing engine is not looked for again at every press.
+    const bool wasStarting = m_state == State::Starting;
+    m_state = State::Missing;
+    m_waiting.clear();
+    setSpeaking(false);
+    if (wasStarting)
+        emit unavailable();
+}
+
+void ThreadedSpeaker::say(const QString &text)
+{
+    if (m_state == State::NotStarted)
+        start();
+    if (m_state == State::Missing || text.trimmed().isEmpty())
+        return;
+    // Counted as speaking from the request on: the engine tells its start a moment later,
+    // and a second press in between means stop.
+    setSpeaking(true);
+    if (m_state == State::Starting) {
+        m_waiting = text;
+        return;
+    }
+    auto *host = static_cast<EngineHost *>(m_host);
+    QMetaObject::invokeMethod(
+        host, [host, text] { host->say(text); }, Qt::QueuedConnection);
+}
+
+void ThreadedSpeaker::stop()
+{
+    m_waiting.clear();
+    if (m_host && m_state == State::Ready) {
+        auto *host = static_cast<EngineHost *>(m_host);
+        QMetaObject::invokeMethod(
+            host, [host] { host->stop(); }, Qt::QueuedConnection);
+    }
+    setSpeaking(false);
+}
+
+void ThreadedSpeaker::setSpeaking(bool now)
+{
+    if (now == m_speaking)
+        return;
+    m_speaking = now;
+    emit speakingChanged(now);
+}
+
+} // namespace speech
+
+#include "threadedspeaker.moc"

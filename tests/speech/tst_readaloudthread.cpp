@@ -1,0 +1,233 @@
+#include "../support/msgboxrecorder.h"
+#include "textwindow.h"
+
+#include <readable.h>
+#include <readaloud.h>
+#include <speechengine.h>
+#include <threadedspeaker.h>
+
+#include <QElapsedTimer>
+#include <QMutex>
+#include <QPlainTextEdit>
+#include <QPointer>
+#include <QSemaphore>
+#include <QTest>
+#include <QThread>
+#include <QTimer>
+#include <QVBoxLayout>
+
+#include <atomic>
+#include <memory>
+
+using namespace Qt::StringLiterals;
+
+using testing::TextWindow;
+
+namespace {
+
+// What the engines below saw, written on the engine's thread and read by the test.
+struct EngineLog
+{
+    QMutex mutex;
+    QStringList said;
+    int stops = 0;
+    QThread *thread = nullptr;
+    std::atomic<int> made {0};
+
+    QStringList saidSoFar()
+    {
+        QMutexLocker lock(&mutex);
+        return said;
+    }
+    int stopsSoFar()
+    {
+        QMutexLocker lock(&mutex);
+        return stops;
+    }
+};
+
+// Speaks at once and until it is stopped.
+class WorkingEngine final : public speech::SpeechEngine
+{
+public:
+    explicit WorkingEngine(EngineLog &log)
+        : m_log(log)
+    {
+        ++m_log.made;
+    }
+    void start() override
+    {
+        {
+            QMutexLocker lock(&m_log.mutex);
+            m_log.thread = QThread::currentThread();
+        }
+        emit ready(true);
+    }
+    void say(const QString &text) override
+    {
+        {
+            QMutexLocker lock(&m_log.mutex);
+            m_log.said << text;
+        }
+        emit speakingChanged(true);
+    }
+    void stop() override
+    {
+        {
+            QMutexLocker lock(&m_log.mutex);
+            ++m_log.stops;
+        }
+        emit speakingChanged(false);
+    }
+
+private:
+    EngineLog &m_log;
+};
+
+// A speech service that stopped answering: starting never returns. The gate is never
+// opened, and is never destroyed either, since the stuck thread outlives the test.
+class HangingEngine final : public speech::SpeechEngine
+{
+public:
+    explicit HangingEngine(EngineLog &log, QSemaphore *gate)
+        : m_gate(gate)
+    {
+        ++log.made;
+    }
+    void start() override { m_gate->acquire(); }
+    void say(const QString &) override { }
+    void stop() override { }
+
+private:
+    QSemaphore *m_gate;
+};
+
+// An engine that answers at once that there is no service.
+class MissingEngine final : public speech::SpeechEngine
+{
+public:
+    void start() override { emit ready(false); }
+    void say(const QString &) override { }
+    void stop() override { }
+};
+
+} // namespace
+
+class tst_ReadAloudThread : public QObject
+{
+    Q_OBJECT
+
+    testing::MsgBoxRecorder m_boxes;
+    // Outlives the speaker, which cleanup() lets go of: the engine writes to it to the end.
+    std::unique_ptr<EngineLog> m_log;
+    QPointer<TextWindow> m_window;
+
+    TextWindow *showWindow(const QString &text)
+    {
+        m_window = testing::showTextWindow(text);
+        return m_window;
+    }
+
+    static void useEngine(speech::ThreadedSpeaker::EngineFactory factory, int startLimitMs)
+    {
+        speech::ReadAloud::setSpeakerFactory([factory, startLimitMs] {
+            return std::make_unique<speech::ThreadedSpeaker>(factory, startLimitMs);
+        });
+    }
+
+private slots:
+    void init()
+    {
+        m_log = std::make_unique<EngineLog>();
+        m_boxes.install();
+    }
+
+    void cleanup()
+    {
+        delete m_window;
+        speech::ReadAloud::setSpeakerFactory({});
+        platform::setMsgBoxHook({});
+    }
+
+    void aWorkingEngineSpeaksOnItsOwnThreadAndStops()
+    {
+        EngineLog &log = *m_log;
+        useEngine([&log] { return std::make_unique<WorkingEngine>(log); }, 10000);
+        TextWindow *w = showWindow(u"Ο Περικλής μίλησε στην Πνύκα."_s);
+
+        QTest::keyClick(w->box, Qt::Key_F9);
+        QVERIFY(speech::ReadAloud::instance().speaking());
+        QTRY_COMPARE(log.saidSoFar(), QStringList {u"Ο Περικλής μίλησε στην Πνύκα."_s});
+        {
+            QMutexLocker lock(&log.mutex);
+            QVERIFY(log.thread);
+            QVERIFY(log.thread != QThread::currentThread());
+        }
+
+        QTest::keyClick(w->box, Qt::Key_Escape);
+        QVERIFY(!speech::ReadAloud::instance().speaking());
+        QTRY_COMPARE(log.stopsSoFar(), 1);
+        // The engine's own word that it has stopped changes nothing.
+        QTest::qWait(50);
+        QVERIFY(!speech::ReadAloud::instance().speaking());
+
+        // And reads again at the next press.
+        QTest::keyClick(w->box, Qt::Key_F9);
+        QTRY_COMPARE(log.saidSoFar().size(), 2);
+        QCOMPARE(log.made.load(), 1);
+        QVERIFY(m_boxes.isEmpty());
+    }
+
+    void anEngineThatNeverAnswersFreezesNothing()
+    {
+        EngineLog &log = *m_log;
+        auto *gate = new QSemaphore; // never freed: the stuck thread waits on it to the end
+        useEngine([&log, gate] { return std::make_unique<HangingEngine>(log, gate); }, 300);
+        TextWindow *w = showWindow(u"κείμενο"_s);
+
+        int ticks = 0;
+        QTimer clock;
+        connect(&clock, &QTimer::timeout, this, [&ticks] { ++ticks; });
+        clock.start(10);
+
+        QTest::keyClick(w->box, Qt::Key_F9);
+        // The press came back at once: the windows go on while the engine is asked.
+        QVERIFY(ticks < 5);
+        QTRY_COMPARE(m_boxes.size(), 1);
+        QCOMPARE(m_boxes.first().text, speech::ReadAloud::noEngineMessage());
+        QVERIFY2(ticks >= 10, qPrintable(u"the clock ticked %1 times"_s.arg(ticks)));
+        QVERIFY(!speech::ReadAloud::instance().speaking());
+
+        // Later presses neither ask again nor tell again.
+        QTest::keyClick(w->box, Qt::Key_F9);
+        QTest::keyClick(w->box, Qt::Key_F9);
+        QTest::qWait(400);
+        QCOMPARE(m_boxes.size(), 1);
+        QCOMPARE(log.made.load(), 1);
+        QVERIFY(!speech::ReadAloud::instance().speaking());
+
+        // Letting the speaker go does not wait for the stuck engine: the thread is left
+        // behind, and the test program still has to come to its end.
+        QElapsedTimer leaving;
+        leaving.start();
+        speech::ReadAloud::setSpeakerFactory({});
+        QVERIFY2(leaving.elapsed() < 5000, "leaving waited for the stuck engine");
+        const int before = ticks;
+        QTRY_VERIFY(ticks > before);
+    }
+
+    void aMissingServiceIsToldOnce()
+    {
+        useEngine([] { return std::make_unique<MissingEngine>(); }, 10000);
+        TextWindow *w = showWindow(u"κείμενο"_s);
+        QTest::keyClick(w->box, Qt::Key_F9);
+        QTRY_COMPARE(m_boxes.size(), 1);
+        QTest::keyClick(w->box, Qt::Key_F9);
+        QTest::qWait(50);
+        QCOMPARE(m_boxes.size(), 1);
+        QVERIFY(!speech::ReadAloud::instance().speaking());
+    }
+};
+
+QTEST_MAIN(tst_ReadAloudThread)
+#include "tst_readaloudthread.moc"

@@ -43,13 +43,18 @@ QAccessibleInterface *factory(const QString &className, QObject *object)
 
 } // namespace
 
+void installFactoryOnce(QAccessible::InterfaceFactory factory)
+{
+    static QList<QAccessible::InterfaceFactory> installed;
+    if (installed.contains(factory))
+        return;
+    installed.append(factory);
+    QAccessible::installFactory(factory);
+}
+
 void installAccessibility()
 {
-    static const bool installed = [] {
-        QAccessible::installFactory(factory);
-        return true;
-    }();
-    Q_UNUSED(installed);
+    installFactoryOnce(factory);
 }
 
 void setAccessibleRole(QWidget *widget, QAccessible::Role role, const QString &name)

@@ -16,6 +16,9 @@ namespace controls {
 // neither the program nor a test has to remember it.
 void installAccessibility();
 
+// Installs a factory of screen-reader interfaces once, however often its windows ask.
+void installFactoryOnce(QAccessible::InterfaceFactory factory);
+
 // Gives a plain widget a role for screen readers (a canvas, a pane), with its name.
 void setAccessibleRole(QWidget *widget, QAccessible::Role role, const QString &name);
 

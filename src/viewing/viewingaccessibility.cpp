@@ -3,6 +3,7 @@
 #include "frmtextresource.h"
 #include "frmtooltips.h"
 
+#include <accessibility.h>
 #include <chotword.h>
 #include <colhotwords.h>
 #include <errorpolicy.h>
@@ -190,11 +191,7 @@ QAccessibleInterface *factory(const QString &className, QObject *object)
 
 void installAccessibility()
 {
-    static const bool installed = [] {
-        QAccessible::installFactory(factory);
-        return true;
-    }();
-    Q_UNUSED(installed);
+    controls::installFactoryOnce(factory);
 }
 
 void renewAccessible(QWidget *widget)

@@ -178,9 +178,11 @@ void frmFullTextSearch::StartIndexBuild()
         std::shared_ptr<fulltext::Index> index;
         QString error;
         try {
-            const QString cacheFile = current
-                ? fulltext::cacheFileFor(contentFile)
-                : fulltext::buildIndex(contentFile, sources, dataFolder, [&](qint64 done, qint64) {
+            // Where the cache cannot be written, the index is built in memory: the search
+            // works all the same.
+            index = current
+                ? fulltext::Index::open(fulltext::cacheFileFor(contentFile))
+                : fulltext::buildAndOpen(contentFile, sources, dataFolder, [&](qint64 done, qint64) {
                       if (*cancel)
                           return false;
                       if (done % 64 == 0)
@@ -189,7 +191,6 @@ void frmFullTextSearch::StartIndexBuild()
                               Qt::QueuedConnection);
                       return true;
                   });
-            index = fulltext::Index::open(cacheFile);
         } catch (const platform::RuntimeError &e) {
             error = e.description();
         }

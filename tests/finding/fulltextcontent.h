@@ -1,8 +1,8 @@
 #pragma once
 
 // A small content on disk for the text search: texts with the forms a pupil may type,
-// rich-text files in a code page, with Unicode escapes and a word split by a colour, and
-// a text whose file is missing.
+// rich-text files in a code page, with Unicode escapes and a word split by a colour, a
+// text whose file is missing, and words of a short stem.
 
 #include "../hotwords/testcontent.h"
 
@@ -67,6 +67,10 @@ inline QString make(const QString &folder)
                    "\\'ed\\'e1\\'fc\\'f2 NOT {\\cf1 \\'c4\\'de}{\\cf2 \\'eb\\'ef\\'f2} OR * - -- x'y "
                    "\\u949?\\u955?\\u953?\\u940?\\line ")
             + rtfOf(u"Ἀπόλλων\\par}"_s));
+    // Words whose Snowball stem is as short as the particle's: "ναι", "ναύς", "να".
+    addResource(b, 7, 2, u"Χρησμοί"_s, QVariant(), u"t7.rtf"_s);
+    writeFile(
+        folder + u"/piges/t7.rtf"_s, rtfOf(u"{\\rtf1\\ansi Ναι, η ναύς έφυγε για να φέρει νερό.\\par}"_s));
     b.row(u"ResTypes"_s, {u"ResTypeID"_s, u"ResType"_s}, {1, u"Φωτογραφία"_s});
     b.row(u"ResTypes"_s, {u"ResTypeID"_s, u"ResType"_s}, {2, u"Κείμενο"_s});
     b.close();

@@ -3,7 +3,9 @@
 // sources with their words in bold, opens a text and finds the words selected there.
 // Pictures land in the test output folder.
 
+#include "samplecopy.h"
 #include "sampleshell.h"
+#include "warninglog.h"
 
 #include <childwindows.h>
 #include <colhotwords.h>
@@ -37,6 +39,43 @@ private:
     testing::MsgBoxRecorder m_boxes;
     MDIForm1 *m_shell = nullptr;
     QTemporaryDir m_cache;
+
+    // The shell's windows on another content file while it lives, then on the sample.
+    struct SampleSwap
+    {
+        explicit SampleSwap(const QString &contentFile)
+            : sample(std::move(modGlobal::gDatabase))
+        {
+            modGlobal::gDatabasePath = contentFile;
+            modGlobal::gDataFolder = QFileInfo(contentFile).absolutePath();
+            modGlobal::gDatabase = content::Database::OpenDatabase(contentFile);
+        }
+        ~SampleSwap()
+        {
+            modGlobal::gDatabase = std::move(sample);
+            modGlobal::gDatabasePath = testing::sampleCoursePath;
+            modGlobal::gDataFolder = QFileInfo(testing::sampleCoursePath).absolutePath();
+        }
+        Q_DISABLE_COPY_MOVE(SampleSwap)
+        std::unique_ptr<content::Database> sample;
+    };
+
+    // Opens the window, types the words and closes it again: whether the window built its
+    // index, and the sources it found.
+    void searchOnce(const QString &words, bool &built, QList<qint32> &found)
+    {
+        found.clear();
+        m_shell->mnuFullText->trigger();
+        frmFullTextSearch *search = frmFullTextSearch::instance(false);
+        QVERIFY(search);
+        built = search->prgIndex->isVisible();
+        QTRY_VERIFY_WITH_TIMEOUT(search->indexReady(), 30000);
+        search->txtWords->setText(words);
+        QTRY_VERIFY(!search->lblCount->text().isEmpty());
+        for (const fulltext::Result &r : search->results())
+            found << r.resourceID;
+        search->parentWidget()->close();
+    }
 
 private slots:
     void initTestCase()
@@ -164,6 +203,60 @@ private slots:
         // The words stay where the pupil types them.
         QCOMPARE(QApplication::focusWidget(), search->txtWords);
         search->parentWidget()->close();
+    }
+
+    void aCorrectedTextIsFoundOnTheNextOpening()
+    {
+        QTemporaryDir copy;
+        const QString content = testing::copySampleTexts(testing::sampleCoursePath, copy.path());
+        QVERIFY(!content.isEmpty());
+        const SampleSwap swap(content);
+        bool built = false;
+        QList<qint32> found;
+        searchOnce(u"ξυλοκερατιά"_s, built, found);
+        QVERIFY(built);
+        QCOMPARE(found, QList<qint32>());
+        QVERIFY(testing::addCarobTree(copy.path() + u"/piges/akrotiri.rtf"_s));
+        // Built again, as the text changed.
+        searchOnce(u"ξυλοκερατιά"_s, built, found);
+        QVERIFY(built);
+        QCOMPARE(found, QList<qint32>({107}));
+        QVERIFY(m_boxes.isEmpty());
+    }
+
+    void anUnwritableCacheSearchesFromAnIndexInMemory()
+    {
+        QTemporaryDir dir;
+        QFile file(dir.path() + u"/file"_s);
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        file.close();
+        // A cache folder that cannot be made, below a regular file.
+        qputenv("XDG_CACHE_HOME", QFile::encodeName(file.fileName() + u"/cache"_s));
+        QStringList warnings;
+        QList<fulltext::Result> results;
+        QString context;
+        {
+            testing::WarningLog log;
+            m_shell->mnuFullText->trigger();
+            frmFullTextSearch *search = frmFullTextSearch::instance(false);
+            QVERIFY(search);
+            QTRY_VERIFY_WITH_TIMEOUT(search->indexReady() || !search->lblCount->text().isEmpty(), 30000);
+            search->txtWords->setText(u"δηλος"_s);
+            QTRY_VERIFY(!search->lblCount->text().isEmpty());
+            results = search->results();
+            context = search->contextHtml(0);
+            search->parentWidget()->close();
+            for (const QString &line : log.lines()) {
+                if (line.startsWith(u"tremidia."_s))
+                    warnings << line;
+            }
+        }
+        qputenv("XDG_CACHE_HOME", m_cache.path().toUtf8());
+        QVERIFY(!results.isEmpty());
+        QVERIFY(context.contains(u"<b>"_s));
+        QCOMPARE(warnings.size(), 1);
+        QVERIFY2(warnings.front().startsWith(u"tremidia.content "_s), qPrintable(warnings.front()));
+        QVERIFY(m_boxes.isEmpty());
     }
 };
 

@@ -1,8 +1,10 @@
 // The content tool's fulltext command on the sample course and on the Jet test files:
 // one line per source found, best first; nothing for no match; a file that cannot be
-// read is an error.
+// read is an error; a text corrected is found on the next run; a cache that cannot be
+// written leaves the index in memory.
 
 #include "../support/contenttool.h"
+#include "samplecopy.h"
 
 #include <QFileInfo>
 #include <QTemporaryDir>
@@ -63,6 +65,43 @@ private slots:
             QCOMPARE(run.lines, QStringList());
             QCOMPARE(run.errors, QString());
         }
+    }
+
+    void aCorrectedTextIsFoundOnTheNextRun()
+    {
+        if (!QFileInfo::exists(sample))
+            QSKIP("the sample course is not built");
+        // A copy of the course's content and texts, one text corrected between two runs.
+        QTemporaryDir copy;
+        const QString content = testing::copySampleTexts(sample, copy.path());
+        QVERIFY(!content.isEmpty());
+        const QStringList query {u"fulltext"_s, content, u"ξυλοκερατιά"_s};
+        QCOMPARE(testing::contentTool(query).lines, QStringList());
+        QVERIFY(testing::addCarobTree(copy.path() + u"/piges/akrotiri.rtf"_s));
+        const testing::ToolRun run = testing::contentTool(query);
+        QCOMPARE(run.exitCode, 0);
+        QCOMPARE(run.lines, QStringList({u"107\t2\tΑκρωτήρι: μια πόλη κάτω από τη στάχτη"_s}));
+    }
+
+    void anUnwritableCacheSearchesFromAnIndexInMemory()
+    {
+        if (!QFileInfo::exists(sample))
+            QSKIP("the sample course is not built");
+        const testing::ToolRun kept = testing::contentTool({u"fulltext"_s, sample, u"ΔΗΛΟΣ"_s});
+        QTemporaryDir dir;
+        QFile file(dir.path() + u"/file"_s);
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        file.close();
+        // A cache folder that cannot be made, below a regular file.
+        qputenv("XDG_CACHE_HOME", QFile::encodeName(file.fileName() + u"/cache"_s));
+        const testing::ToolRun run = testing::contentTool({u"fulltext"_s, sample, u"ΔΗΛΟΣ"_s});
+        qputenv("XDG_CACHE_HOME", m_cache.path().toUtf8());
+        QCOMPARE(run.exitCode, 0);
+        QVERIFY(!run.lines.isEmpty());
+        QCOMPARE(run.lines, kept.lines);
+        const QStringList warnings = run.errors.split(u'\n', Qt::SkipEmptyParts);
+        QCOMPARE(warnings.size(), 1);
+        QVERIFY2(warnings.front().startsWith(u"tremidia.content: "_s), qPrintable(run.errors));
     }
 
     void aJetFileIsSearchedToo_data()

@@ -74,19 +74,19 @@ struct Index::Private
     std::vector<Term> terms; // sorted by term
     QHash<QString, std::vector<int>> stems;
 
-    // The terms a query word matches: those it begins, and those of its stem.
+    // The terms a query word matches: those that begin as it asks, and those of its stem.
     std::vector<int> termsOf(const QueryWord &word) const
     {
         std::vector<int> ids;
-        auto first = std::lower_bound(terms.begin(), terms.end(), word.folded,
+        auto first = std::lower_bound(terms.begin(), terms.end(), word.begins,
             [](const Term &t, const QString &w) { return t.term < w; });
-        for (auto it = first; it != terms.end() && it->term.startsWith(word.folded); ++it)
+        for (auto it = first; it != terms.end() && it->term.startsWith(word.begins); ++it)
             ids.push_back(int(it - terms.begin()));
         if (!word.stem.isEmpty()) {
             const auto found = stems.constFind(word.stem);
             if (found != stems.cend()) {
                 for (const int id : *found) {
-                    if (!terms[size_t(id)].term.startsWith(word.folded))
+                    if (!terms[size_t(id)].term.startsWith(word.begins))
                         ids.push_back(id);
                 }
             }
@@ -220,12 +220,33 @@ Index::Index()
 
 Index::~Index() = default;
 
+namespace {
+
+[[noreturn]] void unreadable(const content::sqlite::Error &e)
+{
+    throw platform::RuntimeError(
+        3343, QStringLiteral("Το ευρετήριο των κειμένων δεν διαβάζεται: %1").arg(e.message()));
+}
+
+} // namespace
+
 std::unique_ptr<Index> Index::open(const QString &cacheFile)
+{
+    std::unique_ptr<content::sqlite::Connection> db;
+    try {
+        db = std::make_unique<content::sqlite::Connection>(cacheFile, SQLITE_OPEN_READONLY);
+    } catch (const content::sqlite::Error &e) {
+        unreadable(e);
+    }
+    return read(std::move(db));
+}
+
+std::unique_ptr<Index> Index::read(std::unique_ptr<content::sqlite::Connection> db)
 {
     std::unique_ptr<Index> index(new Index);
     Private &p = *index->d;
     try {
-        p.db = std::make_unique<content::sqlite::Connection>(cacheFile, SQLITE_OPEN_READONLY);
+        p.db = std::move(db);
         auto docs = p.db->prepare(QStringLiteral(
             "SELECT doc, ResourceID, ResTypeID, title, book, titleWords, words FROM docs ORDER BY doc"));
         while (docs->step()) {
@@ -246,8 +267,7 @@ std::unique_ptr<Index> Index::open(const QString &cacheFile)
                 p.stems[stem].push_back(int(p.terms.size() - 1));
         }
     } catch (const content::sqlite::Error &e) {
-        throw platform::RuntimeError(
-            3343, QStringLiteral("Το ευρετήριο των κειμένων δεν διαβάζεται: %1").arg(e.message()));
+        unreadable(e);
     }
     return index;
 }

@@ -9,6 +9,10 @@
 #include <functional>
 #include <memory>
 
+namespace content::sqlite {
+class Connection;
+}
+
 // The index of the words of every source. It lives in the user's cache folder
 // ($XDG_CACHE_HOME/tremidia/, by default ~/.cache/tremidia/), one SQLite file per content
 // file, keyed by the content file's path, size and modification time: the content folder
@@ -24,7 +28,9 @@ using Progress = std::function<bool(qint64 done, qint64 total)>;
 QString cacheFolder();
 QString cacheFileFor(const QString &contentFile);
 
-// True when the cache holds an index made from the content file as it is now.
+// True when the cache holds an index made from the content file as it is now, and from
+// every text file it looked for as it is now (changed, put in place or removed since, it
+// is not current).
 bool isCurrent(const QString &contentFile);
 
 // Builds the index of `sources` (rich-text files found below `dataFolder`) for the
@@ -59,6 +65,9 @@ public:
 
     // Reads the index file whole into memory. Throws platform::RuntimeError.
     static std::unique_ptr<Index> open(const QString &cacheFile);
+    // The same for an index database already open (one built in memory), which the
+    // index keeps.
+    static std::unique_ptr<Index> read(std::unique_ptr<content::sqlite::Connection> db);
 
     int sourceCount() const;
 
@@ -79,5 +88,19 @@ private:
     struct Private;
     std::unique_ptr<Private> d;
 };
+
+// The index built as buildIndex builds it, and opened. Where the cache folder cannot be
+// made or written (read-only, full), the same index is built in memory instead, with one
+// warning in tremidia.content: the search works, the index is only not kept.
+std::unique_ptr<Index> buildAndOpen(const QString &contentFile, const QList<Source> &sources,
+    const QString &dataFolder, const Progress &progress = {});
+
+// The index of `sources` built in a database in memory, and opened.
+std::unique_ptr<Index> buildIndexInMemory(const QString &contentFile, const QList<Source> &sources,
+    const QString &dataFolder, const Progress &progress = {});
+
+// The index of the content file, opened: the cache's when current, else built as
+// buildAndOpen does. Throws platform::RuntimeError for a content file that cannot be read.
+std::unique_ptr<Index> openIndex(const QString &contentFile, const Progress &progress = {});
 
 } // namespace fulltext

@@ -1,8 +1,10 @@
 #include "fulltextindex.h"
 #include "indexformat.h"
+#include "textstamps.h"
 #include "wordfold.h"
 
 #include <database.h>
+#include <logging.h>
 #include <runtimeerror.h>
 #include <sqliteconnection.h>
 
@@ -38,10 +40,13 @@ ContentKey keyOf(const QString &contentFile)
     return {info.absoluteFilePath(), info.size(), info.lastModified().toMSecsSinceEpoch()};
 }
 
+// The cache folder cannot be made or written: the index is then kept in memory.
+constexpr int CacheNotWritable = 3051;
+
 [[noreturn]] void cacheError(const QString &what)
 {
-    throw platform::RuntimeError(
-        3051, QStringLiteral("Δεν είναι δυνατή η εγγραφή του ευρετηρίου των κειμένων (%1).").arg(what));
+    throw platform::RuntimeError(CacheNotWritable,
+        QStringLiteral("Δεν είναι δυνατή η εγγραφή του ευρετηρίου των κειμένων (%1).").arg(what));
 }
 
 // The words of one term as the sources are read.
@@ -56,23 +61,19 @@ struct TermPostings
 class Builder
 {
 public:
-    // Adds the next source, its words at places from 0; `titleWords` of them are its title.
-    int add(int doc, const QString &text, int titleWords)
+    // Adds the next source, its words at places from 0, field after field; `titleWords`
+    // of them are its title, the first field. Returns the places taken.
+    int add(int doc, const QStringList &fields, int titleWords)
     {
         m_places.clear();
         int place = 0;
-        forEachWord(text, [&](qsizetype, qsizetype, const QString &folded) {
-            auto it = m_ids.constFind(folded);
-            int id;
-            if (it == m_ids.cend()) {
-                id = int(m_terms.size());
-                m_ids.insert(folded, id);
-                m_terms.push_back({folded, {}, {}, 0});
-            } else {
-                id = *it;
-            }
-            m_places.push_back({id, place++});
-        });
+        for (const QString &field : fields) {
+            // One place left empty between fields, so that a phrase never runs from the
+            // end of one (a title) into the next (its author).
+            if (place > 0)
+                ++place;
+            placeWords(field, place);
+        }
         // Sorted by term, each term's places in order.
         std::stable_sort(m_places.begin(), m_places.end(),
             [](const std::pair<int, int> &a, const std::pair<int, int> &b) { return a.first < b.first; });
@@ -99,6 +100,22 @@ public:
     std::vector<TermPostings> &terms() { return m_terms; }
 
 private:
+    void placeWords(const QString &text, int &place)
+    {
+        forEachWord(text, [&](qsizetype, qsizetype, const QString &folded) {
+            auto it = m_ids.constFind(folded);
+            int id;
+            if (it == m_ids.cend()) {
+                id = int(m_terms.size());
+                m_ids.insert(folded, id);
+                m_terms.push_back({folded, {}, {}, 0});
+            } else {
+                id = *it;
+            }
+            m_places.push_back({id, place++});
+        });
+    }
+
     QHash<QString, int> m_ids;
     std::vector<TermPostings> m_terms;
     std::vector<std::pair<int, int>> m_places;
@@ -111,9 +128,18 @@ int wordCount(const QString &text)
     return n;
 }
 
-// A source's words, one field a line: the title first, so that its words take the first
-// places.
-QString indexedText(const Source &s, const QString &body)
+// The text of a source's file, its stamp taken first.
+QString readText(const QString &path, TextStamps &stamps)
+{
+    if (path.isEmpty())
+        return QString();
+    stamps.note(path);
+    return readSourceText(path);
+}
+
+// A source's words, field by field: the title first, so that its words take the first
+// places. The index keeps them one field a line.
+QStringList indexedFields(const Source &s, const QString &body)
 {
     QStringList lines {plainField(s.title())};
     for (const QString &field :
@@ -123,7 +149,74 @@ QString indexedText(const Source &s, const QString &body)
     }
     if (!body.isEmpty())
         lines << body;
-    return lines.join(u'\n');
+    return lines;
+}
+
+// Writes the whole index of `sources` into an empty database: a file of the cache or,
+// where the cache cannot be written, one in memory.
+void writeIndex(content::sqlite::Connection &db, const ContentKey &key, const QList<Source> &sources,
+    const QString &dataFolder, const Progress &progress)
+{
+    db.execute(QStringLiteral(
+        "PRAGMA journal_mode=OFF; PRAGMA synchronous=OFF;"
+        "CREATE TABLE meta (key TEXT PRIMARY KEY, value TEXT);"
+        "CREATE TABLE docs (doc INTEGER PRIMARY KEY, ResourceID INTEGER, ResTypeID INTEGER, title TEXT, "
+        "book TEXT, titleWords INTEGER, words INTEGER, text TEXT);"
+        "CREATE TABLE terms (id INTEGER PRIMARY KEY, term TEXT, stem TEXT, docs BLOB, positions BLOB);"
+        "BEGIN"));
+    Builder builder;
+    TextStamps stamps;
+    auto insertDoc = db.prepare(QStringLiteral("INSERT INTO docs VALUES (?, ?, ?, ?, ?, ?, ?, ?)"));
+    const qint64 total = sources.size();
+    for (qsizetype doc = 0; doc < sources.size(); ++doc) {
+        if (progress && !progress(doc, total))
+            throw platform::RuntimeError(3059, QStringLiteral("Η λειτουργία ακυρώθηκε."));
+        const Source &s = sources.at(doc);
+        const QString title = plainField(s.title());
+        const QStringList fields = indexedFields(s, readText(s.textFile(dataFolder), stamps));
+        const QString text = fields.join(u'\n');
+        const int titleWords = wordCount(title);
+        const int words = builder.add(int(doc), fields, titleWords);
+        insertDoc->reset();
+        insertDoc->bind(1, int(doc));
+        insertDoc->bind(2, s.resourceID);
+        insertDoc->bind(3, s.resTypeID);
+        insertDoc->bind(4, title);
+        insertDoc->bind(5, s.book);
+        insertDoc->bind(6, titleWords);
+        insertDoc->bind(7, words);
+        insertDoc->bind(8, text);
+        insertDoc->step();
+    }
+    // Term ids follow the words' order, so that the words a prefix begins are
+    // neighbours.
+    std::vector<TermPostings> &terms = builder.terms();
+    std::sort(terms.begin(), terms.end(),
+        [](const TermPostings &a, const TermPostings &b) { return a.term < b.term; });
+    auto insertTerm = db.prepare(QStringLiteral("INSERT INTO terms VALUES (?, ?, ?, ?, ?)"));
+    for (size_t id = 0; id < terms.size(); ++id) {
+        insertTerm->reset();
+        insertTerm->bind(1, qint64(id));
+        insertTerm->bind(2, terms[id].term);
+        const QString stem = greekStem(terms[id].term);
+        insertTerm->bind(3, stem.isEmpty() ? QVariant() : QVariant(stem));
+        insertTerm->bind(4, terms[id].docs);
+        insertTerm->bind(5, terms[id].positions);
+        insertTerm->step();
+    }
+    auto insertMeta = db.prepare(QStringLiteral("INSERT INTO meta VALUES (?, ?)"));
+    for (const auto &[name, value] : {std::pair {QStringLiteral("format"), QString::number(format::Version)},
+             {QStringLiteral("path"), key.path}, {QStringLiteral("size"), QString::number(key.size)},
+             {QStringLiteral("mtime"), QString::number(key.mtime)}}) {
+        insertMeta->reset();
+        insertMeta->bind(1, name);
+        insertMeta->bind(2, value);
+        insertMeta->step();
+    }
+    stamps.write(db);
+    db.execute(QStringLiteral("COMMIT"));
+    if (progress)
+        progress(total, total);
 }
 
 } // namespace
@@ -159,7 +252,7 @@ bool isCurrent(const QString &contentFile)
         return meta.value(QStringLiteral("format")) == QString::number(format::Version)
             && meta.value(QStringLiteral("path")) == key.path
             && meta.value(QStringLiteral("size")) == QString::number(key.size)
-            && meta.value(QStringLiteral("mtime")) == QString::number(key.mtime);
+            && meta.value(QStringLiteral("mtime")) == QString::number(key.mtime) && TextStamps::unchanged(db);
     } catch (const content::sqlite::Error &) {
         return false;
     }
@@ -181,64 +274,7 @@ QString buildIndex(const QString &contentFile, const QList<Source> &sources, con
     QFile::remove(temporary);
     try {
         content::sqlite::Connection db(temporary, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE);
-        db.execute(QStringLiteral(
-            "PRAGMA journal_mode=OFF; PRAGMA synchronous=OFF;"
-            "CREATE TABLE meta (key TEXT PRIMARY KEY, value TEXT);"
-            "CREATE TABLE docs (doc INTEGER PRIMARY KEY, ResourceID INTEGER, ResTypeID INTEGER, title TEXT, "
-            "book TEXT, titleWords INTEGER, words INTEGER, text TEXT);"
-            "CREATE TABLE terms (id INTEGER PRIMARY KEY, term TEXT, stem TEXT, docs BLOB, positions BLOB);"
-            "BEGIN"));
-        Builder builder;
-        auto insertDoc = db.prepare(QStringLiteral("INSERT INTO docs VALUES (?, ?, ?, ?, ?, ?, ?, ?)"));
-        const qint64 total = sources.size();
-        for (qsizetype doc = 0; doc < sources.size(); ++doc) {
-            if (progress && !progress(doc, total))
-                throw platform::RuntimeError(3059, QStringLiteral("Η λειτουργία ακυρώθηκε."));
-            const Source &s = sources.at(doc);
-            const QString title = plainField(s.title());
-            const QString text = indexedText(s, readSourceText(s.textFile(dataFolder)));
-            const int titleWords = wordCount(title);
-            const int words = builder.add(int(doc), text, titleWords);
-            insertDoc->reset();
-            insertDoc->bind(1, int(doc));
-            insertDoc->bind(2, s.resourceID);
-            insertDoc->bind(3, s.resTypeID);
-            insertDoc->bind(4, title);
-            insertDoc->bind(5, s.book);
-            insertDoc->bind(6, titleWords);
-            insertDoc->bind(7, words);
-            insertDoc->bind(8, text);
-            insertDoc->step();
-        }
-        // Term ids follow the words' order, so that the words a prefix begins are
-        // neighbours.
-        std::vector<TermPostings> &terms = builder.terms();
-        std::sort(terms.begin(), terms.end(),
-            [](const TermPostings &a, const TermPostings &b) { return a.term < b.term; });
-        auto insertTerm = db.prepare(QStringLiteral("INSERT INTO terms VALUES (?, ?, ?, ?, ?)"));
-        for (size_t id = 0; id < terms.size(); ++id) {
-            insertTerm->reset();
-            insertTerm->bind(1, qint64(id));
-            insertTerm->bind(2, terms[id].term);
-            const QString stem = greekStem(terms[id].term);
-            insertTerm->bind(3, stem.isEmpty() ? QVariant() : QVariant(stem));
-            insertTerm->bind(4, terms[id].docs);
-            insertTerm->bind(5, terms[id].positions);
-            insertTerm->step();
-        }
-        auto insertMeta = db.prepare(QStringLiteral("INSERT INTO meta VALUES (?, ?)"));
-        for (const auto &[name, value] :
-            {std::pair {QStringLiteral("format"), QString::number(format::Version)},
-                {QStringLiteral("path"), key.path}, {QStringLiteral("size"), QString::number(key.size)},
-                {QStringLiteral("mtime"), QString::number(key.mtime)}}) {
-            insertMeta->reset();
-            insertMeta->bind(1, name);
-            insertMeta->bind(2, value);
-            insertMeta->step();
-        }
-        db.execute(QStringLiteral("COMMIT"));
-        if (progress)
-            progress(total, total);
+        writeIndex(db, key, sources, dataFolder, progress);
     } catch (const content::sqlite::Error &e) {
         QFile::remove(temporary);
         cacheError(e.message());
@@ -261,6 +297,43 @@ QString ensureIndex(const QString &contentFile, const Progress &progress)
     const auto db = content::Database::OpenDatabase(contentFile);
     const QList<Source> sources = readSources(*db);
     return buildIndex(contentFile, sources, QFileInfo(contentFile).absolutePath(), progress);
+}
+
+std::unique_ptr<Index> buildIndexInMemory(const QString &contentFile, const QList<Source> &sources,
+    const QString &dataFolder, const Progress &progress)
+{
+    const ContentKey key = keyOf(contentFile);
+    try {
+        std::unique_ptr<content::sqlite::Connection> db = content::sqlite::Connection::openMemory();
+        writeIndex(*db, key, sources, dataFolder, progress);
+        return Index::read(std::move(db));
+    } catch (const content::sqlite::Error &e) {
+        cacheError(e.message());
+    }
+}
+
+std::unique_ptr<Index> buildAndOpen(const QString &contentFile, const QList<Source> &sources,
+    const QString &dataFolder, const Progress &progress)
+{
+    try {
+        return Index::open(buildIndex(contentFile, sources, dataFolder, progress));
+    } catch (const platform::RuntimeError &e) {
+        if (e.number() != CacheNotWritable)
+            throw;
+        qCWarning(lcContent)
+            << "the text search's index is kept in memory, since the cache cannot be written:"
+            << e.description();
+    }
+    return buildIndexInMemory(contentFile, sources, dataFolder, progress);
+}
+
+std::unique_ptr<Index> openIndex(const QString &contentFile, const Progress &progress)
+{
+    if (isCurrent(contentFile))
+        return Index::open(cacheFileFor(contentFile));
+    const auto db = content::Database::OpenDatabase(contentFile);
+    const QList<Source> sources = readSources(*db);
+    return buildAndOpen(contentFile, sources, QFileInfo(contentFile).absolutePath(), progress);
 }
 
 } // namespace fulltext

@@ -6,9 +6,19 @@
 
 namespace fulltext {
 
+QueryWord QueryWord::of(const QString &folded)
+{
+    const QString stem = greekStem(folded);
+    if (stem.size() >= MinStemLetters)
+        return {folded, stem, folded};
+    if (!stem.isEmpty())
+        return {folded, QString(), folded.left(MinStemLetters)};
+    return {folded, QString(), folded};
+}
+
 bool QueryWord::matches(const QString &foldedWord, const QString &wordStem) const
 {
-    if (foldedWord.startsWith(folded))
+    if (foldedWord.startsWith(begins))
         return true;
     return !stem.isEmpty() && wordStem == stem;
 }
@@ -18,9 +28,8 @@ namespace {
 Phrase phraseOf(QStringView text)
 {
     Phrase phrase;
-    forEachWord(text, [&](qsizetype, qsizetype, const QString &folded) {
-        phrase.append({folded, greekStem(folded)});
-    });
+    forEachWord(
+        text, [&](qsizetype, qsizetype, const QString &folded) { phrase.append(QueryWord::of(folded)); });
     return phrase;
 }
 

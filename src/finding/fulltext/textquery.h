@@ -9,13 +9,23 @@
 // plain character, as are "*", "-", "OR", "NOT" and apostrophes.
 namespace fulltext {
 
+// A Greek query word matches other endings of its stem only when the stem has at least
+// this many letters: shorter stems join unrelated words ("ναός", "ναι", "ναύς" and the
+// particle "να" all stem to "να").
+inline constexpr int MinStemLetters = 3;
+
 struct QueryWord
 {
     QString folded;
     QString stem; // empty when the word matches by its beginning only
+    QString begins; // a text word that begins with this matches
 
-    // A folded word of a text matches when it begins with the query word or, for Greek
-    // words, has the same stem.
+    // The word as it matches: by its stem when that is long enough; a Greek word with a
+    // shorter stem by the first letters of the word, as many as a stem needs ("ναός"
+    // finds "ναού" and "ναοί", not "ναι"); any word by its beginning.
+    static QueryWord of(const QString &folded);
+
+    // A folded word of a text matches when it begins with `begins` or has the same stem.
     bool matches(const QString &foldedWord, const QString &wordStem) const;
 };
 

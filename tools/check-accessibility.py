@@ -3,10 +3,10 @@
 
 Run by tools/check-accessibility.sh inside a D-Bus session, with DISPLAY set to a
 virtual X display: starts the program on the sample course, presses keys with xdotool
-(start screen, shell, a text, a hot word's tip, and back), reads the windows through
-AT-SPI after each step, and prints every step and every object that can take the focus
-but has no name or no role. Exits 1 when a step does not come about or an object has no
-name, 0 otherwise.
+(start screen, shell, a text, a hot word's tip, back, and the text search), reads the
+windows through AT-SPI after each step, and prints every step and every object that can
+take the focus but has no name or no role. Exits 1 when a step does not come about or an
+object has no name, 0 otherwise.
 """
 
 import os
@@ -304,8 +304,57 @@ def run(proc):
                 lambda: focus_is(app, lambda n: n.name == tile_name and n.getRole() == pyatspi.ROLE_PUSH_BUTTON))
     if back:
         say("Escape -> the text is closed, focus on %s" % describe(back))
+    walk_text_search(app)
     if proc.poll() is not None:
         fail("the program ended on its own (exit %s)" % proc.returncode)
+
+
+def type_text(text):
+    subprocess.run(["xdotool", "type", "--clearmodifiers", "--delay", "80", text], check=True, timeout=20)
+    time.sleep(0.25)
+
+
+def named_list(app, name):
+    for window in windows(app):
+        for node, _ in walk(window):
+            if node.getRole() == pyatspi.ROLE_LIST and node.name == name:
+                s = states(node)
+                if s is not None and s.contains(pyatspi.STATE_SHOWING):
+                    return node
+    return None
+
+
+def walk_text_search(app):
+    """Opens the text search by its key, types a word and reads the results as Orca does:
+    the list by its name, each result by its title and the line of text around the word."""
+    focus_window("ΤΡΕΜΙΔΙΑ")
+    key("ctrl+shift+f")
+    field = poll("the focus on the text search's field", lambda: focus_is(app, lambda n: n.getRole() in (
+        pyatspi.ROLE_ENTRY, pyatspi.ROLE_TEXT) and (n.name or "").startswith("Λέξεις")), timeout=STEP_TIMEOUT * 2)
+    if field is None:
+        show_focus(app, "Ctrl+Shift+F")
+        return
+    say("Ctrl+Shift+F -> text search: %s" % describe(field))
+    type_text("ναός")
+    results = poll("the text search's result list «Πηγές που βρέθηκαν» with results",
+                   lambda: (lambda node: node if node is not None and node.childCount > 0 else None)(
+                       named_list(the_app(), "Πηγές που βρέθηκαν")), timeout=STEP_TIMEOUT * 3)
+    if results is None:
+        return
+    say("typed «ναός» -> %s, %d results" % (describe(results), results.childCount))
+    key("Tab")
+    for step in ("Tab", "Down"):
+        if step == "Down":
+            key("Down")
+        item = poll("a result with the focus", lambda: focus_is(app, lambda n: n.getRole() in ITEM_ROLES))
+        if item is None:
+            return
+        say("%s -> result %s" % (step, describe(item)))
+        if not (item.name or "").strip():
+            fail("a result of the text search has no name")
+        if not (item.description or "").strip():
+            fail("a result of the text search does not carry its line of text")
+    check_names(app, "text search")
 
 
 if __name__ == "__main__":

@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Starts the program on the sample course on a virtual X display with an accessibility
 # bus of its own, walks it by keys alone (start screen, shell, a text, a hot word's tip
-# and back) and reads every window as a screen reader does. Prints each step and every
+# and back, the text search) and reads every window as a screen reader does. Prints each step and every
 # object that takes the focus without a name or a role; exits non-zero on any failure.
 #
 #   tools/check-accessibility.sh [BUILD_DIR]     (default: build)

@@ -80,6 +80,14 @@ qint32 numberFromTag(const QTreeWidgetItem *item)
     return number;
 }
 
+// Clears the check mark of the list's item `index`, when there is one: before the first
+// check the index is -1, and a list filled afresh may be shorter than the index kept.
+void clearCheck(CheckListView *list, int index)
+{
+    if (index >= 1 && index <= list->count())
+        list->setChecked(list->ListItems(index), false);
+}
+
 content::Database &database()
 {
     if (!modGlobal::gDatabase)
@@ -258,8 +266,8 @@ void frmNewFirst::CheckListBox(const QString &text)
 
 // ---- Themes ----------------------------------------------------------------------------
 
-// Errors are ignored statement by statement in all list handlers; that is what makes the
-// first check work, when there is no item LastThemeIndex (-1) to clear.
+// Errors are passed over statement by statement in all list handlers, so that one failing
+// step leaves the lists as usable as it can; the normal path meets none.
 void frmNewFirst::List2_ItemCheck(QTreeWidgetItem *item)
 {
     const int index = List2->indexOf(item);
@@ -268,7 +276,7 @@ void frmNewFirst::List2_ItemCheck(QTreeWidgetItem *item)
         return;
 
     if (!List2->isChecked(item)) {
-        resumeNext([&] { List2->setChecked(List2->ListItems(LastThemeIndex), false); });
+        resumeNext([&] { clearCheck(List2, LastThemeIndex); });
         resumeNext([&] { List2->setChecked(item, true); });
         resumeNext([&] { LastThemeIndex = static_cast<qint16>(List2->indexOf(List2->selected())); });
     } else {
@@ -292,7 +300,7 @@ void frmNewFirst::List2_Click()
 
 void frmNewFirst::checkTheme(QTreeWidgetItem *item)
 {
-    resumeNext([&] { List2->setChecked(List2->ListItems(LastThemeIndex), false); });
+    resumeNext([&] { clearCheck(List2, LastThemeIndex); });
     resumeNext([&] { List2->setSelectedItem(item); });
     resumeNext([&] { List2->setChecked(item, true); });
     resumeNext([&] { LastThemeIndex = static_cast<qint16>(List2->indexOf(item)); });
@@ -336,7 +344,7 @@ void frmNewFirst::List1_Click()
 
 void frmNewFirst::pickScenario(QTreeWidgetItem *item)
 {
-    resumeNext([&] { List1->setChecked(List1->ListItems(LastScenarioIndex), false); });
+    resumeNext([&] { clearCheck(List1, LastScenarioIndex); });
     resumeNext([&] { LastScenarioIndex = static_cast<qint16>(List1->indexOf(item)); });
     resumeNext([&] { lvwActivities->clearItems(); });
     // The first activity counts as chosen at once, though it carries no check mark.
@@ -383,8 +391,8 @@ void frmNewFirst::lvwActivities_Click()
 void frmNewFirst::pickActivity()
 {
     resumeNext([&] {
-        if (lvwActivities->indexOf(lvwActivities->selected()) != LastActivityIndex && LastActivityIndex > 0)
-            lvwActivities->setChecked(lvwActivities->ListItems(LastActivityIndex), false);
+        if (lvwActivities->indexOf(lvwActivities->selected()) != LastActivityIndex)
+            clearCheck(lvwActivities, LastActivityIndex);
     });
     resumeNext(
         [&] { LastActivityIndex = static_cast<qint16>(lvwActivities->indexOf(lvwActivities->selected())); });

@@ -2,6 +2,7 @@
 
 #include <accessibility.h>
 
+#include "canvaskeys.h"
 #include "drawingtoolbar.h"
 #include "drawingtools.h"
 #include "frmdrawingtext.h"
@@ -137,6 +138,7 @@ frmDrawing::frmDrawing(QWidget *parent)
     picContainer->setAutoFillBackground(true);
     picContainer->setFocusPolicy(Qt::StrongFocus);
     controls::setAccessibleRole(picContainer, QAccessible::Canvas, QStringLiteral("Σχέδιο"));
+    new CanvasScrollKeys(picContainer, HS, VS);
     // A scroll bar never keeps the focus: the container takes it.
     HS->setFocusPolicy(Qt::NoFocus);
     VS->setFocusPolicy(Qt::NoFocus);

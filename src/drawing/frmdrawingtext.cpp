@@ -58,6 +58,11 @@ frmDrawingText::frmDrawingText(QWidget *parent)
     cmbFontSize->setEditable(true);
     cmbFontName->setToolTip(QStringLiteral("Γραμματοσειρά"));
     cmbFontSize->setToolTip(QStringLiteral("Μέγεθος γραμματοσειράς"));
+    // Screen readers say what the tips say; the text to write is the field itself.
+    txtText->setAccessibleName(QStringLiteral("Κείμενο"));
+    cmbFontName->setAccessibleName(cmbFontName->toolTip());
+    cmbFontSize->setAccessibleName(cmbFontSize->toolTip());
+    cmbFontSize->lineEdit()->setAccessibleName(cmbFontSize->toolTip());
     chcBold->setToolTip(QStringLiteral("Έντονη γραφή"));
     chcItalics->setToolTip(QStringLiteral("Πλάγια γραφή"));
     cmdApply->setToolTip(QStringLiteral("Εφαρμογή και έξοδος"));

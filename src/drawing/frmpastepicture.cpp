@@ -62,6 +62,8 @@ frmPastePicture::frmPastePicture(QWidget *parent)
     : QWidget(parent, Qt::Tool | Qt::FramelessWindowHint)
 {
     setObjectName(QStringLiteral("frmPastePicture"));
+    // No frame shows it, but a screen reader names the window by it.
+    setWindowTitle(QStringLiteral("Σφραγίδες"));
     platform::useDesignedColours(this);
     setAttribute(Qt::WA_DeleteOnClose);
     setMouseTracking(true);

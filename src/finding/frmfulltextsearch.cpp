@@ -4,6 +4,7 @@
 
 #include <contentpath.h>
 #include <database.h>
+#include <designedcolours.h>
 #include <errorpolicy.h>
 #include <frmtextresource.h>
 #include <modglobal.h>
@@ -22,10 +23,12 @@
 #include <QListWidget>
 #include <QProgressBar>
 #include <QShortcut>
+#include <QTextDocumentFragment>
 #include <QThread>
 #include <QTimer>
 
 #include <algorithm>
+#include <functional>
 
 namespace {
 
@@ -45,6 +48,28 @@ QIcon iconFor(const QString &key)
         it = icons.insert(key, resources::exists(key) ? resources::LoadResIcon(key) : QIcon());
     return *it;
 }
+
+// A result as a screen reader hears it: its title, then the line of text around the words
+// found, which the list only draws. The line is asked of the window when it is first read.
+class ResultItem final : public QListWidgetItem
+{
+public:
+    ResultItem(const QIcon &icon, const QString &title, std::function<QString()> context)
+        : QListWidgetItem(icon, title)
+        , m_context(std::move(context))
+    {
+    }
+
+    QVariant data(int role) const override
+    {
+        if (role == Qt::AccessibleDescriptionRole)
+            return QTextDocumentFragment::fromHtml(m_context()).toPlainText();
+        return QListWidgetItem::data(role);
+    }
+
+private:
+    std::function<QString()> m_context;
+};
 
 QString countText(qsizetype count)
 {
@@ -84,7 +109,9 @@ frmFullTextSearch::frmFullTextSearch(QWidget *parent)
         {prgIndex, "prgIndex"}, {lblCount, "lblCount"}, {lstResults, "lstResults"}};
     for (const auto &[widget, name] : names)
         widget->setObjectName(QString::fromLatin1(name));
+    platform::useDesignedColours(this);
     lblWords->setBuddy(txtWords);
+    lstResults->setAccessibleName(QStringLiteral("Πηγές που βρέθηκαν"));
     txtWords->setPlaceholderText(QStringLiteral("Γράψε μια λέξη ή \"μια φράση\""));
     txtWords->setClearButtonEnabled(true);
     prgIndex->setFormat(QStringLiteral("Ετοιμάζεται το ευρετήριο των κειμένων… %p%"));
@@ -233,7 +260,7 @@ void frmFullTextSearch::Search()
     lstResults->clear();
     for (qsizetype i = 0; i < m_results.size(); ++i) {
         const fulltext::Result &r = m_results.at(i);
-        auto *item = new QListWidgetItem(iconFor(iconKey(r)), r.title);
+        auto *item = new ResultItem(iconFor(iconKey(r)), r.title, [this, i] { return contextHtml(int(i)); });
         item->setData(ResultRole, int(i));
         item->setToolTip(r.title);
         lstResults->addItem(item);

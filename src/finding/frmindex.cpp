@@ -152,7 +152,12 @@ void frmIndex::Load()
     cmdPicture->setEnabled(false);
     cmdVideo->setEnabled(false);
     cmdSound->setEnabled(false);
-    LvEnnoia->setStyleSheet(QStringLiteral("QTreeWidget { background-color: rgb(255, 247, 211); }"));
+    // The cream goes into the list's own palette, over the designed colours it inherits: a
+    // style sheet would cut the list off from them, and a dark desktop's light text would
+    // come through onto the cream.
+    QPalette cream = LvEnnoia->palette();
+    cream.setColor(QPalette::Base, QColor(255, 247, 211));
+    LvEnnoia->setPalette(cream);
     rtfExp->setBackColor(ListBackColor);
     if (ShellWindow *shell = ShellWindow::existing())
         shell->setToggleChecked(ShellWindow::Toggle::Catalogue, true);

@@ -54,6 +54,8 @@ frmFind::frmFind(QWidget *owner)
     setAttribute(Qt::WA_DeleteOnClose);
     txtFind->setObjectName(QStringLiteral("txtFind"));
     TxtRep->setObjectName(QStringLiteral("TxtRep"));
+    lbFind->setBuddy(txtFind);
+    lblRep->setBuddy(TxtRep);
 
     placeTwips(lbFind, 120, 120, 1700, 285);
     placeTwips(txtFind, 1860, 90, 3900, RepHeight);

@@ -57,6 +57,13 @@ frmFormat::frmFormat(QWidget *owner)
     setAttribute(Qt::WA_DeleteOnClose);
     setModal(true);
     Combo1->setEditable(true);
+    // Screen readers name each field by the label before it.
+    Label1->setBuddy(imgCombo);
+    Label3->setBuddy(Text1);
+    Label4->setBuddy(Text2);
+    Label5->setBuddy(Combo1);
+    Combo1->lineEdit()->setAccessibleName(Label5->text());
+    Text3->setAccessibleName(QStringLiteral("Απόσταση"));
     resize(platform::pixelsFromTwipsX(5400), platform::pixelsFromTwipsY(3600));
     placeTwips(Label1, 240, 240, 1500, 285);
     placeTwips(imgCombo, 1800, 200, 3000, 360);

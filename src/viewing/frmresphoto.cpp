@@ -58,6 +58,8 @@ frmResPhoto::frmResPhoto(QWidget *parent)
     Image1->setObjectName(QStringLiteral("Image1"));
     rtfCaption->setObjectName(QStringLiteral("rtfCaption"));
     rtfLezanda->setObjectName(QStringLiteral("rtfLezanda"));
+    rtfCaption->setAccessibleName(QStringLiteral("Τίτλος"));
+    rtfLezanda->setAccessibleName(QStringLiteral("Λεζάντα"));
 
     picContainer->setFrameStyle(QFrame::Panel | QFrame::Sunken);
     picContainer->setLineWidth(2);

@@ -1,5 +1,6 @@
 #include "../support/msgboxrecorder.h"
 #include "accessibletree.h"
+#include "programwindows.h"
 #include "samplecourse.h"
 
 #include <btn.h>
@@ -24,7 +25,9 @@
 #include <QMdiSubWindow>
 #include <QMenu>
 #include <QMenuBar>
+#include <QTemporaryDir>
 #include <QTest>
+#include <QTextDocumentFragment>
 
 using testing::namelessFocusable;
 using testing::withRole;
@@ -36,6 +39,7 @@ class tst_Accessibility : public QObject
     Q_OBJECT
 
     testing::MsgBoxRecorder m_boxes;
+    QTemporaryDir m_cache;
 
     MDIForm1 *shell()
     {
@@ -67,7 +71,13 @@ class tst_Accessibility : public QObject
     static QString failures(const QStringList &problems) { return problems.join(QStringLiteral("\n")); }
 
 private slots:
-    void initTestCase() { QVERIFY(testing::openSampleCourse()); }
+    void initTestCase()
+    {
+        QVERIFY(testing::openSampleCourse());
+        // The text search's index of the sample goes to a cache of the test's own.
+        QVERIFY(m_cache.isValid());
+        qputenv("XDG_CACHE_HOME", m_cache.path().toUtf8());
+    }
 
     void startScreenButtonsArePushButtonsNamedByTheirTips()
     {
@@ -285,6 +295,54 @@ private slots:
         for (QWidget *top : QApplication::topLevelWidgets())
             if (top->isVisible() && top->windowFlags() & Qt::Popup)
                 top->close();
+    }
+
+    void everyWindowTheProgramOpensIsNamedAndNamesEveryFocusableObject_data()
+    {
+        testing::addProgramWindowRows();
+    }
+
+    void everyWindowTheProgramOpensIsNamedAndNamesEveryFocusableObject()
+    {
+        QFETCH(int, window);
+        m_boxes.install();
+        const testing::ProgramWindow program = testing::programWindow(window);
+        QWidget *opened = program.open(shell());
+        QVERIFY2(opened, program.name);
+        QTRY_VERIFY(opened->isVisible());
+        QApplication::processEvents();
+        QWidget *frame = testing::frameOf(opened);
+        QAccessibleInterface *face = QAccessible::queryAccessibleInterface(frame);
+        QVERIFY(face);
+        QVERIFY2(!face->text(QAccessible::Name).trimmed().isEmpty(), qPrintable(testing::describe(face)));
+        const QStringList problems = namelessFocusable(frame);
+        testing::closeProgramWindows(shell());
+        QVERIFY2(problems.isEmpty(), qPrintable(failures(problems)));
+        QVERIFY(m_boxes.isEmpty());
+    }
+
+    void theTextSearchNamesItsResultsAndReadsEachOnesLineOfText()
+    {
+        const QList<testing::ProgramWindow> windows = testing::programWindows();
+        const auto textSearch = std::find_if(windows.cbegin(), windows.cend(),
+            [](const testing::ProgramWindow &w) { return qstrcmp(w.name, "text_search") == 0; });
+        QVERIFY(textSearch != windows.cend());
+        auto *search = qobject_cast<frmFullTextSearch *>(textSearch->open(shell()));
+        QVERIFY(search);
+        QAccessibleInterface *list = QAccessible::queryAccessibleInterface(search->lstResults);
+        QCOMPARE(list->role(), QAccessible::List);
+        QVERIFY2(!list->text(QAccessible::Name).isEmpty(), "the result list has no name");
+        const QList<QAccessibleInterface *> items = withRole(search->lstResults, QAccessible::ListItem);
+        QCOMPARE(items.size(), search->lstResults->count());
+        for (int row = 0; row < items.size(); ++row) {
+            QAccessibleInterface *item = items.at(row);
+            QCOMPARE(item->text(QAccessible::Name), search->results().at(row).title);
+            // The line the list draws under the title, words found and all, without the bold.
+            const QString line = QTextDocumentFragment::fromHtml(search->contextHtml(row)).toPlainText();
+            QVERIFY(!line.isEmpty());
+            QCOMPARE(item->text(QAccessible::Description), line);
+        }
+        testing::closeProgramWindows(shell());
     }
 };
 

@@ -3,6 +3,7 @@
 // forms (stems with their endings, so that stems gather forms as in real texts). Prints:
 //
 //   fulltext index build: N ms (20000 texts)
+//   fulltext index file: N KB for M KB of text
 //   fulltext query median: N ms
 //   fulltext query worst: N ms
 //   fulltext query every-text word: N ms
@@ -131,6 +132,7 @@ struct Generated
     QString contentFile;
     QStringList forms;
     std::vector<QStringList> firstWords; // of each text, for phrases that stand somewhere
+    qint64 textBytes = 0; // the texts' plain text in UTF-8
 };
 
 Generated generate(const QString &folder, bool withTexts)
@@ -179,6 +181,12 @@ Generated generate(const QString &folder, bool withTexts)
             }
         }
         g.firstWords.push_back(first);
+        // What the RTF reader gives of the file: the text, a line break for each \par.
+        if (withTexts) {
+            QString plain = text;
+            plain.replace(QStringLiteral("\\par "), QStringLiteral("\n"));
+            g.textBytes += plain.toUtf8().size() + 1;
+        }
         const QString fileName = QStringLiteral("t%1.rtf").arg(id);
         if (withTexts) {
             QFile file(folder + QStringLiteral("/piges/") + fileName);
@@ -327,7 +335,8 @@ int main(int argc, char *argv[])
     const QString cacheFile = fulltext::ensureIndex(g.contentFile);
     out << "fulltext index build, processor time: " << qRound(cpuMs() - buildCpu) << " ms\n";
     out << "fulltext index build: " << timer.elapsed() << " ms (" << Sources << " texts)\n";
-    out << "fulltext index file: " << QFileInfo(cacheFile).size() / 1024 << " KB\n";
+    out << "fulltext index file: " << QFileInfo(cacheFile).size() / 1024 << " KB for " << g.textBytes / 1024
+        << " KB of text\n";
     timer.restart();
     const auto index = fulltext::Index::open(cacheFile);
     out << "fulltext index open: " << timer.elapsed() << " ms\n";

@@ -19,7 +19,7 @@ int fulltext(const QStringList &args)
     QTextStream out(stdout);
     out.setEncoding(QStringConverter::Utf8);
     try {
-        const auto index = ::fulltext::Index::open(::fulltext::ensureIndex(file));
+        const auto index = ::fulltext::openIndex(file);
         const QStringList words = args.mid(1);
         for (const ::fulltext::Result &r : index->search(words.join(u' ')))
             out << r.resourceID << '\t' << r.resTypeID << '\t' << r.title << '\n';

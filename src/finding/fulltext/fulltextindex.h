@@ -35,8 +35,8 @@ bool isCurrent(const QString &contentFile);
 QString buildIndex(const QString &contentFile, const QList<Source> &sources, const QString &dataFolder,
     const Progress &progress = {});
 
-// The index of the content file, built first when it is not current. Throws
-// platform::RuntimeError for a content file that cannot be read.
+// The index of the content file, built first when it is not current or its file is
+// damaged. Throws platform::RuntimeError for a content file that cannot be read.
 QString ensureIndex(const QString &contentFile, const Progress &progress = {});
 
 // One source found, with what ranks it.
@@ -57,7 +57,9 @@ public:
     ~Index();
     Q_DISABLE_COPY_MOVE(Index)
 
-    // Reads the index file whole into memory. Throws platform::RuntimeError.
+    // Reads the index file into memory, all but the sources' texts, and checks it: a file
+    // that is not whole, or points outside itself, or whose checksum differs, throws
+    // platform::RuntimeError (3343) as a file that cannot be read does.
     static std::unique_ptr<Index> open(const QString &cacheFile);
 
     int sourceCount() const;
@@ -79,5 +81,13 @@ private:
     struct Private;
     std::unique_ptr<Private> d;
 };
+
+// The index of the content file, open: as ensureIndex, without reading the file twice.
+std::unique_ptr<Index> openIndex(const QString &contentFile, const Progress &progress = {});
+
+// Opens the index file that isCurrent found current. A file that does not read or is
+// damaged is logged (tremidia.content) and gives nullptr, for the caller to build it again:
+// an index is never trusted beyond what Index::open checks.
+std::unique_ptr<Index> openIntact(const QString &cacheFile);
 
 } // namespace fulltext

@@ -35,20 +35,24 @@ inline qint64 placeOnce(const QString &path, const QByteArray &needle)
     return at >= 0 && data.lastIndexOf(needle) == at ? at : -1;
 }
 
-// Overwrites the stored postings of one term (its longest that fits a page) with 0xFF.
-inline bool overwriteTermPostings(const QString &cacheFile)
+// Overwrites the stored postings of one term (its longest that fit a page) with 0xFF;
+// returns the term, or an empty string when its postings were not found once.
+inline QString overwriteTermPostings(const QString &cacheFile)
 {
+    QString term;
     QByteArray postings;
     {
         content::sqlite::Connection db(cacheFile, SQLITE_OPEN_READONLY);
-        auto st = db.prepare(u"SELECT docs, positions FROM terms WHERE length(docs) + length(positions) "
-                             "BETWEEN 8 AND 1000 ORDER BY length(docs) + length(positions) DESC LIMIT 1"_s);
+        auto st
+            = db.prepare(u"SELECT term, docs, positions FROM terms WHERE length(docs) + length(positions) "
+                         "BETWEEN 8 AND 1000 ORDER BY length(docs) + length(positions) DESC LIMIT 1"_s);
         if (!st->step())
-            return false;
-        postings = st->value(0).toByteArray() + st->value(1).toByteArray();
+            return QString();
+        term = st->value(0).toString();
+        postings = st->value(1).toByteArray() + st->value(2).toByteArray();
     }
     const qint64 at = placeOnce(cacheFile, postings);
-    return at >= 0 && overwrite(cacheFile, at, QByteArray(postings.size(), char(0xFF)));
+    return at >= 0 && overwrite(cacheFile, at, QByteArray(postings.size(), char(0xFF))) ? term : QString();
 }
 
 // Swaps the first two letters of a text's title in the file: every count and offset still

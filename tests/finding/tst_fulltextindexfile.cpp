@@ -100,7 +100,7 @@ private slots:
     void aTermOverwrittenInTheFileIsFoundDamaged()
     {
         const QString cache = freshIndex();
-        QVERIFY(indexdamage::overwriteTermPostings(cache));
+        QVERIFY(!indexdamage::overwriteTermPostings(cache).isEmpty());
         try {
             const auto index = fulltext::Index::open(cache);
             index->search(u"\"ο ναός\" Δήλου"_s);
@@ -134,7 +134,7 @@ private slots:
         QCOMPARE(right, QList<qint32>({4, 3, 1, 5}));
         switch (damage) {
         case 0:
-            QVERIFY(indexdamage::overwriteTermPostings(cache));
+            QVERIFY(!indexdamage::overwriteTermPostings(cache).isEmpty());
             break;
         case 1:
             QVERIFY(indexdamage::swapTitleLetters(cache));
@@ -159,7 +159,7 @@ private slots:
     void ensureIndexBuildsADamagedIndexAgain()
     {
         const QString cache = freshIndex();
-        QVERIFY(indexdamage::overwriteTermPostings(cache));
+        QVERIFY(!indexdamage::overwriteTermPostings(cache).isEmpty());
         expectRebuildLine();
         QCOMPARE(fulltext::ensureIndex(m_db), cache);
         QCOMPARE(ids(fulltext::Index::open(cache)->search(u"Δήλ"_s)), QList<qint32>({1, 4, 5}));

@@ -55,16 +55,18 @@ inline QString overwriteTermPostings(const QString &cacheFile)
     return at >= 0 && overwrite(cacheFile, at, QByteArray(postings.size(), char(0xFF))) ? term : QString();
 }
 
-// Swaps the first two letters of a text's title in the file: every count and offset still
-// points inside, only the words changed. A text's title is its book, which follows it.
-inline bool swapTitleLetters(const QString &cacheFile)
+// Swaps the first two letters of a source's title in the file: every count and offset
+// still points inside, only the words changed. A text's title is its book, which follows
+// it; a photograph's book is empty.
+inline bool swapTitleLetters(const QString &cacheFile, bool ofAText = true)
 {
     QString title;
     QString book;
     {
         content::sqlite::Connection db(cacheFile, SQLITE_OPEN_READONLY);
         auto st = db.prepare(
-            u"SELECT title, book FROM docs WHERE length(title) > 2 AND title = book ORDER BY doc LIMIT 1"_s);
+            u"SELECT title, book FROM docs WHERE length(title) > 2 AND %1 ORDER BY doc LIMIT 1"_s.arg(
+                ofAText ? u"title = book"_s : u"coalesce(book, '') = ''"_s));
         if (!st->step())
             return false;
         title = st->value(0).toString();

@@ -161,6 +161,9 @@ Checksum::Checksum()
 
 void Checksum::addRaw(const void *data, std::size_t size)
 {
+    // zlib takes no data for a request of its starting value, which would undo the sum.
+    if (size == 0)
+        return;
     m_crc = std::uint32_t(crc32_z(m_crc, static_cast<const Bytef *>(data), size));
 }
 

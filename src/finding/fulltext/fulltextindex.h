@@ -28,8 +28,8 @@ QString cacheFileFor(const QString &contentFile);
 bool isCurrent(const QString &contentFile);
 
 // Builds the index of `sources` (rich-text files found below `dataFolder`) for the
-// content file: written beside its final name and renamed when whole, so a reader never
-// sees half an index. A missing or unreadable text file leaves its source with its
+// content file: written beside its final name and renamed when whole and on the disk, so
+// that neither a reader nor a power cut ever leaves half an index. A missing or unreadable text file leaves its source with its
 // catalogue words. Returns the cache file's path; throws platform::RuntimeError when
 // the cache cannot be written or the build was cancelled (error 3059).
 QString buildIndex(const QString &contentFile, const QList<Source> &sources, const QString &dataFolder,

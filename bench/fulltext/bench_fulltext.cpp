@@ -4,6 +4,7 @@
 //
 //   fulltext index build: N ms (20000 texts)
 //   fulltext index current check: N ms (processor N ms, 20000 texts)
+//   fulltext index file: N KB for M KB of text
 //   fulltext query median: N ms
 //   fulltext query worst: N ms
 //   fulltext query every-text word: N ms
@@ -132,6 +133,7 @@ struct Generated
     QString contentFile;
     QStringList forms;
     std::vector<QStringList> firstWords; // of each text, for phrases that stand somewhere
+    qint64 textBytes = 0; // the texts' plain text in UTF-8
 };
 
 Generated generate(const QString &folder, bool withTexts)
@@ -180,6 +182,12 @@ Generated generate(const QString &folder, bool withTexts)
             }
         }
         g.firstWords.push_back(first);
+        // What the RTF reader gives of the file: the text, a line break for each \par.
+        if (withTexts) {
+            QString plain = text;
+            plain.replace(QStringLiteral("\\par "), QStringLiteral("\n"));
+            g.textBytes += plain.toUtf8().size() + 1;
+        }
         const QString fileName = QStringLiteral("t%1.rtf").arg(id);
         if (withTexts) {
             QFile file(folder + QStringLiteral("/piges/") + fileName);
@@ -328,7 +336,8 @@ int main(int argc, char *argv[])
     const QString cacheFile = fulltext::ensureIndex(g.contentFile);
     out << "fulltext index build, processor time: " << qRound(cpuMs() - buildCpu) << " ms\n";
     out << "fulltext index build: " << timer.elapsed() << " ms (" << Sources << " texts)\n";
-    out << "fulltext index file: " << QFileInfo(cacheFile).size() / 1024 << " KB\n";
+    out << "fulltext index file: " << QFileInfo(cacheFile).size() / 1024 << " KB for " << g.textBytes / 1024
+        << " KB of text\n";
     timer.restart();
     const auto index = fulltext::Index::open(cacheFile);
     out << "fulltext index open: " << timer.elapsed() << " ms\n";

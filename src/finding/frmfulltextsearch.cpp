@@ -180,14 +180,14 @@ void frmFullTextSearch::Load()
     StartIndexBuild();
 }
 
-void frmFullTextSearch::StartIndexBuild()
+void frmFullTextSearch::StartIndexBuild(bool rebuild)
 {
     const QString contentFile = modGlobal::gDatabasePath;
     if (contentFile.isEmpty() || !modGlobal::gDatabase)
         return;
     // The rows are read here, on the database the windows share; the files, which take
     // the time, are read by the builder, and the index is read into memory there too.
-    const bool current = fulltext::isCurrent(contentFile);
+    const bool current = !rebuild && fulltext::isCurrent(contentFile);
     QList<fulltext::Source> sources;
     QString dataFolder;
     if (!current) {
@@ -199,6 +199,11 @@ void frmFullTextSearch::StartIndexBuild()
         prgIndex->setVisible(true);
         lblCount->setVisible(false);
     }
+    if (m_builder) {
+        // The one before found the index damaged, and has ended or is about to.
+        m_builder->wait();
+        delete m_builder;
+    }
     m_cancel = std::make_shared<std::atomic_bool>(false);
     QPointer<frmFullTextSearch> self(this);
     m_builder = QThread::create([self, contentFile, current, sources, dataFolder, cancel = m_cancel] {
@@ -208,7 +213,7 @@ void frmFullTextSearch::StartIndexBuild()
             // Where the cache cannot be written, the index is built in memory: the search
             // works all the same.
             index = current
-                ? fulltext::Index::open(fulltext::cacheFileFor(contentFile))
+                ? fulltext::openIntact(fulltext::cacheFileFor(contentFile))
                 : fulltext::buildAndOpen(contentFile, sources, dataFolder, [&](qint64 done, qint64) {
                       if (*cancel)
                           return false;
@@ -218,6 +223,14 @@ void frmFullTextSearch::StartIndexBuild()
                               Qt::QueuedConnection);
                       return true;
                   });
+            if (!index) {
+                // Damaged: built again from the rows, which are read on the interface thread.
+                if (!*cancel)
+                    QMetaObject::invokeMethod(
+                        self, [self] { platform::guarded([self] { self->StartIndexBuild(true); }); },
+                        Qt::QueuedConnection);
+                return;
+            }
         } catch (const platform::RuntimeError &e) {
             error = e.description();
         }

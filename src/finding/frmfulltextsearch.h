@@ -72,7 +72,8 @@ protected:
 private:
     explicit frmFullTextSearch(QWidget *parent = nullptr);
 
-    void StartIndexBuild();
+    // `rebuild`: the index on disk is damaged, and is built again even if current.
+    void StartIndexBuild(bool rebuild = false);
     void IndexReady(const std::shared_ptr<fulltext::Index> &index, const QString &error);
     void Search();
     void OpenResult(const fulltext::Result &result);

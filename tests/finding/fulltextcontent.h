@@ -6,12 +6,23 @@
 
 #include "../hotwords/testcontent.h"
 
+#include <fulltextindex.h>
+
 #include <QDir>
 #include <QFile>
 
 namespace fulltextcontent {
 
 using namespace Qt::StringLiterals;
+
+// The sources found, by ResourceID, best first.
+inline QList<qint32> ids(const QList<fulltext::Result> &results)
+{
+    QList<qint32> out;
+    for (const fulltext::Result &r : results)
+        out << r.resourceID;
+    return out;
+}
 
 inline void writeFile(const QString &path, const QByteArray &bytes)
 {

@@ -3,6 +3,7 @@
 // sources with their words in bold, opens a text and finds the words selected there.
 // Pictures land in the test output folder.
 
+#include "indexdamage.h"
 #include "samplecopy.h"
 #include "sampleshell.h"
 #include "warninglog.h"
@@ -12,6 +13,7 @@
 #include <database.h>
 #include <frmfulltextsearch.h>
 #include <frmtextresource.h>
+#include <fulltextindex.h>
 #include <mdiform1.h>
 #include <modglobal.h>
 #include <richtextbox.h>
@@ -26,6 +28,7 @@
 #include <QMdiSubWindow>
 #include <QMenu>
 #include <QProgressBar>
+#include <QRegularExpression>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -182,6 +185,26 @@ private slots:
         QVERIFY(!search->prgIndex->isVisible());
         search->txtWords->setText(u"\"της Δήλου\""_s);
         QTRY_VERIFY(!search->results().isEmpty());
+        search->parentWidget()->close();
+    }
+
+    void aDamagedIndexIsBuiltAgainWhenTheWindowOpens()
+    {
+        const QString cache = fulltext::cacheFileFor(modGlobal::gDatabasePath);
+        QVERIFY(fulltext::isCurrent(modGlobal::gDatabasePath));
+        QVERIFY(!indexdamage::overwriteTermPostings(cache).isEmpty());
+        QTest::ignoreMessage(
+            QtWarningMsg, QRegularExpression(u"the text search's index .* is built again"_s));
+        m_shell->mnuFullText->trigger();
+        frmFullTextSearch *search = frmFullTextSearch::instance(false);
+        QVERIFY(search);
+        QTRY_VERIFY_WITH_TIMEOUT(search->indexReady(), 30000);
+        QCOMPARE(search->lblCount->text(), QString());
+        search->txtWords->setText(u"ΔΗΛΟΣ"_s);
+        QTRY_VERIFY(search->results().size() >= 3);
+        QVERIFY(search->results().front().title.contains(u"Δήλου"_s));
+        QVERIFY(fulltext::Index::open(cache)->sourceCount() > 0);
+        QVERIFY(m_boxes.isEmpty());
         search->parentWidget()->close();
     }
 

@@ -21,16 +21,9 @@
 #include <unistd.h>
 
 using namespace Qt::StringLiterals;
+using fulltextcontent::ids;
 
 namespace {
-
-QList<qint32> ids(const QList<fulltext::Result> &results)
-{
-    QList<qint32> out;
-    for (const fulltext::Result &r : results)
-        out << r.resourceID;
-    return out;
-}
 
 QStringList folded(const QString &text)
 {

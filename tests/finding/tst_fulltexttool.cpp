@@ -1,12 +1,18 @@
 // The content tool's fulltext command on the sample course and on the Jet test files:
 // one line per source found, best first; nothing for no match; a file that cannot be
 // read is an error; a text corrected is found on the next run; a cache that cannot be
-// written leaves the index in memory.
+// written leaves the index in memory; a damaged index is built again; a new index reaches
+// the disk before its name does.
 
 #include "../support/contenttool.h"
+#include "indexdamage.h"
 #include "samplecopy.h"
 
+#include <fulltextindex.h>
+
 #include <QFileInfo>
+#include <QRegularExpression>
+#include <QStandardPaths>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -102,6 +108,67 @@ private slots:
         const QStringList warnings = run.errors.split(u'\n', Qt::SkipEmptyParts);
         QCOMPARE(warnings.size(), 1);
         QVERIFY2(warnings.front().startsWith(u"tremidia.content: "_s), qPrintable(run.errors));
+    }
+
+    void aDamagedIndexIsBuiltAgainAndAnswersRight()
+    {
+        if (!QFileInfo::exists(sample))
+            QSKIP("the sample course is not built");
+        QCOMPARE(testing::contentTool({u"fulltext"_s, sample, u"Δήλος"_s}).exitCode, 0);
+        // The word whose postings are lost is the one asked for.
+        const QString word = indexdamage::overwriteTermPostings(fulltext::cacheFileFor(sample));
+        QVERIFY(!word.isEmpty());
+        const QStringList args {u"fulltext"_s, sample, word, u"\"της Δήλου\""_s};
+        const testing::ToolRun damaged = testing::contentTool(args);
+        QCOMPARE(damaged.exitCode, 0);
+        QCOMPARE(damaged.errors.count(QRegularExpression(u"the text search's index .* is built again"_s)), 1);
+        QVERIFY(!damaged.lines.isEmpty());
+        const testing::ToolRun again = testing::contentTool(args);
+        QCOMPARE(again.lines, damaged.lines);
+        QCOMPARE(again.errors, QString());
+    }
+
+    // Traced as it builds: the file's data is synced before the rename puts it under the
+    // index's name, and the folder after, so that a power cut leaves one whole index.
+    void aNewIndexReachesTheDiskBeforeItsName()
+    {
+        if (!QFileInfo::exists(sample))
+            QSKIP("the sample course is not built");
+        const QString strace = QStandardPaths::findExecutable(u"strace"_s);
+        if (strace.isEmpty())
+            QSKIP("strace is not installed");
+        QTemporaryDir cache;
+        const QString log = cache.filePath(u"trace.log"_s);
+        QProcess process;
+        QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
+        env.insert(u"XDG_CACHE_HOME"_s, cache.path());
+        process.setProcessEnvironment(env);
+        process.start(strace,
+            {u"-f"_s, u"-y"_s, u"-qq"_s, u"-e"_s, u"trace=fsync,fdatasync,rename,renameat,renameat2"_s,
+                u"-o"_s, log, QStringLiteral(TREMIDIA_BINARY_DIR "/bin/tremidia-content"), u"fulltext"_s,
+                sample, u"Δήλος"_s});
+        QVERIFY(process.waitForFinished(120000));
+        QCOMPARE(process.exitCode(), 0);
+        QFile file(log);
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        const QStringList calls = QString::fromUtf8(file.readAll()).split(u'\n', Qt::SkipEmptyParts);
+        const QString index = fulltext::cacheFileFor(sample).replace(m_cache.path(), cache.path());
+        const auto find = [&](const QRegularExpression &call) {
+            for (qsizetype i = 0; i < calls.size(); ++i) {
+                if (call.match(calls.at(i)).hasMatch())
+                    return i;
+            }
+            return qsizetype(-1);
+        };
+        const QString name = QRegularExpression::escape(index);
+        const qsizetype dataSynced
+            = find(QRegularExpression(u"f(data)?sync\\(\\d+<"_s + name + u"\\.[^>]*\\.tmp>\\) = 0"_s));
+        const qsizetype renamed = find(
+            QRegularExpression(u"rename(at2?)?\\(.*\\.tmp\", .*\""_s + name + u"\"(, \\d+)?\\) = 0"_s));
+        const qsizetype folderSynced = find(QRegularExpression(u"f(data)?sync\\(\\d+<"_s
+            + QRegularExpression::escape(QFileInfo(index).absolutePath()) + u">\\) = 0"_s));
+        QVERIFY2(
+            dataSynced >= 0 && renamed > dataSynced && folderSynced > renamed, qPrintable(calls.join(u'\n')));
     }
 
     void aJetFileIsSearchedToo_data()

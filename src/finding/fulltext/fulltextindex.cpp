@@ -2,6 +2,7 @@
 #include "indexformat.h"
 #include "wordfold.h"
 
+#include <logging.h>
 #include <runtimeerror.h>
 #include <sqliteconnection.h>
 
@@ -12,6 +13,7 @@
 #include <algorithm>
 #include <bit>
 #include <cstdint>
+#include <optional>
 #include <vector>
 
 namespace fulltext {
@@ -65,6 +67,26 @@ struct Tally
     }
 };
 
+// What Index::open found wrong with a file whose SQLite was whole.
+struct Damaged
+{
+    const char *what;
+};
+
+platform::RuntimeError unreadable(const QString &why)
+{
+    return platform::RuntimeError(
+        3343, QStringLiteral("Το ευρετήριο των κειμένων δεν διαβάζεται: %1").arg(why));
+}
+
+// A text or blob column's bytes, valid until the statement steps again.
+QByteArrayView columnBytes(sqlite3_stmt *st, int column)
+{
+    // For a text, sqlite3_column_blob gives its UTF-8 as stored.
+    const auto *data = static_cast<const char *>(sqlite3_column_blob(st, column));
+    return QByteArrayView(data, sqlite3_column_bytes(st, column));
+}
+
 } // namespace
 
 struct Index::Private
@@ -73,6 +95,9 @@ struct Index::Private
     std::vector<Doc> docs;
     std::vector<Term> terms; // sorted by term
     QHash<QString, std::vector<int>> stems;
+    std::vector<int> blocks; // the first source of each block of texts
+
+    void load();
 
     // The terms a query word matches: those that begin as it asks, and those of its stem.
     std::vector<int> termsOf(const QueryWord &word) const
@@ -213,6 +238,88 @@ struct Index::Private
     }
 };
 
+// Reads the file into memory and checks it on the way; throws Damaged or
+// content::sqlite::Error.
+void Index::Private::load()
+{
+    // A damaged schema must not run anything of its own: the names read are tables.
+    db->execute(QStringLiteral("PRAGMA cell_size_check = ON"));
+    sqlite3_db_config(db->handle(), SQLITE_DBCONFIG_TRUSTED_SCHEMA, 0, nullptr);
+    {
+        auto tables = db->prepare(QStringLiteral("SELECT count(*) FROM sqlite_schema WHERE type = 'table' "
+                                                 "AND name IN ('meta', 'docs', 'texts', 'terms')"));
+        if (!tables->step() || sqlite3_column_int(tables->handle(), 0) != 4)
+            throw Damaged {"its tables are missing"};
+    }
+    QHash<QString, QString> meta;
+    auto metaRows = db->prepare(QStringLiteral("SELECT key, value FROM meta"));
+    while (metaRows->step())
+        meta.insert(metaRows->value(0).toString(), metaRows->value(1).toString());
+    if (meta.value(QStringLiteral("format")) != QString::number(format::Version))
+        throw Damaged {"of another format"};
+
+    format::Checksum docsSum, termsSum, textsSum;
+    auto docRows = db->prepare(QStringLiteral(
+        "SELECT doc, ResourceID, ResTypeID, title, book, titleWords, words FROM docs ORDER BY doc"));
+    std::vector<int> words;
+    std::int64_t allWords = 0;
+    while (docRows->step()) {
+        sqlite3_stmt *st = docRows->handle();
+        const std::int64_t row[] = {sqlite3_column_int64(st, 0), sqlite3_column_int64(st, 1),
+            sqlite3_column_int64(st, 2), sqlite3_column_int64(st, 5), sqlite3_column_int64(st, 6)};
+        const QByteArrayView title = columnBytes(st, 3);
+        const QByteArrayView book = columnBytes(st, 4);
+        format::addDoc(docsSum, row, title, book);
+        const auto [doc, resourceID, resTypeID, titleWords, count] = row;
+        allWords += count;
+        if (doc != std::int64_t(docs.size()) || count < 0 || count > format::MaxWordsOfSource
+            || titleWords < 0 || titleWords > count || allWords > format::MaxWordsInAll
+            || resourceID != qint32(resourceID) || resTypeID != qint32(resTypeID))
+            throw Damaged {"a source is out of its bounds"};
+        docs.push_back({qint32(resourceID), qint32(resTypeID), QString::fromUtf8(title),
+            QString::fromUtf8(book), int(titleWords), int(count)});
+        words.push_back(int(count));
+    }
+
+    format::PostingsCheck postings(std::move(words));
+    auto termRows = db->prepare(QStringLiteral("SELECT term, stem, docs, positions FROM terms ORDER BY id"));
+    while (termRows->step()) {
+        sqlite3_stmt *st = termRows->handle();
+        const QByteArrayView term = columnBytes(st, 0);
+        const QByteArrayView stem = columnBytes(st, 1);
+        const QByteArrayView places = columnBytes(st, 2);
+        const QByteArrayView positions = columnBytes(st, 3);
+        format::addTerm(termsSum, term, stem, places, positions);
+        if (!postings.term(places, positions))
+            throw Damaged {"a term's postings point outside the index"};
+        Term t {QString::fromUtf8(term), places.toByteArray(), positions.toByteArray()};
+        // The prefix search runs through the terms in their order.
+        if (!terms.empty() && !(terms.back().term < t.term))
+            throw Damaged {"its terms are out of order"};
+        terms.push_back(std::move(t));
+        if (!stem.isEmpty())
+            stems[QString::fromUtf8(stem)].push_back(int(terms.size() - 1));
+    }
+
+    auto textRows = db->prepare(QStringLiteral("SELECT first, data FROM texts ORDER BY first"));
+    while (textRows->step()) {
+        sqlite3_stmt *st = textRows->handle();
+        const std::int64_t first = sqlite3_column_int64(st, 0);
+        textsSum.add(first);
+        textsSum.add(columnBytes(st, 1));
+        if ((blocks.empty() ? first != 0 : first <= blocks.back()) || first >= std::int64_t(docs.size()))
+            throw Damaged {"its texts are out of order"};
+        blocks.push_back(int(first));
+    }
+    if (blocks.empty() != docs.empty())
+        throw Damaged {"its texts are missing"};
+#ifndef FUZZING_BUILD_MODE_UNSAFE_FOR_PRODUCTION
+    // A fuzzing build goes on, so that the checks above meet the damage.
+    if (meta.value(QStringLiteral("checksum")) != format::checksumText(docsSum, termsSum, textsSum))
+        throw Damaged {"its checksum differs"};
+#endif
+}
+
 Index::Index()
     : d(std::make_unique<Private>())
 {
@@ -220,23 +327,13 @@ Index::Index()
 
 Index::~Index() = default;
 
-namespace {
-
-[[noreturn]] void unreadable(const content::sqlite::Error &e)
-{
-    throw platform::RuntimeError(
-        3343, QStringLiteral("Το ευρετήριο των κειμένων δεν διαβάζεται: %1").arg(e.message()));
-}
-
-} // namespace
-
 std::unique_ptr<Index> Index::open(const QString &cacheFile)
 {
     std::unique_ptr<content::sqlite::Connection> db;
     try {
         db = std::make_unique<content::sqlite::Connection>(cacheFile, SQLITE_OPEN_READONLY);
     } catch (const content::sqlite::Error &e) {
-        unreadable(e);
+        throw unreadable(e.message());
     }
     return read(std::move(db));
 }
@@ -244,30 +341,13 @@ std::unique_ptr<Index> Index::open(const QString &cacheFile)
 std::unique_ptr<Index> Index::read(std::unique_ptr<content::sqlite::Connection> db)
 {
     std::unique_ptr<Index> index(new Index);
-    Private &p = *index->d;
     try {
-        p.db = std::move(db);
-        auto docs = p.db->prepare(QStringLiteral(
-            "SELECT doc, ResourceID, ResTypeID, title, book, titleWords, words FROM docs ORDER BY doc"));
-        while (docs->step()) {
-            p.docs.push_back({docs->value(1).toInt(), docs->value(2).toInt(), docs->value(3).toString(),
-                docs->value(4).toString(), docs->value(5).toInt(), docs->value(6).toInt()});
-        }
-        auto terms
-            = p.db->prepare(QStringLiteral("SELECT term, stem, docs, positions FROM terms ORDER BY id"));
-        while (terms->step()) {
-            sqlite3_stmt *st = terms->handle();
-            const auto blob = [st](int column) {
-                return QByteArray(static_cast<const char *>(sqlite3_column_blob(st, column)),
-                    sqlite3_column_bytes(st, column));
-            };
-            p.terms.push_back({terms->value(0).toString(), blob(2), blob(3)});
-            const QString stem = terms->value(1).toString();
-            if (!stem.isEmpty())
-                p.stems[stem].push_back(int(p.terms.size() - 1));
-        }
+        index->d->db = std::move(db);
+        index->d->load();
     } catch (const content::sqlite::Error &e) {
-        unreadable(e);
+        throw unreadable(e.message());
+    } catch (const Damaged &e) {
+        throw unreadable(QStringLiteral("damaged, %1").arg(QLatin1StringView(e.what)));
     }
     return index;
 }
@@ -315,9 +395,24 @@ QList<Result> Index::search(const TextQuery &query) const
 
 QString Index::sourceText(const Result &result) const
 {
-    auto st = d->db->prepare(QStringLiteral("SELECT text FROM docs WHERE doc = ?"));
-    st->bind(1, result.place);
-    return st->step() ? st->value(0).toString() : QString();
+    const int doc = result.place;
+    if (doc < 0 || size_t(doc) >= d->docs.size())
+        return QString();
+    const int first = *(std::upper_bound(d->blocks.begin(), d->blocks.end(), doc) - 1);
+    std::optional<QString> text;
+    try {
+        auto st = d->db->prepare(QStringLiteral("SELECT data FROM texts WHERE first = ?"));
+        st->bind(1, first);
+        if (st->step())
+            text = format::unpackText(columnBytes(st->handle(), 0), doc - first);
+    } catch (const content::sqlite::Error &e) {
+        qCWarning(lcContent) << "the text search's index cannot read a text:" << e.message();
+        return QString();
+    }
+    // The file was checked whole on opening; only a change on disk since comes here.
+    if (!text)
+        qCWarning(lcContent) << "the text search's index holds a damaged text, of source" << doc;
+    return text.value_or(QString());
 }
 
 ContextLine Index::context(const Result &result, const TextQuery &query) const

@@ -34,15 +34,15 @@ QString cacheFileFor(const QString &contentFile);
 bool isCurrent(const QString &contentFile);
 
 // Builds the index of `sources` (rich-text files found below `dataFolder`) for the
-// content file: written beside its final name and renamed when whole, so a reader never
-// sees half an index. A missing or unreadable text file leaves its source with its
+// content file: written beside its final name and renamed when whole and on the disk, so
+// that neither a reader nor a power cut ever leaves half an index. A missing or unreadable text file leaves its source with its
 // catalogue words. Returns the cache file's path; throws platform::RuntimeError when
 // the cache cannot be written or the build was cancelled (error 3059).
 QString buildIndex(const QString &contentFile, const QList<Source> &sources, const QString &dataFolder,
     const Progress &progress = {});
 
-// The index of the content file, built first when it is not current. Throws
-// platform::RuntimeError for a content file that cannot be read.
+// The index of the content file, built first when it is not current or its file is
+// damaged. Throws platform::RuntimeError for a content file that cannot be read.
 QString ensureIndex(const QString &contentFile, const Progress &progress = {});
 
 // One source found, with what ranks it.
@@ -63,7 +63,9 @@ public:
     ~Index();
     Q_DISABLE_COPY_MOVE(Index)
 
-    // Reads the index file whole into memory. Throws platform::RuntimeError.
+    // Reads the index file into memory, all but the sources' texts, and checks it: a file
+    // that is not whole, or points outside itself, or whose checksum differs, throws
+    // platform::RuntimeError (3343) as a file that cannot be read does.
     static std::unique_ptr<Index> open(const QString &cacheFile);
     // The same for an index database already open (one built in memory), which the
     // index keeps.
@@ -99,8 +101,13 @@ std::unique_ptr<Index> buildAndOpen(const QString &contentFile, const QList<Sour
 std::unique_ptr<Index> buildIndexInMemory(const QString &contentFile, const QList<Source> &sources,
     const QString &dataFolder, const Progress &progress = {});
 
-// The index of the content file, opened: the cache's when current, else built as
-// buildAndOpen does. Throws platform::RuntimeError for a content file that cannot be read.
+// The index of the content file, opened: the cache's when current and intact, else built
+// as buildAndOpen does. Throws platform::RuntimeError for a content file that cannot be read.
 std::unique_ptr<Index> openIndex(const QString &contentFile, const Progress &progress = {});
+
+// Opens the index file that isCurrent found current. A file that does not read or is
+// damaged is logged (tremidia.content) and gives nullptr, for the caller to build it again:
+// an index is never trusted beyond what Index::open checks.
+std::unique_ptr<Index> openIntact(const QString &cacheFile);
 
 } // namespace fulltext

@@ -1,3 +1,4 @@
+#include "durablefile.h"
 #include "fulltextindex.h"
 #include "indexformat.h"
 #include "textstamps.h"
@@ -20,7 +21,6 @@
 #include <sqlite3.h>
 
 #include <algorithm>
-#include <cstdio>
 #include <vector>
 
 namespace fulltext {
@@ -152,6 +152,51 @@ QStringList indexedFields(const Source &s, const QString &body)
     return lines;
 }
 
+// The sources' words, packed a block of neighbours at a time into the texts table.
+class TextBlocks
+{
+public:
+    explicit TextBlocks(content::sqlite::Connection &db)
+        : m_insert(db.prepare(QStringLiteral("INSERT INTO texts VALUES (?, ?)")))
+    {
+    }
+
+    void add(int doc, const QString &text)
+    {
+        if (m_texts.isEmpty())
+            m_first = doc;
+        m_texts << text;
+        m_size += text.size();
+        if (m_size >= format::TextBlockBytes)
+            finish();
+    }
+
+    // Writes the block begun, if any.
+    void finish()
+    {
+        if (m_texts.isEmpty())
+            return;
+        const QByteArray data = format::packTexts(m_texts);
+        m_insert->reset();
+        m_insert->bind(1, m_first);
+        m_insert->bind(2, data);
+        m_insert->step();
+        m_sum.add(std::int64_t(m_first));
+        m_sum.add(data);
+        m_texts.clear();
+        m_size = 0;
+    }
+
+    const format::Checksum &checksum() const { return m_sum; }
+
+private:
+    std::unique_ptr<content::sqlite::Statement> m_insert;
+    QList<QString> m_texts;
+    qsizetype m_size = 0;
+    int m_first = 0;
+    format::Checksum m_sum;
+};
+
 // Writes the whole index of `sources` into an empty database: a file of the cache or,
 // where the cache cannot be written, one in memory.
 void writeIndex(content::sqlite::Connection &db, const ContentKey &key, const QList<Source> &sources,
@@ -161,12 +206,15 @@ void writeIndex(content::sqlite::Connection &db, const ContentKey &key, const QL
         "PRAGMA journal_mode=OFF; PRAGMA synchronous=OFF;"
         "CREATE TABLE meta (key TEXT PRIMARY KEY, value TEXT);"
         "CREATE TABLE docs (doc INTEGER PRIMARY KEY, ResourceID INTEGER, ResTypeID INTEGER, title TEXT, "
-        "book TEXT, titleWords INTEGER, words INTEGER, text TEXT);"
+        "book TEXT, titleWords INTEGER, words INTEGER);"
+        "CREATE TABLE texts (first INTEGER PRIMARY KEY, data BLOB);"
         "CREATE TABLE terms (id INTEGER PRIMARY KEY, term TEXT, stem TEXT, docs BLOB, positions BLOB);"
         "BEGIN"));
     Builder builder;
     TextStamps stamps;
-    auto insertDoc = db.prepare(QStringLiteral("INSERT INTO docs VALUES (?, ?, ?, ?, ?, ?, ?, ?)"));
+    format::Checksum docsSum, termsSum;
+    TextBlocks texts(db);
+    auto insertDoc = db.prepare(QStringLiteral("INSERT INTO docs VALUES (?, ?, ?, ?, ?, ?, ?)"));
     const qint64 total = sources.size();
     for (qsizetype doc = 0; doc < sources.size(); ++doc) {
         if (progress && !progress(doc, total))
@@ -185,9 +233,12 @@ void writeIndex(content::sqlite::Connection &db, const ContentKey &key, const QL
         insertDoc->bind(5, s.book);
         insertDoc->bind(6, titleWords);
         insertDoc->bind(7, words);
-        insertDoc->bind(8, text);
         insertDoc->step();
+        format::addDoc(docsSum, {doc, s.resourceID, s.resTypeID, titleWords, words}, title.toUtf8(),
+            s.book.toUtf8());
+        texts.add(int(doc), text);
     }
+    texts.finish();
     // Term ids follow the words' order, so that the words a prefix begins are
     // neighbours.
     std::vector<TermPostings> &terms = builder.terms();
@@ -203,9 +254,11 @@ void writeIndex(content::sqlite::Connection &db, const ContentKey &key, const QL
         insertTerm->bind(4, terms[id].docs);
         insertTerm->bind(5, terms[id].positions);
         insertTerm->step();
+        format::addTerm(termsSum, terms[id].term.toUtf8(), stem.toUtf8(), terms[id].docs, terms[id].positions);
     }
     auto insertMeta = db.prepare(QStringLiteral("INSERT INTO meta VALUES (?, ?)"));
     for (const auto &[name, value] : {std::pair {QStringLiteral("format"), QString::number(format::Version)},
+             {QStringLiteral("checksum"), format::checksumText(docsSum, termsSum, texts.checksum())},
              {QStringLiteral("path"), key.path}, {QStringLiteral("size"), QString::number(key.size)},
              {QStringLiteral("mtime"), QString::number(key.mtime)}}) {
         insertMeta->reset();
@@ -267,12 +320,15 @@ QString buildIndex(const QString &contentFile, const QList<Source> &sources, con
     const QString target = cacheFileFor(contentFile);
     if (!QDir().mkpath(cacheFolder()))
         cacheError(cacheFolder());
+    removeLeftTemporaries(target);
     const QString temporary = target
         + QStringLiteral(".%1-%2.tmp")
               .arg(QCoreApplication::applicationPid())
               .arg(QRandomGenerator::global()->generate(), 0, 16);
     QFile::remove(temporary);
     try {
+        // Nothing reads the temporary before it is whole and on the disk (replaceDurably),
+        // so SQLite need not journal it nor wait for the disk on the way.
         content::sqlite::Connection db(temporary, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE);
         writeIndex(db, key, sources, dataFolder, progress);
     } catch (const content::sqlite::Error &e) {
@@ -282,21 +338,28 @@ QString buildIndex(const QString &contentFile, const QList<Source> &sources, con
         QFile::remove(temporary);
         throw;
     }
-    // rename(2) replaces the old index in one step, under a reader that has it open too.
-    if (std::rename(QFile::encodeName(temporary).constData(), QFile::encodeName(target).constData()) != 0) {
+    if (!replaceDurably(temporary, target)) {
         QFile::remove(temporary);
         cacheError(target);
     }
     return target;
 }
 
+namespace {
+
+QList<Source> sourcesOf(const QString &contentFile)
+{
+    const auto db = content::Database::OpenDatabase(contentFile);
+    return readSources(*db);
+}
+
+} // namespace
+
 QString ensureIndex(const QString &contentFile, const Progress &progress)
 {
-    if (isCurrent(contentFile))
+    if (isCurrent(contentFile) && openIntact(cacheFileFor(contentFile)))
         return cacheFileFor(contentFile);
-    const auto db = content::Database::OpenDatabase(contentFile);
-    const QList<Source> sources = readSources(*db);
-    return buildIndex(contentFile, sources, QFileInfo(contentFile).absolutePath(), progress);
+    return buildIndex(contentFile, sourcesOf(contentFile), QFileInfo(contentFile).absolutePath(), progress);
 }
 
 std::unique_ptr<Index> buildIndexInMemory(const QString &contentFile, const QList<Source> &sources,
@@ -329,11 +392,22 @@ std::unique_ptr<Index> buildAndOpen(const QString &contentFile, const QList<Sour
 
 std::unique_ptr<Index> openIndex(const QString &contentFile, const Progress &progress)
 {
-    if (isCurrent(contentFile))
-        return Index::open(cacheFileFor(contentFile));
-    const auto db = content::Database::OpenDatabase(contentFile);
-    const QList<Source> sources = readSources(*db);
-    return buildAndOpen(contentFile, sources, QFileInfo(contentFile).absolutePath(), progress);
+    if (isCurrent(contentFile)) {
+        if (auto index = openIntact(cacheFileFor(contentFile)))
+            return index;
+    }
+    return buildAndOpen(contentFile, sourcesOf(contentFile), QFileInfo(contentFile).absolutePath(), progress);
+}
+
+std::unique_ptr<Index> openIntact(const QString &cacheFile)
+{
+    try {
+        return Index::open(cacheFile);
+    } catch (const platform::RuntimeError &e) {
+        qCWarning(lcContent).noquote()
+            << "the text search's index" << cacheFile << "is built again:" << e.description();
+        return nullptr;
+    }
 }
 
 } // namespace fulltext

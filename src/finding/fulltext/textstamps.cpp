@@ -68,8 +68,8 @@ void TextStamps::note(const QString &path)
 
 void TextStamps::write(content::sqlite::Connection &db) const
 {
-    db.execute(QStringLiteral("CREATE TABLE texts (path TEXT, kind TEXT, size INTEGER, mtime INTEGER)"));
-    auto insert = db.prepare(QStringLiteral("INSERT INTO texts VALUES (?, ?, ?, ?)"));
+    db.execute(QStringLiteral("CREATE TABLE stamps (path TEXT, kind TEXT, size INTEGER, mtime INTEGER)"));
+    auto insert = db.prepare(QStringLiteral("INSERT INTO stamps VALUES (?, ?, ?, ?)"));
     for (const Row &row : m_rows) {
         insert->reset();
         insert->bind(1, row.path);
@@ -84,7 +84,7 @@ bool TextStamps::unchanged(content::sqlite::Connection &db)
 {
     // Straight on the C interface: tens of thousands of rows, and the stored path is
     // already the file system's bytes (UTF-8, as Qt names files here).
-    auto select = db.prepare(QStringLiteral("SELECT path, kind, size, mtime FROM texts"));
+    auto select = db.prepare(QStringLiteral("SELECT path, kind, size, mtime FROM stamps"));
     sqlite3_stmt *st = select->handle();
     while (select->step()) {
         const auto *path = reinterpret_cast<const char *>(sqlite3_column_text(st, 0));

@@ -15,7 +15,7 @@ class Connection;
 // stamps the folder it would appear in, so that it is seen whatever case its name
 // takes. Checking costs one stat per file, no reading.
 //
-//   texts(path, kind, size, mtime)   kind 'file', 'missing' or 'folder'; mtime in ns
+//   stamps(path, kind, size, mtime)  kind 'file', 'missing' or 'folder'; mtime in ns
 namespace fulltext {
 
 class TextStamps

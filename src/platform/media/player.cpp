@@ -25,10 +25,10 @@ Player::Player(QObject *parent)
     // The engine may be stuck inside GStreamer, opening a file that never answers: it is
     // dropped and left to come back by itself, or to the end of the process.
     m_loadLimit->setSingleShot(true);
-    m_loadLimit->setInterval(LoadLimitMs);
+    m_loadLimit->setInterval(loadLimitMs());
     connect(m_loadLimit, &QTimer::timeout, this, [this] {
-        qCWarning(lcMedia).noquote() << "cannot play" << m_source << "- it did not open within" << LoadLimitMs
-                                     << "ms";
+        qCWarning(lcMedia).noquote() << "cannot play" << m_source << "- it did not open within"
+                                     << m_loadLimit->interval() << "ms";
         fail(Failure::Damaged);
     });
 }
@@ -36,6 +36,13 @@ Player::Player(QObject *parent)
 Player::~Player()
 {
     engine::drop(m_engine);
+}
+
+int Player::loadLimitMs()
+{
+    bool given = false;
+    const int ms = qEnvironmentVariableIntValue("TREMIDIA_MEDIA_LOAD_LIMIT_MS", &given);
+    return given && ms > 0 ? ms : LoadLimitMs;
 }
 
 void Player::setSource(const QString &file)

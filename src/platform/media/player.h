@@ -21,8 +21,8 @@ struct Mailbox;
 // news on a timer, and never calls GStreamer itself, so nothing GStreamer does can hold
 // up the thread the player lives on. Sound goes to the system's sink (or
 // TREMIDIA_AUDIO_SINK); video frames come as QImages for the owner to draw. A file that
-// has not opened within LoadLimitMs (a pipe nobody writes to, a file that never gives its
-// first frames) is given up as damaged.
+// has not opened within the load limit (a pipe nobody writes to, a file that never gives
+// its first frames) is given up as damaged.
 class Player final : public QObject
 {
     Q_OBJECT
@@ -34,6 +34,9 @@ public:
     Q_ENUM(MediaStatus)
 
     static constexpr int LoadLimitMs = 5000;
+    // LoadLimitMs, unless TREMIDIA_MEDIA_LOAD_LIMIT_MS says otherwise: the sanitizers'
+    // builds trace every allocation, and a sound font then takes longer than that to load.
+    static int loadLimitMs();
 
     explicit Player(QObject *parent = nullptr);
     ~Player() override;

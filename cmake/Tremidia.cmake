@@ -37,6 +37,9 @@ function(tremidia_add_test)
         if(T_SLOW_UNWIND)
             list(APPEND env "ASAN_OPTIONS=fast_unwind_on_malloc=0")
         endif()
+        # Every allocation traced, a sound font takes longer to load than the media
+        # player's 5 s for a file to open.
+        list(APPEND env "TREMIDIA_MEDIA_LOAD_LIMIT_MS=60000")
     endif()
     if(NOT T_TIMEOUT)
         set(T_TIMEOUT 300)

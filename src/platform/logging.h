@@ -11,9 +11,11 @@
 //   tremidia.errors    an error a routine went on past (resumeNext and its kin)
 //   tremidia.content   the content database: imports, indexes, fallbacks
 //   tremidia.recovery  the recovery copies of the pupil's unsaved work
+//   tremidia.media     the sound and video player: what GStreamer said of a piece it refused
 Q_DECLARE_LOGGING_CATEGORY(lcErrors)
 Q_DECLARE_LOGGING_CATEGORY(lcContent)
 Q_DECLARE_LOGGING_CATEGORY(lcRecovery)
+Q_DECLARE_LOGGING_CATEGORY(lcMedia)
 
 namespace platform {
 

@@ -14,8 +14,9 @@ class Player;
 // The small window that plays an index term's sound or video. It starts at once, stands
 // at the beginning again when the piece ends, and stops when it closes. It fits itself
 // round its player: a picture area for a video above a bar with play/pause and the
-// position. A file that cannot be played gives the error box, naming it, and the window
-// closes.
+// position. A file that cannot be played gives the error box, naming it and saying why in
+// the player's words (no decoder, damaged, not found), and the window closes; so does a
+// file that has not opened within the player's load limit.
 class frmMediaPlayer final : public QWidget
 {
     Q_OBJECT

@@ -6,18 +6,27 @@
 
 #include "../support/msgboxrecorder.h"
 
+#include <engine.h>
 #include <frmmediaplayer.h>
 #include <player.h>
 #include <videopicture.h>
 
+#include <QElapsedTimer>
+#include <QFileInfo>
 #include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QPointer>
+#include <QRegularExpression>
 #include <QScopeGuard>
 #include <QSignalSpy>
 #include <QSlider>
+#include <QTemporaryDir>
 #include <QTest>
 #include <QToolButton>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 using namespace Qt::StringLiterals;
 
@@ -141,6 +150,57 @@ private slots:
         form->close();
     }
 
+    void oldWavsShowTheirWholeLengthAndPlayItAll_data()
+    {
+        QTest::addColumn<QString>("file");
+        QTest::addColumn<int>("length");
+        QTest::newRow("8-bit, an odd number of samples") << u"tone-u8.wav"_s << 500;
+        QTest::newRow("Microsoft ADPCM") << u"tone-msadpcm.wav"_s << 1000;
+    }
+
+    void oldWavsShowTheirWholeLengthAndPlayItAll()
+    {
+        QFETCH(QString, file);
+        QFETCH(int, length);
+        chooseMedia(0, mediaFile(file));
+        auto *form = new frmMediaPlayer;
+        QSignalSpy status(form->player(), &media::Player::mediaStatusChanged);
+        QElapsedTimer clock;
+        form->Load();
+        form->show();
+        QTRY_COMPARE_WITH_TIMEOUT(form->player()->playbackState(), media::Player::PlayingState, 10000);
+        QTRY_VERIFY_WITH_TIMEOUT(form->player()->duration() > 0, 10000);
+        QVERIFY2(qAbs(form->sldPosition->maximum() - length) <= 50,
+            qPrintable(QString::number(form->sldPosition->maximum())));
+        clock.start();
+        QTRY_VERIFY_WITH_TIMEOUT(reached(status, media::Player::EndOfMedia), PieceTimeout);
+        // Played in time to its end, not cut off where GStreamer's parser thought it ended.
+        QVERIFY2(clock.elapsed() >= length - 150, qPrintable(QString::number(clock.elapsed())));
+        QVERIFY(m_boxes.isEmpty());
+        form->close();
+    }
+
+    void aPlaceChosenInAnAdpcmWavIsWhereThePlayingGoesOn()
+    {
+        chooseMedia(0, mediaFile(u"tone-msadpcm.wav"_s));
+        auto *form = new frmMediaPlayer;
+        QSignalSpy status(form->player(), &media::Player::mediaStatusChanged);
+        form->Load();
+        form->show();
+        QTRY_VERIFY_WITH_TIMEOUT(reached(status, media::Player::LoadedMedia), 10000);
+        form->cmdPlay->click(); // pause
+        QTRY_COMPARE_WITH_TIMEOUT(form->player()->playbackState(), media::Player::PausedState, 10000);
+        form->player()->setPosition(600);
+        QElapsedTimer clock;
+        clock.start();
+        form->cmdPlay->click();
+        QTRY_VERIFY_WITH_TIMEOUT(reached(status, media::Player::EndOfMedia), PieceTimeout);
+        // The rest of the piece, 400 ms, is played: a place taken at twice the one asked
+        // would have ended it at once.
+        QVERIFY2(clock.elapsed() >= 300, qPrintable(QString::number(clock.elapsed())));
+        form->close();
+    }
+
     void aFileThatCannotBePlayedGivesTheErrorBoxNamingItAndTheWindowGoes_data()
     {
         QTest::addColumn<QString>("file");
@@ -169,6 +229,74 @@ private slots:
         QCOMPARE(m_boxes.at(0).title, u"Τρεμίδια"_s);
         QCOMPARE(m_boxes.at(0).style, 16);
         QTRY_VERIFY_WITH_TIMEOUT(!sub, 5000);
+    }
+
+    void theBoxGivesTheReasonInGreek_data()
+    {
+        QTest::addColumn<QString>("file");
+        QTest::addColumn<QString>("reason");
+        QTest::newRow("a codec nothing here decodes")
+            << mediaFile(u"voxware.wav"_s) << u"δεν υπάρχει αποκωδικοποιητής για αυτό το είδος αρχείου"_s;
+        QTest::newRow("a damaged file") << mediaFile(u"broken.wav"_s) << u"το αρχείο είναι κατεστραμμένο"_s;
+        QTest::newRow("a missing file") << mediaFile(u"nowhere.wav"_s) << u"το αρχείο δεν βρέθηκε"_s;
+    }
+
+    void theBoxGivesTheReasonInGreek()
+    {
+        QFETCH(QString, file);
+        QFETCH(QString, reason);
+        chooseMedia(0, file);
+        auto *form = new frmMediaPlayer;
+        QPointer<frmMediaPlayer> guard(form);
+        form->Load();
+        form->show();
+        QTRY_COMPARE_WITH_TIMEOUT(m_boxes.size(), 1, 20000);
+        const QString text = m_boxes.at(0).text;
+        const QString name = QFileInfo(file).fileName();
+        QVERIFY2(text.endsWith(u"«"_s + name + u"»: "_s + reason), qPrintable(text));
+        // GStreamer's English stays in the log: no Latin letter but the file's name's.
+        QString rest = text;
+        rest.remove(name);
+        QVERIFY2(!rest.contains(QRegularExpression(u"[A-Za-z]"_s)), qPrintable(text));
+        QTRY_VERIFY_WITH_TIMEOUT(!guard, 5000);
+    }
+
+    void aFileThatNeverOpensIsGivenUpWithTheBox()
+    {
+        // A pipe nobody writes to: GStreamer waits inside its opening for ever. The player's
+        // own limit, whatever the machine's builds give it.
+        const QByteArray given = qgetenv("TREMIDIA_MEDIA_LOAD_LIMIT_MS");
+        qputenv("TREMIDIA_MEDIA_LOAD_LIMIT_MS", QByteArray::number(media::Player::LoadLimitMs));
+        const auto restore = qScopeGuard([given] { qputenv("TREMIDIA_MEDIA_LOAD_LIMIT_MS", given); });
+        QTemporaryDir dir;
+        const QString pipe = dir.filePath(u"stuck.wav"_s);
+        QCOMPARE(::mkfifo(QFile::encodeName(pipe).constData(), 0600), 0);
+        chooseMedia(0, pipe);
+        auto *form = new frmMediaPlayer;
+        QPointer<frmMediaPlayer> guard(form);
+        QElapsedTimer clock;
+        clock.start();
+        form->Load();
+        form->show();
+        QTRY_COMPARE_WITH_TIMEOUT(m_boxes.size(), 1, media::Player::LoadLimitMs + 10000);
+        const qint64 waited = clock.elapsed();
+        // Qt's coarse timers may fire up to 5 % early.
+        QVERIFY2(waited >= media::Player::LoadLimitMs * 9 / 10, qPrintable(QString::number(waited)));
+        QVERIFY2(m_boxes.at(0).text.endsWith(u"«stuck.wav»: το αρχείο είναι κατεστραμμένο"_s),
+            qPrintable(m_boxes.at(0).text));
+        QTRY_VERIFY_WITH_TIMEOUT(!guard, 5000);
+        // Writers that come and go let the engine out of its waits (GStreamer opens the
+        // file more than once), to end by itself.
+        QElapsedTimer unstuck;
+        unstuck.start();
+        bool ended = false;
+        while (!ended && unstuck.elapsed() < 10000) {
+            const int writer = ::open(QFile::encodeName(pipe).constData(), O_WRONLY | O_NONBLOCK);
+            if (writer >= 0)
+                ::close(writer);
+            ended = media::engine::waitForDropped(200);
+        }
+        QVERIFY(ended);
     }
 
     void withTheSystemsSoundOutputASoundRunsToItsEndEvenWithoutASoundCard()

@@ -1,6 +1,10 @@
 #include "engine.h"
 
 #include "gstreamer.h"
+#include "wavheader.h"
+#include "wavquirks.h"
+
+#include <logging.h>
 
 #include <QFile>
 
@@ -8,7 +12,10 @@
 #include <gst/gst.h>
 #include <gst/video/video.h>
 
+#include <algorithm>
 #include <chrono>
+#include <functional>
+#include <list>
 #include <thread>
 
 namespace media::engine {
@@ -34,28 +41,88 @@ qint64 toMs(gint64 nanoseconds)
     return nanoseconds < 0 ? 0 : qint64(nanoseconds / GST_MSECOND);
 }
 
-// The engines still running, so that the process waits for them before it ends.
-struct Running
+// Every engine's thread, owned here until it has ended. One ends once its player has
+// dropped it and its pipeline has stopped, and is joined at the next start or at the end
+// of the process. The end of the process gives the ones still stopping ExitWaitMs in all;
+// one stuck inside GStreamer (a file that never answers) is then let go, and the process
+// ends without it. Each thread keeps the record alive too, so one that ends after that
+// still finds it.
+class Threads
 {
-    std::mutex mutex;
-    std::condition_variable changed;
-    int count = 0;
-
-    bool waitForNone(int ms)
+public:
+    void start(std::function<void()> body)
     {
-        std::unique_lock lock(mutex);
-        return changed.wait_for(lock, std::chrono::milliseconds(ms), [this] { return count == 0; });
+        reapEnded();
+        std::lock_guard lock(m_record->mutex);
+        Entry &entry = m_record->entries.emplace_back();
+        entry.thread = std::thread([record = m_record, &entry, body = std::move(body)] {
+            body();
+            std::lock_guard lock(record->mutex);
+            entry.ended = true;
+            record->changed.notify_all();
+        });
     }
 
-    // Engines still stopping when the process ends get a while to finish, so that no
-    // pipeline is cut off midway.
-    ~Running() { waitForNone(30000); }
+    bool waitForNone(std::chrono::milliseconds limit)
+    {
+        bool none = false;
+        {
+            std::unique_lock lock(m_record->mutex);
+            none = m_record->changed.wait_for(lock, limit, [this] {
+                return std::all_of(m_record->entries.begin(), m_record->entries.end(),
+                    [](const Entry &entry) { return entry.ended; });
+            });
+        }
+        reapEnded();
+        return none;
+    }
+
+    ~Threads()
+    {
+        if (waitForNone(std::chrono::milliseconds(ExitWaitMs)))
+            return;
+        std::lock_guard lock(m_record->mutex);
+        for (Entry &entry : m_record->entries)
+            entry.thread.detach();
+    }
+
+private:
+    struct Entry
+    {
+        std::thread thread;
+        bool ended = false;
+    };
+    struct Record
+    {
+        std::mutex mutex;
+        std::condition_variable changed;
+        std::list<Entry> entries;
+    };
+
+    void reapEnded()
+    {
+        std::list<Entry> ended;
+        {
+            std::lock_guard lock(m_record->mutex);
+            auto &entries = m_record->entries;
+            for (auto it = entries.begin(); it != entries.end();) {
+                auto next = std::next(it);
+                if (it->ended)
+                    ended.splice(ended.end(), entries, it);
+                it = next;
+            }
+        }
+        for (Entry &entry : ended)
+            entry.thread.join();
+    }
+
+    std::shared_ptr<Record> m_record = std::make_shared<Record>();
 };
 
-Running &running()
+Threads &threads()
 {
-    static Running engines;
-    return engines;
+    static Threads owner;
+    return owner;
 }
 
 class Engine
@@ -85,22 +152,25 @@ private:
         m_mailbox->news.push_back(std::move(news));
     }
 
-    void fail(const QString &error)
+    // The pupil is told the reason; GStreamer's words go to the log.
+    void fail(Failure failure, const QString &detail)
     {
+        qCWarning(lcMedia).noquote() << "cannot play" << m_file << "-" << detail;
         m_failed = true;
-        tell({News::Error, 0, false, error});
+        tell({News::Error, 0, false, failure});
     }
 
     bool build()
     {
         QString why;
         if (!startGStreamer(&why)) {
-            fail(why);
+            fail(Failure::NoDecoder, why);
             return false;
         }
         m_playbin = gst_element_factory_make("playbin", nullptr);
         if (!m_playbin) {
-            fail(QStringLiteral("GStreamer's playbin is missing (gstreamer1.0-plugins-base)"));
+            fail(Failure::NoDecoder,
+                QStringLiteral("GStreamer's playbin is missing (gstreamer1.0-plugins-base)"));
             return false;
         }
         gst_object_ref_sink(m_playbin);
@@ -108,7 +178,7 @@ private:
         GError *error = nullptr;
         gchar *uri = gst_filename_to_uri(QFile::encodeName(m_file).constData(), &error);
         if (!uri) {
-            fail(errorText(error, QStringLiteral("not a file name")));
+            fail(Failure::NotFound, errorText(error, QStringLiteral("not a file name")));
             g_clear_error(&error);
             return false;
         }
@@ -120,11 +190,17 @@ private:
             m_frames = gst_bin_get_by_name(GST_BIN(video), "frames");
             g_object_set(m_playbin, "video-sink", video, nullptr);
         }
+        // A WAVE file's length is what its header says: GStreamer's parser loses it for
+        // some files of the era (wavquirks.h), and is mended for those.
+        if (const std::optional<wav::Layout> wave = wav::readFile(m_file)) {
+            m_headerDuration = wav::lengthMs(*wave);
+            mendWaveParser(m_playbin, *wave, m_headerDuration);
+        }
         m_bus = gst_element_get_bus(m_playbin);
         if (gst_element_set_state(m_playbin, GST_STATE_PAUSED) == GST_STATE_CHANGE_FAILURE) {
             readBus();
             if (!m_failed)
-                fail(QStringLiteral("the file cannot be opened"));
+                fail(Failure::Damaged, QStringLiteral("the pipeline did not start"));
             return false;
         }
         return true;
@@ -203,11 +279,16 @@ private:
         switch (GST_MESSAGE_TYPE(message)) {
         case GST_MESSAGE_ERROR: {
             GError *error = nullptr;
-            gst_message_parse_error(message, &error, nullptr);
-            const QString text = errorText(error, QStringLiteral("the file cannot be played"));
+            gchar *debug = nullptr;
+            gst_message_parse_error(message, &error, &debug);
+            const Failure failure = failureOf(error, GST_MESSAGE_SRC(message));
+            QString text = errorText(error, QStringLiteral("an error without a message"));
+            if (debug)
+                text += QStringLiteral(" (%1)").arg(QString::fromUtf8(debug));
             g_clear_error(&error);
+            g_free(debug);
             gst_element_set_state(m_playbin, GST_STATE_NULL);
-            fail(text);
+            fail(failure, text);
             break;
         }
         case GST_MESSAGE_ASYNC_DONE:
@@ -250,7 +331,9 @@ private:
     void readDuration(bool tellChange)
     {
         gint64 duration = -1;
-        if (!gst_element_query_duration(m_playbin, GST_FORMAT_TIME, &duration) || duration < 0)
+        if (m_headerDuration > 0)
+            duration = m_headerDuration * GST_MSECOND;
+        else if (!gst_element_query_duration(m_playbin, GST_FORMAT_TIME, &duration) || duration < 0)
             return;
         if (toMs(duration) == m_duration)
             return;
@@ -327,6 +410,7 @@ private:
     GstElement *m_playbin = nullptr;
     GstElement *m_frames = nullptr;
     GstBus *m_bus = nullptr;
+    qint64 m_headerDuration = 0; // a WAVE file's, from its header
     qint64 m_duration = 0;
     qint64 m_position = 0;
     qint64 m_pendingSeek = -1;
@@ -342,18 +426,7 @@ private:
 std::shared_ptr<Mailbox> start(const QString &file, bool silent)
 {
     auto mailbox = std::make_shared<Mailbox>();
-    Running &engines = running();
-    {
-        std::lock_guard lock(engines.mutex);
-        ++engines.count;
-    }
-    std::thread([mailbox, file, silent] {
-        Engine(mailbox, file, silent).run();
-        Running &engines = running();
-        std::lock_guard lock(engines.mutex);
-        --engines.count;
-        engines.changed.notify_all();
-    }).detach();
+    threads().start([mailbox, file, silent] { Engine(mailbox, file, silent).run(); });
     return mailbox;
 }
 
@@ -371,7 +444,7 @@ void drop(std::shared_ptr<Mailbox> &mailbox)
 
 bool waitForDropped(int ms)
 {
-    return running().waitForNone(ms);
+    return threads().waitForNone(std::chrono::milliseconds(ms));
 }
 
 } // namespace media::engine

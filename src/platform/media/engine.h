@@ -1,5 +1,7 @@
 #pragma once
 
+#include "failure.h"
+
 #include <QImage>
 #include <QString>
 
@@ -27,7 +29,7 @@ struct News
     enum Kind { Loaded, Duration, Position, EndOfStream, Error } kind;
     qint64 ms = 0;
     bool video = false;
-    QString error;
+    Failure failure = Failure::None; // GStreamer's own words went to the log
 };
 
 struct Mailbox
@@ -49,5 +51,9 @@ void drop(std::shared_ptr<Mailbox> &mailbox);
 
 // Waits (up to `ms`) for the dropped engines to finish stopping; true when none is left.
 bool waitForDropped(int ms);
+
+// The most the end of the process waits for the engines still stopping, all together;
+// an engine stuck inside GStreamer longer is left behind, and the process ends without it.
+inline constexpr int ExitWaitMs = 1000;
 
 } // namespace media::engine

@@ -54,4 +54,44 @@ QString errorText(const GError *error, const QString &fallback)
     return QString::fromUtf8(error->message);
 }
 
+Failure failureOf(const GError *error, GstObject *source)
+{
+    if (!error)
+        return Failure::Damaged;
+    if (error->domain == GST_CORE_ERROR)
+        return error->code == GST_CORE_ERROR_MISSING_PLUGIN ? Failure::NoDecoder : Failure::Damaged;
+    if (error->domain == GST_RESOURCE_ERROR) {
+        switch (error->code) {
+        case GST_RESOURCE_ERROR_NOT_FOUND:
+        case GST_RESOURCE_ERROR_OPEN_READ:
+        case GST_RESOURCE_ERROR_OPEN_READ_WRITE:
+        case GST_RESOURCE_ERROR_NOT_AUTHORIZED:
+            return Failure::NotFound;
+        default:
+            return Failure::Damaged;
+        }
+    }
+    if (error->domain == GST_STREAM_ERROR) {
+        switch (error->code) {
+        case GST_STREAM_ERROR_CODEC_NOT_FOUND:
+        case GST_STREAM_ERROR_NOT_IMPLEMENTED:
+            return Failure::NoDecoder;
+        case GST_STREAM_ERROR_TYPE_NOT_FOUND: {
+            // The type finder knows no kind of file like it: not a sound or video at all.
+            // A demuxer that read the file but not the kind of its stream names a codec
+            // nothing here decodes.
+            GstElementFactory *factory
+                = source && GST_IS_ELEMENT(source) ? gst_element_get_factory(GST_ELEMENT(source)) : nullptr;
+            const bool typeFinder = factory
+                && g_strcmp0(gst_plugin_feature_get_name(GST_PLUGIN_FEATURE(factory)), "typefind") == 0;
+            return typeFinder ? Failure::Damaged : Failure::NoDecoder;
+        }
+        default:
+            // Among them WRONG_TYPE, which the WAVE parser gives a file cut short.
+            return Failure::Damaged;
+        }
+    }
+    return Failure::Damaged;
+}
+
 } // namespace media

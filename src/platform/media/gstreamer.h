@@ -1,9 +1,12 @@
 #pragma once
 
+#include "failure.h"
+
 #include <QString>
 
 typedef struct _GstElement GstElement;
 typedef struct _GError GError;
+typedef struct _GstObject GstObject;
 
 // The few GStreamer services the player and the probe share.
 namespace media {
@@ -17,7 +20,10 @@ bool startGStreamer(QString *why = nullptr);
 // `silent` plays into nothing as fast as the data comes, for a probe.
 GstElement *makeAudioSink(bool silent);
 
-// A readable text for a GStreamer error, or `fallback` when it has none.
+// GStreamer's own text for an error (English, for the log), or `fallback` when it has none.
 QString errorText(const GError *error, const QString &fallback);
+
+// Which of the reasons a pupil is told an error that `source` posted comes to.
+Failure failureOf(const GError *error, GstObject *source);
 
 } // namespace media

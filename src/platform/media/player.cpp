@@ -2,6 +2,8 @@
 
 #include "engine.h"
 
+#include <logging.h>
+
 #include <QTimer>
 
 namespace media {
@@ -16,9 +18,19 @@ constexpr int PollInterval = 15;
 Player::Player(QObject *parent)
     : QObject(parent)
     , m_poll(new QTimer(this))
+    , m_loadLimit(new QTimer(this))
 {
     m_poll->setInterval(PollInterval);
     connect(m_poll, &QTimer::timeout, this, [this] { poll(); });
+    // The engine may be stuck inside GStreamer, opening a file that never answers: it is
+    // dropped and left to come back by itself, or to the end of the process.
+    m_loadLimit->setSingleShot(true);
+    m_loadLimit->setInterval(loadLimitMs());
+    connect(m_loadLimit, &QTimer::timeout, this, [this] {
+        qCWarning(lcMedia).noquote() << "cannot play" << m_source << "- it did not open within"
+                                     << m_loadLimit->interval() << "ms";
+        fail(Failure::Damaged);
+    });
 }
 
 Player::~Player()
@@ -26,12 +38,20 @@ Player::~Player()
     engine::drop(m_engine);
 }
 
+int Player::loadLimitMs()
+{
+    bool given = false;
+    const int ms = qEnvironmentVariableIntValue("TREMIDIA_MEDIA_LOAD_LIMIT_MS", &given);
+    return given && ms > 0 ? ms : LoadLimitMs;
+}
+
 void Player::setSource(const QString &file)
 {
     engine::drop(m_engine);
     m_poll->stop();
+    m_loadLimit->stop();
     m_source = file;
-    m_error.clear();
+    m_failure = Failure::None;
     m_frame = QImage();
     m_hasVideo = false;
     if (m_position != 0) {
@@ -47,6 +67,7 @@ void Player::setSource(const QString &file)
     setStatus(LoadingMedia);
     m_engine = engine::start(file, m_silent);
     m_poll->start();
+    m_loadLimit->start();
 }
 
 void Player::order(int kind, qint64 ms)
@@ -120,6 +141,7 @@ void Player::poll()
     for (const engine::News &item : news) {
         switch (item.kind) {
         case engine::News::Loaded:
+            m_loadLimit->stop();
             m_hasVideo = item.video;
             setDuration(item.ms);
             if (m_status == LoadingMedia)
@@ -145,12 +167,7 @@ void Player::poll()
             setStatus(EndOfMedia);
             break;
         case engine::News::Error:
-            engine::drop(m_engine);
-            m_poll->stop();
-            m_error = item.error;
-            setState(StoppedState);
-            setStatus(InvalidMedia);
-            emit errorOccurred(m_error);
+            fail(item.failure);
             return;
         }
         if (!m_engine)
@@ -163,6 +180,17 @@ void Player::poll()
             emit videoSizeChanged(m_frame.size());
         emit videoFrameChanged();
     }
+}
+
+void Player::fail(Failure failure)
+{
+    engine::drop(m_engine);
+    m_poll->stop();
+    m_loadLimit->stop();
+    m_failure = failure;
+    setState(StoppedState);
+    setStatus(InvalidMedia);
+    emit errorOccurred(errorString());
 }
 
 void Player::setDuration(qint64 ms)

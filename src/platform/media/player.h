@@ -1,5 +1,7 @@
 #pragma once
 
+#include "failure.h"
+
 #include <QImage>
 #include <QObject>
 #include <QString>
@@ -18,7 +20,9 @@ struct Mailbox;
 // an engine thread of its own (engine.h): the player leaves it orders and picks up its
 // news on a timer, and never calls GStreamer itself, so nothing GStreamer does can hold
 // up the thread the player lives on. Sound goes to the system's sink (or
-// TREMIDIA_AUDIO_SINK); video frames come as QImages for the owner to draw.
+// TREMIDIA_AUDIO_SINK); video frames come as QImages for the owner to draw. A file that
+// has not opened within the load limit (a pipe nobody writes to, a file that never gives
+// its first frames) is given up as damaged.
 class Player final : public QObject
 {
     Q_OBJECT
@@ -28,6 +32,11 @@ public:
     Q_ENUM(PlaybackState)
     enum MediaStatus { NoMedia, LoadingMedia, LoadedMedia, EndOfMedia, InvalidMedia };
     Q_ENUM(MediaStatus)
+
+    static constexpr int LoadLimitMs = 5000;
+    // LoadLimitMs, unless TREMIDIA_MEDIA_LOAD_LIMIT_MS says otherwise: the sanitizers'
+    // builds trace every allocation, and a sound font then takes longer than that to load.
+    static int loadLimitMs();
 
     explicit Player(QObject *parent = nullptr);
     ~Player() override;
@@ -56,8 +65,10 @@ public:
     QSize videoSize() const { return m_frame.size(); }
     // The latest picture of a video; null before the first.
     const QImage &videoFrame() const { return m_frame; }
-    // Why the piece could not be played, once mediaStatus is InvalidMedia.
-    QString errorString() const { return m_error; }
+    // Why the piece could not be played, once mediaStatus is InvalidMedia: the reason, and
+    // the program's words for it.
+    Failure failure() const { return m_failure; }
+    QString errorString() const { return failureText(m_failure); }
 
 signals:
     void playbackStateChanged(media::Player::PlaybackState state);
@@ -71,14 +82,16 @@ signals:
 private:
     void order(int kind, qint64 ms = 0);
     void poll();
+    void fail(Failure failure);
     void setDuration(qint64 ms);
     void setState(PlaybackState state);
     void setStatus(MediaStatus status);
 
     QTimer *const m_poll;
+    QTimer *const m_loadLimit;
     std::shared_ptr<engine::Mailbox> m_engine;
     QString m_source;
-    QString m_error;
+    Failure m_failure = Failure::None;
     QImage m_frame;
     qint64 m_position = 0;
     qint64 m_duration = 0;

@@ -15,9 +15,11 @@ QString unplayableText(const QString &file, const QString &why)
     return QStringLiteral("Δεν μπορώ να παίξω το αρχείο «%1»: %2").arg(QFileInfo(file).fileName(), why);
 }
 
-MediaInfo probe(const QString &file, int timeoutMs)
+MediaInfo probe(const QString &file, int playMs)
 {
-    if (file.isEmpty() || !QFileInfo(file).isFile())
+    // Anything else that is there goes to the player, which tells a folder or a pipe
+    // apart from a sound as it does in the window.
+    if (file.isEmpty() || !QFileInfo::exists(file))
         throw platform::RuntimeError(platform::errors::FileNotFound,
             QStringLiteral("Το αρχείο δεν βρέθηκε: «%1»").arg(QFileInfo(file).fileName()));
 
@@ -32,15 +34,10 @@ MediaInfo probe(const QString &file, int timeoutMs)
             loop.quit();
     });
     player.setSource(file);
-    if (player.mediaStatus() == Player::LoadingMedia) {
-        deadline.start(timeoutMs);
-        loop.exec();
-    }
-    if (player.mediaStatus() == Player::InvalidMedia)
-        throw platform::RuntimeError(UnplayableMedia, unplayableText(file, player.errorString()));
+    if (player.mediaStatus() == Player::LoadingMedia)
+        loop.exec(); // the player gives up on its own after its load limit
     if (player.mediaStatus() != Player::LoadedMedia)
-        throw platform::RuntimeError(UnplayableMedia,
-            unplayableText(file, QStringLiteral("it did not open in %1 s").arg(timeoutMs / 1000)));
+        throw platform::RuntimeError(UnplayableMedia, unplayableText(file, player.errorString()));
 
     // Some files (MIDI among them) tell their length only once they play; played silently
     // this takes no longer than reading them.
@@ -50,7 +47,7 @@ MediaInfo probe(const QString &file, int timeoutMs)
     if (info.durationMs == 0) {
         QObject::connect(&player, &Player::durationChanged, &loop, &QEventLoop::quit);
         player.play();
-        deadline.start(timeoutMs);
+        deadline.start(playMs);
         if (player.duration() == 0 && player.mediaStatus() == Player::LoadedMedia)
             loop.exec();
         info.durationMs = player.duration();

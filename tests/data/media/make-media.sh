@@ -10,6 +10,8 @@ clip="testsrc=size=64x48:rate=12.5:duration=1"
 ff -f lavfi -i "$tone" -ac 1 -c:a pcm_u8 tone.wav
 ff -f lavfi -i "$tone" -ac 1 -c:a libmp3lame -b:a 8k tone.mp3
 python3 midi.py tune.mid
+# WAVs of the era: two whose length GStreamer's parser loses, one of a codec nothing here plays.
+python3 wavs.py
 ff -f lavfi -i "$clip" -f lavfi -i "$tone" -c:v msmpeg4v2 -q:v 31 -ac 1 -c:a pcm_u8 clip.avi
 ff -f lavfi -i "$clip" -f lavfi -i "sine=frequency=440:duration=1" -r 25 -c:v mpeg1video -q:v 25 \
     -ac 1 -c:a mp2 -b:a 32k -f mpeg clip.mpg

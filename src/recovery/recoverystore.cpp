@@ -422,6 +422,8 @@ bool Store::setAside(const Entry &entry, const QString &why)
             return false;
     }
     const SafeFolder place = setAsidePlace(folderName);
+    if (!place.isValid())
+        qCWarning(lcRecovery).noquote() << "cannot set aside" << entry.contentPath << "-" << why;
     bool moved = false;
     for (const Node &node : ended.folder.list()) {
         if (node.kind == NodeKind::Folder || !node.name.startsWith(base + '.'))

@@ -11,11 +11,14 @@
 #include <sourceviewer.h>
 
 #include <QApplication>
+#include <QDir>
 #include <QEvent>
 #include <QFileInfo>
 #include <QMdiSubWindow>
 #include <QPointer>
 #include <QTimer>
+
+#include <algorithm>
 
 namespace lostwork {
 
@@ -68,6 +71,36 @@ QString describe(const recovery::Entry &entry)
     return QStringLiteral("- ") + what;
 }
 
+// Copies that can't be reopened are set aside and told of once, so that they are not
+// offered at every start.
+void setAsideUnreadable(recovery::Store &store, const QList<recovery::Entry> &unreadable)
+{
+    if (unreadable.isEmpty())
+        return;
+    QStringList lines;
+    for (const recovery::Entry &entry : unreadable) {
+        store.setAside(entry, QStringLiteral("its picture does not decode"));
+        lines << describe(entry);
+    }
+    platform::MsgBox(
+        QStringLiteral("Δεν ήταν δυνατό να διαβαστεί η εργασία που είχε μείνει χωρίς αποθήκευση:")
+            + QStringLiteral("\r\n") + lines.join(QStringLiteral("\r\n")) + QStringLiteral("\r\n\r\n")
+            + QStringLiteral("Φυλάχτηκε χωριστά, στον φάκελο «%1».")
+                  .arg(QDir::toNativeSeparators(recovery::Store::setAsideFolder())),
+        platform::vbExclamation);
+}
+
+// The drawings among the work whose copies hold no picture that can be read.
+QList<recovery::Entry> undecodable(const QList<recovery::Entry> &work)
+{
+    QList<recovery::Entry> out;
+    for (const recovery::Entry &entry : work) {
+        if (entry.kind == u"drawing" && frmDrawing::RecoveredPicture(entry.contentPath).isNull())
+            out << entry;
+    }
+    return out;
+}
+
 } // namespace
 
 QString question(const QList<recovery::Entry> &work)
@@ -77,7 +110,9 @@ QString question(const QList<recovery::Entry> &work)
         lines << describe(entry);
     return QStringLiteral("Την προηγούμενη φορά το πρόγραμμα έκλεισε χωρίς να αποθηκευτεί η εργασία σας:")
         + QStringLiteral("\r\n") + lines.join(QStringLiteral("\r\n")) + QStringLiteral("\r\n\r\n")
-        + QStringLiteral("Θέλετε να την επαναφέρετε; Θα ανοίξει μόλις μπείτε σε μια δραστηριότητα.");
+        + QStringLiteral("Θέλετε να την επαναφέρετε; Θα ανοίξει μόλις μπείτε σε μια δραστηριότητα.")
+        + QStringLiteral("\r\n")
+        + QStringLiteral("Με «Όχι» χάνεται· με «Άκυρο» μένει, και θα ερωτηθείτε ξανά την επόμενη φορά.");
 }
 
 void offer()
@@ -85,13 +120,23 @@ void offer()
     recovery::Store &store = recovery::Store::instance();
     if (!store.usable())
         return;
-    const QList<recovery::Entry> lost = store.lostWork();
+    QList<recovery::Entry> lost = store.lostWork();
+    const QList<recovery::Entry> unreadable = undecodable(lost);
+    setAsideUnreadable(store, unreadable);
+    lost.removeIf([&](const recovery::Entry &entry) {
+        return std::any_of(unreadable.begin(), unreadable.end(),
+            [&](const recovery::Entry &bad) { return bad.contentPath == entry.contentPath; });
+    });
     if (lost.isEmpty())
         return;
-    if (platform::MsgBox(question(lost), platform::vbYesNo | platform::vbQuestion) != platform::vbYes) {
+    // Only "Όχι" lets the work go: Escape, or closing the box, keeps it for the next start.
+    const int answer = platform::MsgBox(question(lost), platform::vbYesNoCancel | platform::vbQuestion);
+    if (answer == platform::vbNo) {
         store.discardLostWork();
         return;
     }
+    if (answer != platform::vbYes)
+        return;
     const QList<recovery::Entry> work = store.adoptLostWork();
     if (work.isEmpty())
         return;
@@ -113,6 +158,7 @@ void reopen(MDIForm1 &shell, const QList<recovery::Entry> &work)
         if (entry.kind == u"notes")
             note = &entry;
     }
+    QList<recovery::Entry> unreadable;
     for (const recovery::Entry &entry : work) {
         if (entry.kind == u"drawing") {
             auto *drawing = new frmDrawing;
@@ -124,10 +170,16 @@ void reopen(MDIForm1 &shell, const QList<recovery::Entry> &work)
                     drawing->deleteLater();
             });
             drawing->Load();
-            drawing->RestoreWork(entry);
+            // Its copy changed since the question: set aside, not an empty painter.
+            if (!drawing->RestoreWork(entry)) {
+                unreadable << entry;
+                drawing->deleteLater();
+                continue;
+            }
             modGlobal::CenterAndShow(drawing);
         }
     }
+    setAsideUnreadable(recovery::Store::instance(), unreadable);
     if (note) {
         shell.TlbMain_ButtonClick(QStringLiteral("Notes"));
         if (frmNotes *notes = frmNotes::instance(false))

@@ -13,7 +13,8 @@ namespace lostwork {
 
 // Asks about the work left by programs that are no longer running, if there is any. A
 // yes takes it over into this program's recovery folder and reopens it when the shell
-// shows; a no removes it.
+// shows; a no removes it; Escape or closing the question keeps it for the next start.
+// A drawing whose copy does not decode is set aside and told of once, not asked about.
 void offer();
 
 // Opens taken-over work in the shell: the note in the notepad, each drawing in a

@@ -116,8 +116,12 @@ public:
     // The recovery copy of the drawing while it is not saved.
     recovery::WorkKeeper *const Recovery;
     // Reopens a drawing that a crash left unsaved: as it was, unsaved, with the file
-    // name it had and the map it was drawn on.
-    void RestoreWork(const recovery::Entry &lost);
+    // name it had and the map it was drawn on. False, and nothing changed, when its copy
+    // holds no picture that can be read.
+    bool RestoreWork(const recovery::Entry &lost);
+    // The picture of a drawing's recovery copy, read as a picture file is, within its
+    // allocation limit; null when it does not decode.
+    static QImage RecoveredPicture(const QString &path);
 
     // The size the window is designed at, which the shell's child frame is sized around.
     QSize sizeHint() const override;

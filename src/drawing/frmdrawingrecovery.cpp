@@ -2,9 +2,11 @@
 #include "picphoto.h"
 
 #include <errorpolicy.h>
+#include <picturefile.h>
 #include <recoverystore.h>
 
 #include <QBuffer>
+#include <QImageReader>
 
 // A drawing is kept as PNG: lossless like the pupil's bitmap, and small.
 std::optional<recovery::Work> frmDrawing::unsavedWork() const
@@ -23,11 +25,25 @@ std::optional<recovery::Work> frmDrawing::unsavedWork() const
     return work;
 }
 
-void frmDrawing::RestoreWork(const recovery::Entry &lost)
+QImage frmDrawing::RecoveredPicture(const QString &path)
 {
-    const QImage recovered(lost.contentPath, "PNG");
+    // PNG and nothing else, as it was kept: whatever else the bytes may claim to be.
+    QImageReader reader(path, "png");
+    reader.setAutoDetectImageFormat(false);
+    reader.setAllocationLimit(pictures::AllocationLimitMB);
+    const QSize size = reader.size();
+    if (!size.isValid()
+        || qint64(size.width()) * size.height() * 4 > qint64(pictures::AllocationLimitMB) * 1024 * 1024)
+        return {};
+    QImage picture;
+    return reader.read(&picture) ? picture : QImage();
+}
+
+bool frmDrawing::RestoreWork(const recovery::Entry &lost)
+{
+    const QImage recovered = RecoveredPicture(lost.contentPath);
     if (recovered.isNull())
-        return;
+        return false;
     const QString title = lost.details.value(QStringLiteral("title")).toString();
     if (!title.isEmpty())
         setWindowTitle(title);
@@ -42,4 +58,5 @@ void frmDrawing::RestoreWork(const recovery::Entry &lost)
     m_pictureFileName = lost.details.value(QStringLiteral("fileName")).toString();
     SetScrollBars();
     Recovery->takeOver(lost);
+    return true;
 }

@@ -1,12 +1,14 @@
 #pragma once
 
+#include "safefolder.h"
+
 #include <QByteArray>
 #include <QJsonObject>
 #include <QList>
-#include <QMap>
 #include <QString>
 
 #include <memory>
+#include <vector>
 
 class QLockFile;
 
@@ -22,8 +24,17 @@ class QLockFile;
 //
 // One piece of work is two files: its content (`<name>.rtf`, `<name>.png`) and a JSON
 // description that names the content file and tells what is needed to go on. Both are
-// written aside and renamed, the content first, so a copy is never half written and a
-// description never names a content that isn't there.
+// written aside and renamed, the content first, so a copy is never half written; a
+// removal takes the content first, so a description alone offers nothing.
+//
+// The folder is the user's, and anything may be found in it. A link there is removed as
+// a link and never followed, nor is a recovery folder that is itself a link; nothing
+// outside the folder is ever written or removed. A description that can't be read (cut
+// short, damaged, larger than DescriptionLimit) does not lose its work: the content is
+// offered by itself. The program removes lost work only when the pupil says no to it;
+// what it can't offer or reopen is set aside, under set-aside/ in the folder, where it is
+// no longer offered and a technician still finds it. Every copy removed or set aside is
+// written to the log (tremidia.recovery).
 namespace recovery {
 
 // One piece of work found in a folder.
@@ -39,6 +50,9 @@ struct Entry
 class Store
 {
 public:
+    // A description is a few hundred bytes; one larger than this is not read.
+    static constexpr qint64 DescriptionLimit = 64 * 1024;
+
     // The store of this program; opened (its folder made and locked) on first use.
     static Store &instance();
     // Forgets the store of this program, its folder left as it is (for tests, which
@@ -47,6 +61,9 @@ public:
 
     // $XDG_STATE_HOME/tremidia/recovery, or ~/.local/state/tremidia/recovery.
     static QString folder();
+    // Where copies that are no longer offered are kept: one folder in it for each
+    // program's folder they came from.
+    static QString setAsideFolder();
 
     // Milliseconds from a change to its recovery copy: 30 seconds, or
     // $TREMIDIA_RECOVERY_DELAY_MS (the tests' shorter wait).
@@ -77,25 +94,48 @@ public:
     // Takes the lost work into this program's folder, so that it stays safe until it is
     // saved or discarded here; returns the entries as they now are.
     QList<Entry> adoptLostWork();
-    // Removes the lost work: the pupil said no to it.
+    // Removes the lost work the last lostWork() offered: the pupil said no to it. Work
+    // left by a program that ended since is not touched.
     void discardLostWork();
+    // Moves one copy, of this program or of an ended one, to the set-aside folder, where
+    // it is no longer offered; `why` goes to the log. False when it could not.
+    bool setAside(const Entry &entry, const QString &why);
 
 private:
+    struct Ended;
+
     Store();
     bool open();
     void failedOnce(const QString &why);
-    // Folders of programs that have ended, each locked by us meanwhile.
-    QStringList endedFolders(QMap<QString, std::shared_ptr<QLockFile>> *locks);
+    // Folders of programs that have ended, each locked by us meanwhile. Links found
+    // beside them are removed.
+    std::vector<Ended> endedFolders();
+    bool adopt(const Ended &ended, const Entry &entry);
+    // Lets go of an ended program's folder once its work is dealt with.
+    void finish(Ended &ended);
+    // A program's folder with its lock gone: removed when empty, else set aside.
+    void closeFolder(const QByteArray &name, const SafeFolder &dir);
+    bool setAsideFolder(const QByteArray &name, const QString &why);
+    // The set-aside folder's folder for the copies of `name`'s folder.
+    SafeFolder setAsidePlace(const QByteArray &name);
+    QByteArray nextLostName();
 
     QString m_own;
+    QByteArray m_ownName;
+    SafeFolder m_top;
+    SafeFolder m_ownFolder;
     std::unique_ptr<QLockFile> m_lock;
+    QList<QByteArray> m_offered;
+    int m_lostSerial = 0;
     bool m_tried = false;
     bool m_usable = false;
     bool m_warned = false;
 };
 
-// Reads the entries of one folder (whole ones only: a description whose content is
-// missing, or that can't be read, is passed over).
+// Reads the entries of one folder: each content with its description, or by itself
+// when its description is missing or can't be read; a description whose content is
+// missing offers nothing. Links found there are removed.
+QList<Entry> readEntries(const SafeFolder &folder);
 QList<Entry> readEntries(const QString &folder);
 
 } // namespace recovery

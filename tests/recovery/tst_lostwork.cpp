@@ -3,6 +3,8 @@
 // offered at the next start and reopens, changed and unsaved, in the shell.
 
 #include "../app/shellcontent.h"
+#include "../support/msgboxrecorder.h"
+#include "lostcopies.h"
 
 #include <childwindows.h>
 #include <commondialog.h>
@@ -22,20 +24,31 @@
 #include <QKeyEvent>
 #include <QMdiArea>
 #include <QMdiSubWindow>
+#include <QMessageBox>
 #include <QPainter>
 #include <QProcess>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QTimer>
 
 #include <csignal>
 
 using recovery::Store;
+using testing::plantNote;
+using testing::writeFile;
 
 namespace {
 
 const QString NoteText = QStringLiteral("Οι σημειώσεις της Μαρίας για τον Κλεισθένη");
 const QString NoteFile = QStringLiteral("/home/pupil/kleisthenis.rtf");
 const QString MapCaption = QStringLiteral("Χάρτης των Κυκλάδων");
+const QByteArray LostNote = "{\\rtf1\\ansi Kleisthenis}";
+
+QByteArray noteDescription()
+{
+    return testing::description(
+        QStringLiteral("notes"), QStringLiteral("notes-1.rtf"), {{QStringLiteral("fileName"), NoteFile}});
+}
 
 QImage mapPicture()
 {
@@ -281,7 +294,7 @@ private slots:
         QVERIFY2(yes.texts[0].contains(QStringLiteral("ένα σχέδιο\r\n")), qPrintable(yes.texts[0]));
         QVERIFY(yes.texts[0].contains(QStringLiteral("ένα σχέδιο στον χάρτη «Χάρτης των Κυκλάδων»")));
         QVERIFY(yes.texts[0].contains(QStringLiteral("Θέλετε να την επαναφέρετε;")));
-        QCOMPARE(yes.styles[0], platform::vbYesNo | platform::vbQuestion);
+        QCOMPARE(yes.styles[0], platform::vbYesNoCancel | platform::vbQuestion);
 
         // The work opens when the pupil goes into an activity.
         QVERIFY(!frmNotes::instance(false));
@@ -341,6 +354,111 @@ private slots:
         Answers none(platform::vbYes);
         lostwork::offer();
         QVERIFY(none.texts.isEmpty());
+    }
+
+    void escapeOrClosingTheQuestionKeepsTheWork_data()
+    {
+        QTest::addColumn<QString>("how");
+        QTest::newRow("Άκυρο") << QStringLiteral("cancel");
+        QTest::newRow("Escape") << QStringLiteral("escape");
+        QTest::newRow("the box's window closed") << QStringLiteral("close");
+    }
+
+    // Only "Όχι" lets the work go: a pupil who presses Escape or closes the box finds it
+    // offered again at the next start.
+    void escapeOrClosingTheQuestionKeepsTheWork()
+    {
+        QFETCH(QString, how);
+        const QString ended = recoveryFolder() + QStringLiteral("/999-1");
+        QVERIFY(plantNote(ended, QStringLiteral("notes-1"), LostNote, noteDescription()));
+        if (how == u"cancel") {
+            Answers cancel(platform::vbCancel);
+            lostwork::offer();
+            QCOMPARE(cancel.texts.size(), 1);
+        } else {
+            // The box itself, answered from the keyboard or by its window's frame.
+            platform::setMsgBoxHook({});
+            QList<QMessageBox::StandardButton> buttons;
+            QTimer answer;
+            answer.setInterval(50);
+            connect(&answer, &QTimer::timeout, this, [&] {
+                auto *box = qobject_cast<QMessageBox *>(QApplication::activeModalWidget());
+                if (!box)
+                    return;
+                answer.stop();
+                for (QAbstractButton *button : box->buttons())
+                    buttons << box->standardButton(button);
+                if (how == u"escape")
+                    QTest::keyClick(box, Qt::Key_Escape);
+                else
+                    box->close();
+            });
+            answer.start();
+            lostwork::offer();
+            QVERIFY(QFileInfo::exists(ended + QStringLiteral("/notes-1.rtf")));
+            QCOMPARE(buttons.size(), 3);
+            QVERIFY(buttons.contains(QMessageBox::Cancel));
+        }
+        QVERIFY(QFileInfo::exists(ended + QStringLiteral("/notes-1.rtf")));
+        Store::reset();
+        Answers again(platform::vbCancel);
+        lostwork::offer();
+        QCOMPARE(again.texts.size(), 1);
+        QVERIFY(again.texts[0].contains(QStringLiteral("το σημειωματάριο (kleisthenis.rtf)")));
+    }
+
+    // A drawing's copy that does not decode is told of once, set aside, and not asked about.
+    void drawingCopyThatDoesNotDecodeIsToldOnceAndSetAside()
+    {
+        const QString ended = recoveryFolder() + QStringLiteral("/999-1");
+        QVERIFY(
+            writeFile(ended + QStringLiteral("/drawing-1.png"), QByteArray("\x89PNG\r\n\x1a\n broken", 15)));
+        QVERIFY(writeFile(ended + QStringLiteral("/drawing-1.json"),
+            testing::description(QStringLiteral("drawing"), QStringLiteral("drawing-1.png"),
+                {{QStringLiteral("fileName"), QStringLiteral("/home/pupil/xartis.bmp")}})));
+        QVERIFY(plantNote(ended, QStringLiteral("notes-1"), LostNote, noteDescription()));
+        testing::MsgBoxRecorder boxes;
+        boxes.install();
+        boxes.answers = {platform::vbOK, platform::vbCancel};
+        lostwork::offer();
+        QCOMPARE(boxes.size(), 2);
+        QCOMPARE(boxes[0].style, int(platform::vbExclamation));
+        QVERIFY2(
+            boxes[0].text.contains(QStringLiteral("ένα σχέδιο (xartis.bmp)")), qPrintable(boxes[0].text));
+        QVERIFY(boxes[0].text.contains(QDir::toNativeSeparators(Store::setAsideFolder())));
+        QVERIFY(boxes[1].text.contains(QStringLiteral("το σημειωματάριο")));
+        QVERIFY(!boxes[1].text.contains(QStringLiteral("σχέδιο")));
+        QVERIFY(QFileInfo::exists(Store::setAsideFolder() + QStringLiteral("/999-1/drawing-1.png")));
+
+        // The next start asks about the note alone, and tells nothing more.
+        Store::reset();
+        boxes.install();
+        boxes.answers = {platform::vbCancel};
+        lostwork::offer();
+        platform::setMsgBoxHook({});
+        QCOMPARE(boxes.size(), 1);
+        QVERIFY(boxes[0].text.contains(QStringLiteral("το σημειωματάριο")));
+        QVERIFY(!boxes[0].text.contains(QStringLiteral("σχέδιο")));
+    }
+
+    // A description cut short does not lose the note beside it: offered, and reopened.
+    void noteWithADamagedDescriptionReopensFromItsContent()
+    {
+        const QString ended = recoveryFolder() + QStringLiteral("/999-1");
+        QVERIFY(plantNote(ended, QStringLiteral("notes-1"), LostNote, noteDescription().left(20)));
+        Answers yes(platform::vbYes);
+        lostwork::offer();
+        QCOMPARE(yes.texts.size(), 1);
+        QVERIFY(yes.texts[0].contains(QStringLiteral("το σημειωματάριο")));
+        ShellWindow *shell = ShellWindow::instance();
+        shell->setSelectedActivity(101);
+        shell->window()->show();
+        QTRY_VERIFY(frmNotes::instance(false) && frmNotes::instance(false)->isVisible());
+        frmNotes *notes = frmNotes::instance(false);
+        QVERIFY2(
+            notes->notes->Text().contains(QStringLiteral("Kleisthenis")), qPrintable(notes->notes->Text()));
+        QVERIFY(notes->NotesDirty);
+        QCOMPARE(Store::instance().ownEntries().size(), 1);
     }
 };
 

@@ -1,3 +1,5 @@
+#include "lostcopies.h"
+
 #include <recoverystore.h>
 #include <workkeeper.h>
 
@@ -5,6 +7,7 @@
 #include <QDir>
 #include <QFile>
 #include <QJsonObject>
+#include <QLoggingCategory>
 #include <QProcess>
 #include <QTemporaryDir>
 #include <QTest>
@@ -12,9 +15,17 @@
 
 #include <csignal>
 
+#include <sys/resource.h>
+#include <sys/stat.h>
+
 using recovery::Store;
 using recovery::Work;
 using recovery::WorkKeeper;
+using testing::isThere;
+using testing::plantNote;
+using testing::readFile;
+using testing::treeOf;
+using testing::writeFile;
 
 namespace {
 
@@ -42,6 +53,11 @@ void recordWarning(QtMsgType type, const QMessageLogContext &context, const QStr
         g_warnings << QString::fromLatin1(context.category) + u' ' + text;
 }
 
+void recordMessage(QtMsgType, const QMessageLogContext &context, const QString &text)
+{
+    g_warnings << QString::fromLatin1(context.category) + u' ' + text;
+}
+
 // Starts another program that keeps some work; true once it has.
 bool startOtherProgram(QProcess &other)
 {
@@ -54,6 +70,16 @@ bool startOtherProgram(QProcess &other)
 QStringList filesIn(const QString &folder)
 {
     return QDir(folder).entryList(QDir::Files, QDir::Name);
+}
+
+const QByteArray GoodNote = "{\\rtf1\\ansi Kleisthenis}";
+
+// The most memory this process has held, in KB.
+long peakMemoryKb()
+{
+    rusage usage {};
+    getrusage(RUSAGE_SELF, &usage);
+    return usage.ru_maxrss;
 }
 
 } // namespace
@@ -69,6 +95,9 @@ class tst_RecoveryStore : public QObject
 private slots:
     void init()
     {
+        // A recovery folder left a link by a test is removed as one.
+        if (QFileInfo(recoveryFolder()).isSymLink())
+            QFile::remove(recoveryFolder());
         QDir(recoveryFolder()).removeRecursively();
         qputenv("XDG_STATE_HOME", QFile::encodeName(m_state.path()));
         Store::reset();
@@ -78,6 +107,8 @@ private slots:
     {
         Store::reset();
         Store::setDelayMs(0);
+        qInstallMessageHandler(nullptr);
+        QLoggingCategory::setFilterRules({});
     }
 
     void folderFollowsXdgStateHomeAndDefaultsToLocalState()
@@ -229,6 +260,274 @@ private slots:
         QVERIFY(store.lostWork().isEmpty());
         QCOMPARE(QDir(recoveryFolder()).entryList(QDir::Dirs | QDir::NoDotAndDotDot),
             QStringList({QFileInfo(store.ownFolder()).fileName()}));
+    }
+
+    void linkInRecoveryFolderIsRemovedNotFollowed_data()
+    {
+        QTest::addColumn<QString>("linkName");
+        QTest::newRow("named as a program's folder") << QStringLiteral("999-1");
+        QTest::newRow("named otherwise") << QStringLiteral("Έγγραφα");
+    }
+
+    // The pupil's documents, behind a link where a program's folder would be: nothing in
+    // them is read, written or removed, and the link goes.
+    void linkInRecoveryFolderIsRemovedNotFollowed()
+    {
+        QFETCH(QString, linkName);
+        QTemporaryDir documents;
+        QVERIFY(writeFile(documents.filePath(QStringLiteral("ergasia.rtf")), GoodNote));
+        QVERIFY(plantNote(documents.filePath(QStringLiteral("999-2")), QStringLiteral("notes-1"), GoodNote,
+            testing::description(QStringLiteral("notes"), QStringLiteral("notes-1.rtf"))));
+        const QStringList before = treeOf(documents.path());
+        QVERIFY(QDir().mkpath(recoveryFolder()));
+        const QString link = recoveryFolder() + u'/' + linkName;
+        QVERIFY(QFile::link(documents.path(), link));
+
+        Store &store = Store::instance();
+        QVERIFY(store.lostWork().isEmpty());
+        store.discardLostWork();
+        QVERIFY(store.adoptLostWork().isEmpty());
+        Store::reset();
+
+        QCOMPARE(treeOf(documents.path()), before);
+        QVERIFY(!isThere(link));
+    }
+
+    // A recovery folder that is itself a link to the pupil's documents is not worked in:
+    // the link goes, and a folder of the program's own takes its place.
+    void recoveryFolderThatIsALinkIsNotFollowed()
+    {
+        QTemporaryDir documents;
+        QVERIFY(writeFile(documents.filePath(QStringLiteral("ergasia.rtf")), GoodNote));
+        // In the documents, what looks like a program's folder with lost work, and an empty one.
+        QVERIFY(plantNote(documents.filePath(QStringLiteral("999-1")), QStringLiteral("notes-1"), GoodNote,
+            testing::description(QStringLiteral("notes"), QStringLiteral("notes-1.rtf"))));
+        QVERIFY(QDir().mkpath(documents.filePath(QStringLiteral("999-2"))));
+        const QStringList before = treeOf(documents.path());
+        QVERIFY(QDir().mkpath(QFileInfo(recoveryFolder()).path()));
+        QVERIFY(QFile::link(documents.path(), recoveryFolder()));
+
+        Store &store = Store::instance();
+        QVERIFY(store.usable());
+        QVERIFY(store.lostWork().isEmpty());
+        QVERIFY(store.write(
+            QStringLiteral("notes-1"), QStringLiteral("notes"), "{\\rtf1 new}", QStringLiteral("rtf"), {}));
+        store.adoptLostWork();
+        store.discardLostWork();
+        QCOMPARE(treeOf(documents.path()), before);
+        QVERIFY(!QFileInfo(recoveryFolder()).isSymLink());
+        QVERIFY(QFileInfo(recoveryFolder()).isDir());
+        QVERIFY(store.ownFolder().startsWith(recoveryFolder() + u'/'));
+        Store::reset();
+        QCOMPARE(treeOf(documents.path()), before);
+    }
+
+    // Links inside a program's folder, to a note, a description, a folder and as its
+    // lock: each is removed as a link, none is offered, and their targets stay as they were.
+    void linksInsideAProgramsFolderAreRemovedNotFollowed()
+    {
+        QTemporaryDir documents;
+        QVERIFY(writeFile(documents.filePath(QStringLiteral("ergasia.rtf")), GoodNote));
+        QVERIFY(writeFile(documents.filePath(QStringLiteral("perigrafi.json")),
+            testing::description(QStringLiteral("drawing"), QStringLiteral("drawing-1.png"))));
+        QVERIFY(writeFile(documents.filePath(QStringLiteral("lock")), "4242\ntremidia\nhost\n"));
+        const QStringList before = treeOf(documents.path());
+        const QString ended = recoveryFolder() + QStringLiteral("/999-1");
+        QVERIFY(QDir().mkpath(ended));
+        QVERIFY(QFile::link(
+            documents.filePath(QStringLiteral("ergasia.rtf")), ended + QStringLiteral("/notes-1.rtf")));
+        QVERIFY(writeFile(ended + QStringLiteral("/notes-1.json"),
+            testing::description(QStringLiteral("notes"), QStringLiteral("notes-1.rtf"))));
+        QVERIFY(QFile::link(
+            documents.filePath(QStringLiteral("perigrafi.json")), ended + QStringLiteral("/drawing-1.json")));
+        QVERIFY(QFile::link(documents.path(), ended + QStringLiteral("/photos")));
+        QVERIFY(QFile::link(
+            documents.filePath(QStringLiteral("lock")), ended + QStringLiteral("/instance.lock")));
+
+        Store &store = Store::instance();
+        QVERIFY(store.lostWork().isEmpty());
+        for (const QString &name : {QStringLiteral("notes-1.rtf"), QStringLiteral("drawing-1.json"),
+                 QStringLiteral("photos"), QStringLiteral("instance.lock")})
+            QVERIFY2(!QFileInfo(ended + u'/' + name).isSymLink(), qPrintable(name));
+        store.discardLostWork();
+        store.adoptLostWork();
+        Store::reset();
+        QCOMPARE(treeOf(documents.path()), before);
+    }
+
+    // A link put in this program's own folder where its next copy goes: the copy takes
+    // the link's place, and the file it named stays as it was.
+    void copyWrittenWhereALinkStandsReplacesTheLink()
+    {
+        QTemporaryDir documents;
+        const QString target = documents.filePath(QStringLiteral("ergasia.rtf"));
+        QVERIFY(writeFile(target, GoodNote));
+        Store &store = Store::instance();
+        QVERIFY(QFile::link(target, store.ownFolder() + QStringLiteral("/notes-1.rtf")));
+        QVERIFY(QFile::link(target, store.ownFolder() + QStringLiteral("/notes-1.json")));
+        QVERIFY(store.write(
+            QStringLiteral("notes-1"), QStringLiteral("notes"), "{\\rtf1 new}", QStringLiteral("rtf"), {}));
+        QCOMPARE(readFile(target), GoodNote);
+        QVERIFY(!QFileInfo(store.ownFolder() + QStringLiteral("/notes-1.rtf")).isSymLink());
+        QCOMPARE(store.ownEntries().size(), 1);
+        QCOMPARE(readFile(store.ownEntries()[0].contentPath), QByteArray("{\\rtf1 new}"));
+        QVERIFY(QFile::link(target, store.ownFolder() + QStringLiteral("/notes-2.rtf")));
+        store.remove(QStringLiteral("notes-2"));
+        QCOMPARE(readFile(target), GoodNote);
+    }
+
+    void damagedDescriptionBesideAGoodNoteIsStillOffered_data()
+    {
+        QTest::addColumn<QByteArray>("damage");
+        const QByteArray whole = testing::description(QStringLiteral("notes"), QStringLiteral("notes-1.rtf"));
+        QTest::newRow("cut short") << whole.left(whole.size() / 2);
+        QTest::newRow("empty") << QByteArray("");
+        QTest::newRow("bytes of nothing") << QByteArray("\x00\xff\xfe garbage \x01", 13);
+        QTest::newRow("not an object") << QByteArray("[1, 2, 3]");
+        QTest::newRow("names a file elsewhere")
+            << testing::description(QStringLiteral("notes"), QStringLiteral("../../ergasia.rtf"));
+        QTest::newRow("names a content that is not there")
+            << testing::description(QStringLiteral("notes"), QStringLiteral("notes-1.png"));
+        QTest::newRow("a folder") << QByteArray("folder");
+        QTest::newRow("a pipe") << QByteArray("pipe");
+    }
+
+    void damagedDescriptionBesideAGoodNoteIsStillOffered()
+    {
+        QFETCH(QByteArray, damage);
+        const QString ended = recoveryFolder() + QStringLiteral("/999-1");
+        QVERIFY(plantNote(ended, QStringLiteral("notes-1"), GoodNote, {}));
+        const QString descriptionPath = ended + QStringLiteral("/notes-1.json");
+        if (damage == "folder")
+            QVERIFY(QDir().mkpath(descriptionPath));
+        else if (damage == "pipe")
+            QCOMPARE(::mkfifo(QFile::encodeName(descriptionPath).constData(), 0600), 0);
+        else
+            QVERIFY(writeFile(descriptionPath, damage));
+
+        Store &store = Store::instance();
+        const QList<recovery::Entry> lost = store.lostWork();
+        QCOMPARE(lost.size(), 1);
+        QCOMPARE(lost[0].kind, QStringLiteral("notes"));
+        QCOMPARE(lost[0].contentPath, ended + QStringLiteral("/notes-1.rtf"));
+        const QList<recovery::Entry> adopted = store.adoptLostWork();
+        QCOMPARE(adopted.size(), 1);
+        QCOMPARE(readFile(adopted[0].contentPath), GoodNote);
+    }
+
+    // A description of 100 MB, where a few hundred bytes are all it takes, is not read
+    // at all: the start does not take its size in memory, and the note is offered.
+    void hugeDescriptionIsNotReadWhole()
+    {
+        const QString ended = recoveryFolder() + QStringLiteral("/999-1");
+        QVERIFY(plantNote(ended, QStringLiteral("notes-1"), GoodNote, {}));
+        QFile description(ended + QStringLiteral("/notes-1.json"));
+        QVERIFY(description.open(QIODevice::WriteOnly));
+        description.write(
+            testing::description(QStringLiteral("notes"), QStringLiteral("notes-1.rtf")).chopped(2));
+        description.write(",\"padding\": \"");
+        QVERIFY(description.resize(100 * 1024 * 1024));
+        description.close();
+
+        const long before = peakMemoryKb();
+        const QList<recovery::Entry> lost = Store::instance().lostWork();
+        const long grown = peakMemoryKb() - before;
+        QVERIFY2(grown < 16 * 1024, qPrintable(QStringLiteral("grew by %1 KB").arg(grown)));
+        QCOMPARE(lost.size(), 1);
+        QCOMPARE(lost[0].contentPath, ended + QStringLiteral("/notes-1.rtf"));
+    }
+
+    // A program's folder that holds nothing the program can offer, but holds something,
+    // is set aside whole rather than removed.
+    void folderWithNothingToOfferIsSetAsideNotRemoved()
+    {
+        const QString ended = recoveryFolder() + QStringLiteral("/999-1");
+        QVERIFY(writeFile(ended + QStringLiteral("/notes-1.json"),
+            testing::description(QStringLiteral("notes"), QStringLiteral("notes-1.rtf"))));
+        QVERIFY(writeFile(ended + QStringLiteral("/simeioseis.txt"), "of the teacher"));
+        Store &store = Store::instance();
+        QVERIFY(store.lostWork().isEmpty());
+        QVERIFY(!isThere(ended));
+        const QString aside = Store::setAsideFolder() + QStringLiteral("/999-1");
+        QCOMPARE(readFile(aside + QStringLiteral("/simeioseis.txt")), QByteArray("of the teacher"));
+        QVERIFY(QFileInfo::exists(aside + QStringLiteral("/notes-1.json")));
+        // Not offered, not removed, at the next start either.
+        Store::reset();
+        QVERIFY(Store::instance().lostWork().isEmpty());
+        QCOMPARE(readFile(aside + QStringLiteral("/simeioseis.txt")), QByteArray("of the teacher"));
+        // An empty one, as a program killed with nothing unsaved leaves, simply goes.
+        QVERIFY(QDir().mkpath(recoveryFolder() + QStringLiteral("/999-2")));
+        QVERIFY(Store::instance().lostWork().isEmpty());
+        QVERIFY(!isThere(recoveryFolder() + QStringLiteral("/999-2")));
+        QVERIFY(!isThere(Store::setAsideFolder() + QStringLiteral("/999-2")));
+    }
+
+    // "Όχι" lets go of the work it was asked about, not of work a program left since.
+    void noRemovesOnlyTheWorkAskedAbout()
+    {
+        QVERIFY(plantNote(recoveryFolder() + QStringLiteral("/999-1"), QStringLiteral("notes-1"), GoodNote,
+            testing::description(QStringLiteral("notes"), QStringLiteral("notes-1.rtf"))));
+        Store &store = Store::instance();
+        QCOMPARE(store.lostWork().size(), 1);
+        QVERIFY(plantNote(recoveryFolder() + QStringLiteral("/999-2"), QStringLiteral("notes-1"), GoodNote,
+            testing::description(QStringLiteral("notes"), QStringLiteral("notes-1.rtf"))));
+        store.discardLostWork();
+        QVERIFY(!isThere(recoveryFolder() + QStringLiteral("/999-1")));
+        const QList<recovery::Entry> lost = store.lostWork();
+        QCOMPARE(lost.size(), 1);
+        QCOMPARE(lost[0].contentPath, recoveryFolder() + QStringLiteral("/999-2/notes-1.rtf"));
+    }
+
+    // A copy set aside is kept where a technician finds it, and is offered no more.
+    void copySetAsideIsKeptButNoLongerOffered()
+    {
+        const QString ended = recoveryFolder() + QStringLiteral("/999-1");
+        QVERIFY(plantNote(ended, QStringLiteral("notes-1"), GoodNote,
+            testing::description(QStringLiteral("notes"), QStringLiteral("notes-1.rtf"))));
+        QVERIFY(writeFile(ended + QStringLiteral("/drawing-1.png"), "not a picture"));
+        QVERIFY(writeFile(ended + QStringLiteral("/drawing-1.json"),
+            testing::description(QStringLiteral("drawing"), QStringLiteral("drawing-1.png"))));
+        Store &store = Store::instance();
+        const QList<recovery::Entry> lost = store.lostWork();
+        QCOMPARE(lost.size(), 2);
+        const recovery::Entry drawing = lost[0].kind == u"drawing" ? lost[0] : lost[1];
+        QVERIFY(store.setAside(drawing, QStringLiteral("it does not decode")));
+        const QString aside = Store::setAsideFolder() + QStringLiteral("/999-1");
+        QCOMPARE(readFile(aside + QStringLiteral("/drawing-1.png")), QByteArray("not a picture"));
+        QVERIFY(QFileInfo::exists(aside + QStringLiteral("/drawing-1.json")));
+        const QList<recovery::Entry> still = store.lostWork();
+        QCOMPARE(still.size(), 1);
+        QCOMPARE(still[0].kind, QStringLiteral("notes"));
+    }
+
+    // A technician reads in tremidia.recovery every copy removed or set aside, and every
+    // link removed.
+    void everyCopyRemovedOrSetAsideIsLogged()
+    {
+        const QString ended = recoveryFolder() + QStringLiteral("/999-1");
+        QVERIFY(plantNote(ended, QStringLiteral("notes-1"), GoodNote,
+            testing::description(QStringLiteral("notes"), QStringLiteral("notes-1.rtf"))));
+        QVERIFY(plantNote(ended, QStringLiteral("notes-2"), GoodNote, "{ cut"));
+        QVERIFY(QFile::link(m_state.path(), recoveryFolder() + QStringLiteral("/999-2")));
+        QVERIFY(writeFile(recoveryFolder() + QStringLiteral("/999-3/readme.txt"), "?"));
+        QLoggingCategory::setFilterRules(QStringLiteral("tremidia.recovery.info=true"));
+        g_warnings.clear();
+        qInstallMessageHandler(&recordMessage);
+        Store &store = Store::instance();
+        QCOMPARE(store.lostWork().size(), 2);
+        store.discardLostWork();
+        QVERIFY(
+            store.write(QStringLiteral("notes-7"), QStringLiteral("notes"), "x", QStringLiteral("rtf"), {}));
+        store.remove(QStringLiteral("notes-7"));
+        qInstallMessageHandler(nullptr);
+        for (const QString &expected : {ended + QStringLiteral("/notes-1.rtf"),
+                 ended + QStringLiteral("/notes-2.rtf"), recoveryFolder() + QStringLiteral("/999-2"),
+                 recoveryFolder() + QStringLiteral("/999-3"), QStringLiteral("notes-7")}) {
+            const bool logged = std::any_of(g_warnings.begin(), g_warnings.end(), [&](const QString &line) {
+                return line.startsWith(QStringLiteral("tremidia.recovery ")) && line.contains(expected);
+            });
+            QVERIFY2(logged, qPrintable(expected + QStringLiteral(" not in:\n") + g_warnings.join(u'\n')));
+        }
     }
 
     // A state folder that can't be made (here a file stands where a folder would be,

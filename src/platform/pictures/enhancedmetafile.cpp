@@ -18,7 +18,6 @@ namespace {
 
 constexpr quint32 EmrHeader = 1;
 constexpr quint32 EmrEof = 14;
-constexpr int MaxDrawnSide = 8192;
 
 // The converter trusts the records it is given; a file whose records do not chain to
 // the end-of-file record within its bytes is refused before it gets there.
@@ -72,7 +71,7 @@ QImage drawEnhancedMetafile(const QByteArray &emf, QSize size)
         size = renderer.defaultSize();
     if (!size.isValid() || size.isEmpty())
         return {};
-    size = QSize(std::clamp(size.width(), 1, MaxDrawnSide), std::clamp(size.height(), 1, MaxDrawnSide));
+    size = drawingSize(size);
 
     // What the metafile leaves undrawn is the paper's white, as for the other metafiles.
     QImage picture(size, QImage::Format_RGB32);

@@ -105,6 +105,24 @@ private slots:
         QCOMPARE(errorNumberReading(damaged("looping_bitmap_header.wmf")), platform::errors::InvalidPicture);
     }
 
+    // libemf2svg read the header's description wherever the header pointed, and with a
+    // length of nought up to a terminating zero, past the end of the file.
+    void anEnhancedMetafileWhoseDescriptionLiesOutsideItsHeaderIsDrawnWithoutIt_data()
+    {
+        QTest::addColumn<QString>("file");
+        QTest::addColumn<QSize>("size");
+        QTest::newRow("to a zero past the end")
+            << damaged("description_past_the_end.emf") << QSize(2880, 2880);
+        QTest::newRow("far away") << damaged("description_far_away.emf") << QSize(100, 50);
+    }
+
+    void anEnhancedMetafileWhoseDescriptionLiesOutsideItsHeaderIsDrawnWithoutIt()
+    {
+        QFETCH(QString, file);
+        QFETCH(QSize, size);
+        QCOMPARE(pictures::LoadPicture(file).size(), size);
+    }
+
     // A placeable header of a few bytes asked for a drawing of 8192 by 8192, which took
     // half a minute and then failed, larger than an image reader takes.
     void aMetafileAskingForTheLargestDrawingIsDrawnSmallerInItsShape()

@@ -105,6 +105,16 @@ private slots:
         QCOMPARE(errorNumberReading(damaged("looping_bitmap_header.wmf")), platform::errors::InvalidPicture);
     }
 
+    // libwmf stretched a two-by-two bitmap to 1712 times the picture's window width, pixel
+    // by pixel, before clipping it to the picture: minutes of work.
+    void aBitmapStretchedFarBeyondThePictureIsRefusedAtOnce()
+    {
+        QElapsedTimer clock;
+        clock.start();
+        QCOMPARE(errorNumberReading(damaged("stretched_bitmap.wmf")), platform::errors::InvalidPicture);
+        QVERIFY2(clock.elapsed() < 10000, qPrintable(QStringLiteral("%1 ms").arg(clock.elapsed())));
+    }
+
     // libemf2svg read the header's description wherever the header pointed, and with a
     // length of nought up to a terminating zero, past the end of the file.
     void anEnhancedMetafileWhoseDescriptionLiesOutsideItsHeaderIsDrawnWithoutIt_data()

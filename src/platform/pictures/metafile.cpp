@@ -54,23 +54,30 @@ constexpr qsizetype PlaceableSize = 22;
 constexpr qsizetype StandardHeaderSize = 18;
 constexpr qsizetype MaxRecordAt = 12;
 
-// Where the bitmap starts in the parameters of the records that carry one (in words),
-// or -1 for a record without.
-int bitmapAt(quint16 function)
+// Where the bitmap starts in the parameters of the records that carry one, and where
+// the size it is drawn at is, in words; -1 for none.
+struct BitmapRecord
+{
+    int bitmap = -1;
+    int height = -1;
+    int width = -1;
+};
+
+BitmapRecord bitmapRecord(quint16 function)
 {
     switch (function) {
     case 0x0940: // DIBBitBlt
-        return 8;
+        return {8, 4, 5};
     case 0x0B41: // DIBStretchBlt
-        return 10;
+        return {10, 6, 7};
     case 0x0F43: // StretchDIB
-        return 11;
+        return {11, 7, 8};
     case 0x0D33: // SetDIBitsToDevice
-        return 9;
+        return {9, 5, 6};
     case 0x0142: // DIBCreatePatternBrush
-        return 2;
+        return {2, -1, -1};
     default:
-        return -1;
+        return {};
     }
 }
 
@@ -118,6 +125,16 @@ QByteArray metafileForLibwmf(const QByteArray &wmf)
     const qsizetype header = le32(wmf, 0) == PlaceableKey ? PlaceableSize : 0;
     if (le16(wmf, header + 2) != StandardHeaderSize / 2)
         return {};
+    // libwmf stretches a bitmap to the size it is drawn at before it clips it to the
+    // picture, pixel by pixel: a bitmap is drawn at most a few times the size of the
+    // picture's window (its logical extent) or, before one is set, its placeable frame.
+    qint64 extentWidth = header ? std::abs(les16(wmf, 10) - les16(wmf, 6)) : 0;
+    qint64 extentHeight = header ? std::abs(les16(wmf, 12) - les16(wmf, 8)) : 0;
+    auto stretchHolds = [&](qint64 width, qint64 height) {
+        constexpr qint64 Times = 4;
+        return (extentWidth == 0 || std::abs(width) <= Times * extentWidth)
+            && (extentHeight == 0 || std::abs(height) <= Times * extentHeight);
+    };
     qsizetype pos = header + StandardHeaderSize;
     quint32 largest = 0;
     while (pos + 6 <= wmf.size()) {
@@ -126,11 +143,21 @@ QByteArray metafileForLibwmf(const QByteArray &wmf)
         if (words < 3 || words > quint64(wmf.size() - pos) / 2)
             return {};
         largest = std::max(largest, words);
-        const int bitmap = bitmapAt(function);
         const qsizetype end = pos + qsizetype(words) * 2;
-        if (bitmap >= 0 && 6 + bitmap * 2 + 4 <= end - pos
-            && !bitmapHeaderHolds(wmf, pos + 6 + bitmap * 2, end))
-            return {};
+        const qsizetype parameters = pos + 6;
+        if (function == 0x020C) { // SetWindowExt: height, width
+            extentHeight = std::abs(les16(wmf, parameters));
+            extentWidth = std::abs(les16(wmf, parameters + 2));
+        }
+        const BitmapRecord bitmap = bitmapRecord(function);
+        if (bitmap.bitmap >= 0 && parameters + bitmap.bitmap * 2 + 4 <= end) {
+            if (!bitmapHeaderHolds(wmf, parameters + bitmap.bitmap * 2, end))
+                return {};
+            if (bitmap.width >= 0
+                && !stretchHolds(
+                    les16(wmf, parameters + bitmap.width * 2), les16(wmf, parameters + bitmap.height * 2)))
+                return {};
+        }
         if (function == 0) {
             QByteArray copy = wmf;
             for (int i = 0; i < 4; ++i)

@@ -1,14 +1,12 @@
 #include "jetimport.h"
 
 #include "contenterrors.h"
-#include "greekcollation.h"
+#include "jetmessages.h"
 #include "jetreader.h"
 #include "jetreaderprocess.h"
 #include "sqliteconnection.h"
 
 #include <logging.h>
-
-#include <sqlite3.h>
 
 #include <QCryptographicHash>
 #include <QElapsedTimer>
@@ -155,15 +153,7 @@ QByteArray readInChild(const QString &path, const QByteArray &bytes, const Impor
     // The database comes back whole; more than a generous multiple of the file would be
     // a damaged file talking.
     const qint64 maxData = qint64(bytes.size()) * 16 + (qint64(64) << 20);
-    QByteArray buffer;
-    QByteArray data;
-    bool haveData = false;
-    qint64 dataLength = -1;
-    int errorNumber = 0;
-    QString errorText;
-    qint64 lastDone = 0;
-    qint64 lastTotal = 0;
-    bool reported = false;
+    ReaderMessages messages(path, maxData, options.progress);
     QElapsedTimer quiet;
     quiet.start();
     char chunk[65536];
@@ -180,8 +170,7 @@ QByteArray readInChild(const QString &path, const QByteArray &bytes, const Impor
             }
             // A beat even while a large table or memo keeps the reader quiet, so that the
             // caller's progress window stays alive and can cancel.
-            if (reported && options.progress && !options.progress(lastDone, lastTotal))
-                throw errors::cancelled();
+            messages.beat();
             continue;
         }
         const ssize_t n = ::read(child.fd(), chunk, sizeof chunk);
@@ -193,72 +182,9 @@ QByteArray readInChild(const QString &path, const QByteArray &bytes, const Impor
         if (n == 0)
             break;
         quiet.restart();
-        if (dataLength >= 0) {
-            data.append(chunk, n);
-        } else {
-            buffer.append(chunk, n);
-        }
-        // Take whole messages off the front of the buffer.
-        while (dataLength < 0 && !buffer.isEmpty()) {
-            const char tag = buffer.at(0);
-            if (tag == protocol::Progress) {
-                if (buffer.size() < 17)
-                    break;
-                qint64 done = 0, total = 0;
-                std::memcpy(&done, buffer.constData() + 1, 8);
-                std::memcpy(&total, buffer.constData() + 9, 8);
-                buffer.remove(0, 17);
-                lastDone = done;
-                lastTotal = total;
-                reported = true;
-                if (options.progress && !options.progress(done, total))
-                    throw errors::cancelled();
-            } else if (tag == protocol::Error) {
-                if (buffer.size() < 9)
-                    break;
-                qint32 number = 0, length = 0;
-                std::memcpy(&number, buffer.constData() + 1, 4);
-                std::memcpy(&length, buffer.constData() + 5, 4);
-                if (length < 0 || length > (1 << 20))
-                    throw errors::unrecognizedFormat(path);
-                if (buffer.size() < 9 + length)
-                    break;
-                errorNumber = number;
-                errorText = QString::fromUtf8(buffer.constData() + 9, length);
-                buffer.remove(0, 9 + length);
-            } else if (tag == protocol::Data) {
-                if (buffer.size() < 9)
-                    break;
-                std::memcpy(&dataLength, buffer.constData() + 1, 8);
-                if (dataLength < 0 || dataLength > maxData)
-                    throw errors::unrecognizedFormat(path);
-                data = buffer.mid(9);
-                data.reserve(dataLength);
-                buffer.clear();
-            } else {
-                throw errors::unrecognizedFormat(path);
-            }
-        }
-        if (dataLength >= 0 && data.size() > dataLength)
-            throw errors::unrecognizedFormat(path);
-        if (dataLength >= 0 && data.size() == dataLength)
-            haveData = true;
+        messages.take(chunk, n);
     }
-    const int status = child.reap();
-    if (errorNumber != 0) {
-        if (errorNumber == errors::InvalidArgument)
-            throw errors::invalidArgument();
-        throw errors::unrecognizedFormat(path);
-    }
-    if (!haveData || !WIFEXITED(status) || WEXITSTATUS(status) != 0) {
-        if (WIFSIGNALED(status))
-            qCWarning(lcContent) << "the Jet reader ended on signal" << WTERMSIG(status) << "reading" << path;
-        else
-            qCWarning(lcContent) << "the Jet reader ended with status" << WEXITSTATUS(status) << "reading"
-                                 << path;
-        throw errors::unrecognizedFormat(path);
-    }
-    return data;
+    return messages.finish(child.reap());
 }
 
 // The last import, by the file's content: the search window opens the database afresh,
@@ -302,29 +228,7 @@ std::unique_ptr<sqlite::Connection> importJet(
         last.data = data;
     }
 
-    auto connection = sqlite::Connection::openMemory();
-    installGreekTextRules(connection->handle());
-    auto *copy = static_cast<unsigned char *>(sqlite3_malloc64(sqlite3_uint64(data.size())));
-    if (!copy)
-        throw errors::unrecognizedFormat(path);
-    std::memcpy(copy, data.constData(), size_t(data.size()));
-    const int rc = sqlite3_deserialize(connection->handle(), "main", copy, data.size(), data.size(),
-        SQLITE_DESERIALIZE_FREEONCLOSE | SQLITE_DESERIALIZE_RESIZEABLE);
-    if (rc != SQLITE_OK)
-        throw errors::unrecognizedFormat(path);
-    try {
-        // What comes back from a reader that libmdb may have led astray is checked like
-        // any other file.
-        auto check = connection->prepare(QStringLiteral("PRAGMA quick_check"));
-        if (!check->step() || check->value(0).toString() != u"ok")
-            throw errors::unrecognizedFormat(path);
-        check.reset();
-        // Keys on text were ordered by the reader's plain rule; order them by the Greek one.
-        connection->execute(QStringLiteral("REINDEX"));
-    } catch (const sqlite::Error &) {
-        throw errors::unrecognizedFormat(path);
-    }
-    return connection;
+    return openReaderDatabase(path, data);
 }
 
 } // namespace content::jet

@@ -1,4 +1,5 @@
 #include "fixturefiles.h"
+#include "readerstandin.h"
 
 #include <contenterrors.h>
 #include <database.h>
@@ -40,35 +41,13 @@ QString writeFile(const QTemporaryDir &dir, const char *name, const QByteArray &
     return path;
 }
 
-// A stand-in for the reader program: a shell script with the given body.
-QString writeScript(const QTemporaryDir &dir, const QString &body)
-{
-    const QString path = dir.filePath(QStringLiteral("reader.sh"));
-    QFile f(path);
-    if (!f.open(QIODevice::WriteOnly))
-        return QString();
-    f.write("#!/bin/sh\n" + body.toUtf8());
-    f.close();
-    f.setPermissions(f.permissions() | QFileDevice::ExeOwner);
-    return path;
-}
+using readerstandin::writeScript;
 
-// The error number of importing the Jet 4 fixture with `reader` as the reader program;
-// 0 when it imports.
 int importErrorWith(const QString &reader, int stallTimeoutMs = 15000)
 {
-    qputenv("TREMIDIA_JET_READER", QFile::encodeName(reader));
-    content::jet::forgetLastImport();
     content::jet::ImportOptions options;
     options.stallTimeoutMs = stallTimeoutMs;
-    int number = 0;
-    try {
-        content::jet::importJet(fixtures::jet4(), fixtures::bytes(fixtures::jet4()), options);
-    } catch (const RuntimeError &e) {
-        number = e.number();
-    }
-    qunsetenv("TREMIDIA_JET_READER");
-    return number;
+    return readerstandin::importErrorWith(reader, options);
 }
 
 void putLe32(QByteArray &b, qsizetype at, quint32 v)

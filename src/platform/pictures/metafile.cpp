@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdlib>
 #include <cstring>
 
 extern "C" {
@@ -49,6 +50,153 @@ qsizetype pngLength(const char *data, qsizetype available)
     return 0;
 }
 
+constexpr qsizetype PlaceableSize = 22;
+constexpr qsizetype StandardHeaderSize = 18;
+constexpr qsizetype MaxRecordAt = 12;
+
+// Where the bitmap starts in the parameters of the records that carry one, and where
+// the size it is drawn at is, in words; -1 for none.
+struct BitmapRecord
+{
+    int bitmap = -1;
+    int height = -1;
+    int width = -1;
+};
+
+BitmapRecord bitmapRecord(quint16 function)
+{
+    switch (function) {
+    case 0x0940: // DIBBitBlt
+        return {8, 4, 5};
+    case 0x0B41: // DIBStretchBlt
+        return {10, 6, 7};
+    case 0x0F43: // StretchDIB
+        return {11, 7, 8};
+    case 0x0D33: // SetDIBitsToDevice
+        return {9, 5, 6};
+    case 0x0142: // DIBCreatePatternBrush
+        return {2, -1, -1};
+    default:
+        return {};
+    }
+}
+
+// libwmf's bitmap reader loops without end on some headers it does not know, and fills
+// the whole of whatever size a header claims: a bitmap in a record is passed on only
+// with a header of a kind and size a bitmap can have.
+bool bitmapHeaderHolds(const QByteArray &wmf, qsizetype at, qsizetype end)
+{
+    const quint32 headerSize = le32(wmf, at);
+    if (headerSize == 12) {
+        const quint16 bits = le16(wmf, at + 10);
+        return at + 12 <= end && le16(wmf, at + 4) > 0 && le16(wmf, at + 6) > 0 && le16(wmf, at + 8) == 1
+            && (bits == 1 || bits == 4 || bits == 8 || bits == 24);
+    }
+    if (headerSize < 40 || headerSize > quint64(end - at))
+        return false;
+    const qint64 width = qint32(le32(wmf, at + 4));
+    const qint64 height = qint32(le32(wmf, at + 8));
+    const quint16 planes = le16(wmf, at + 12);
+    const quint16 bits = le16(wmf, at + 14);
+    const quint32 compression = le32(wmf, at + 16);
+    if (width <= 0 || height == 0 || planes != 1
+        || width * std::abs(height) > qint64(MaxDrawnSide) * MaxDrawnSide)
+        return false;
+    switch (compression) {
+    case 0: // plain
+        return bits == 1 || bits == 4 || bits == 8 || bits == 16 || bits == 24 || bits == 32;
+    case 1: // run lengths of bytes
+        return bits == 8 && height > 0;
+    case 2: // run lengths of nibbles
+        return bits == 4 && height > 0;
+    case 3: // bit fields
+        return bits == 16 || bits == 32;
+    default:
+        return false;
+    }
+}
+
+// libwmf allocates the largest record the header claims before it reads a record, and
+// trusts the records' sizes. The copy it gets has records that chain to the end-of-file
+// record within the bytes, and a header that claims the largest of them; anything else
+// is refused (empty).
+QByteArray metafileForLibwmf(const QByteArray &wmf)
+{
+    const qsizetype header = le32(wmf, 0) == PlaceableKey ? PlaceableSize : 0;
+    if (le16(wmf, header + 2) != StandardHeaderSize / 2)
+        return {};
+    // libwmf stretches a bitmap to the size it is drawn at before it clips it to the
+    // picture, pixel by pixel: a bitmap is drawn at most a few times the size of the
+    // picture's window (its logical extent) or, before one is set, its placeable frame.
+    qint64 extentWidth = header ? std::abs(les16(wmf, 10) - les16(wmf, 6)) : 0;
+    qint64 extentHeight = header ? std::abs(les16(wmf, 12) - les16(wmf, 8)) : 0;
+    auto stretchHolds = [&](qint64 width, qint64 height) {
+        constexpr qint64 Times = 4;
+        return (extentWidth == 0 || std::abs(width) <= Times * extentWidth)
+            && (extentHeight == 0 || std::abs(height) <= Times * extentHeight);
+    };
+    qsizetype pos = header + StandardHeaderSize;
+    quint32 largest = 0;
+    while (pos + 6 <= wmf.size()) {
+        const quint32 words = le32(wmf, pos);
+        const quint16 function = le16(wmf, pos + 4);
+        if (words < 3 || words > quint64(wmf.size() - pos) / 2)
+            return {};
+        largest = std::max(largest, words);
+        const qsizetype end = pos + qsizetype(words) * 2;
+        const qsizetype parameters = pos + 6;
+        if (function == 0x020C) { // SetWindowExt: height, width
+            extentHeight = std::abs(les16(wmf, parameters));
+            extentWidth = std::abs(les16(wmf, parameters + 2));
+        }
+        const BitmapRecord bitmap = bitmapRecord(function);
+        if (bitmap.bitmap >= 0 && parameters + bitmap.bitmap * 2 + 4 <= end) {
+            if (!bitmapHeaderHolds(wmf, parameters + bitmap.bitmap * 2, end))
+                return {};
+            if (bitmap.width >= 0
+                && !stretchHolds(
+                    les16(wmf, parameters + bitmap.width * 2), les16(wmf, parameters + bitmap.height * 2)))
+                return {};
+        }
+        if (function == 0) {
+            QByteArray copy = wmf;
+            for (int i = 0; i < 4; ++i)
+                copy[header + MaxRecordAt + i] = char((largest >> (8 * i)) & 0xFF);
+            return copy;
+        }
+        pos = end;
+    }
+    return {};
+}
+
+// libwmf sizes what it allocates by numbers in the records (a bitmap's width and height)
+// and loops over all of it however little of the file stands behind it; it handles a
+// failed allocation as an error. So nothing it asks for may be larger than the file could
+// fill: a bitmap of one pixel a bit, compressed as far as its run lengths go, and never
+// more than the largest drawing made here. Plain malloc otherwise, as parts of libwmf
+// free with free().
+size_t largestLibwmfAllocation(const QByteArray &wmf)
+{
+    constexpr size_t AnySmallFile = size_t(4) << 20;
+    const size_t fill = size_t(wmf.size()) * 512 + AnySmallFile;
+    return std::min(fill, size_t(MaxDrawnSide) * MaxDrawnSide * 4);
+}
+
+void *boundedMalloc(void *largest, size_t size)
+{
+    return size > *static_cast<const size_t *>(largest) ? nullptr : std::malloc(size);
+}
+
+void *boundedRealloc(void *largest, void *memory, size_t size)
+{
+    return size > *static_cast<const size_t *>(largest) ? nullptr : std::realloc(memory, size);
+}
+
+void plainFree(void *, void *memory)
+{
+    std::free(memory);
+}
+
 } // namespace
 
 bool isWindowsMetafile(const QByteArray &bytes)
@@ -89,19 +237,27 @@ QImage drawWindowsMetafile(const QByteArray &wmf, QSize size)
 {
     if (!isWindowsMetafile(wmf))
         return {};
+    // libwmf reads from a buffer it may not keep; it gets a copy that lives as long.
+    QByteArray data = metafileForLibwmf(wmf);
+    if (data.isEmpty())
+        return {};
 
     wmfAPI *api = nullptr;
     wmfAPI_Options options {};
     options.function = wmf_gd_function;
-    if (wmf_api_create(&api, WMF_OPT_FUNCTION | WMF_OPT_IGNORE_NONFATAL, &options) != wmf_E_None) {
+    size_t largest = largestLibwmfAllocation(data);
+    options.context = &largest;
+    options.malloc = boundedMalloc;
+    options.realloc = boundedRealloc;
+    options.free = plainFree;
+    if (wmf_api_create(&api, WMF_OPT_FUNCTION | WMF_OPT_ALLOC | WMF_OPT_IGNORE_NONFATAL, &options)
+        != wmf_E_None) {
         if (api)
             wmf_api_destroy(api);
         return {};
     }
     const auto destroy = qScopeGuard([api] { wmf_api_destroy(api); });
 
-    // libwmf reads from a buffer it may not keep; it gets a copy that lives as long.
-    QByteArray data = wmf;
     if (wmf_mem_open(api, reinterpret_cast<unsigned char *>(data.data()), long(data.size())) != wmf_E_None)
         return {};
     const auto close = qScopeGuard([api] { wmf_mem_close(api); });
@@ -116,7 +272,7 @@ QImage drawWindowsMetafile(const QByteArray &wmf, QSize size)
             return {};
         size = QSize(int(width), int(height));
     }
-    size = QSize(std::clamp(size.width(), 1, MaxDrawnSide), std::clamp(size.height(), 1, MaxDrawnSide));
+    size = drawingSize(size);
 
     wmf_gd_t *device = WMF_GD_GetData(api);
     device->type = wmf_gd_png;
@@ -158,6 +314,18 @@ QSize enhancedMetafileSize(const QByteArray &emf)
         return {};
     return QSize(int(std::min(std::lround(width), long(MaxDrawnSide))),
         int(std::min(std::lround(height), long(MaxDrawnSide))));
+}
+
+QSize drawingSize(QSize size)
+{
+    // The pixels of a 4K screen, larger than any window shows a picture.
+    constexpr qint64 MaxDrawnPixels = qint64(3840) * 2160;
+    size = QSize(std::clamp(size.width(), 1, MaxDrawnSide), std::clamp(size.height(), 1, MaxDrawnSide));
+    const qint64 pixels = qint64(size.width()) * size.height();
+    if (pixels <= MaxDrawnPixels)
+        return size;
+    const double scale = std::sqrt(double(MaxDrawnPixels) / double(pixels));
+    return QSize(std::max(1, int(size.width() * scale)), std::max(1, int(size.height() * scale)));
 }
 
 QImage emptyFrame(QSize size)

@@ -26,6 +26,11 @@ QSize enhancedMetafileSize(const QByteArray &emf);
 // image when it cannot be drawn.
 QImage drawEnhancedMetafile(const QByteArray &emf, QSize size = {});
 
+// The size a metafile is drawn at: `size` within 8192 pixels a side and the pixels of a
+// 4K screen in all, its shape kept when it must shrink. The drawing's time and memory go with its
+// pixels, which a few bytes of header may ask for.
+QSize drawingSize(QSize size);
+
 // What stands for a metafile that nothing here draws: white, with a thin grey edge, so
 // the place and size the author gave it still show.
 QImage emptyFrame(QSize size);

@@ -40,9 +40,13 @@ extern "C" int LLVMFuzzerInitialize(int *argc, char ***argv)
     // the run down.
     qInstallMessageHandler([](QtMsgType, const QMessageLogContext &, const QString &) {});
     static QCoreApplication app(*argc, *argv);
-    // Made before the handler is registered, so that it is still there when it runs.
+    // Made before the handler is registered, so that it is still there when it runs. A
+    // mutated header may ask for WAL mode, and SQLite then makes its two files beside it.
     static const QByteArray path = QFile::encodeName(indexFile());
-    std::atexit([] { std::remove(path.constData()); });
+    std::atexit([] {
+        for (const char *suffix : {"", "-wal", "-shm"})
+            std::remove((path + suffix).constData());
+    });
     return 0;
 }
 

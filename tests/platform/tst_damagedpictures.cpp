@@ -115,6 +115,25 @@ private slots:
         QVERIFY2(clock.elapsed() < 10000, qPrintable(QStringLiteral("%1 ms").arg(clock.elapsed())));
     }
 
+    // libwmf's drawing device worked on this one for minutes, inside the library. It draws
+    // in a child process now, which is stopped when it runs past its limit.
+    void aMetafileThatKeepsLibwmfBusyIsGivenUpWithinItsLimit()
+    {
+        QElapsedTimer clock;
+        clock.start();
+        QCOMPARE(errorNumberReading(damaged("slow_drawing.wmf")), platform::errors::InvalidPicture);
+        QVERIFY2(clock.elapsed() < 30000, qPrintable(QStringLiteral("%1 ms").arg(clock.elapsed())));
+    }
+
+    // A metafile is still drawn whole when libwmf draws it away from the program.
+    void aMetafileDrawnInTheChildComesBackWhole()
+    {
+        const QImage picture
+            = pictures::pictureFromBytes(metafiles::filledRectangle(120, 80, 96, 0x00FF00), QStringLiteral("x.wmf"));
+        QCOMPARE(picture.size(), QSize(120, 80));
+        QCOMPARE(picture.pixelColor(60, 40), QColor(Qt::green));
+    }
+
     // libemf2svg read the header's description wherever the header pointed, and with a
     // length of nought up to a terminating zero, past the end of the file.
     void anEnhancedMetafileWhoseDescriptionLiesOutsideItsHeaderIsDrawnWithoutIt_data()

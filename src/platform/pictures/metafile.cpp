@@ -2,6 +2,7 @@
 
 #include "littleendian.h"
 
+#include <QElapsedTimer>
 #include <QPainter>
 #include <QScopeGuard>
 
@@ -9,6 +10,13 @@
 #include <cmath>
 #include <cstdlib>
 #include <cstring>
+#include <functional>
+
+#include <fcntl.h>
+#include <poll.h>
+#include <signal.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 extern "C" {
 #include <libwmf/api.h>
@@ -197,51 +205,9 @@ void plainFree(void *, void *memory)
     std::free(memory);
 }
 
-} // namespace
-
-bool isWindowsMetafile(const QByteArray &bytes)
+// libwmf's drawing of the metafile as PNG bytes; empty when it refuses the file.
+QByteArray pngFromLibwmf(QByteArray data, QSize size)
 {
-    if (le32(bytes, 0) == PlaceableKey)
-        return true;
-    // The standard header: type 1 (memory) or 2 (disk), nine words, version 0x0100 or 0x0300.
-    const quint16 type = le16(bytes, 0);
-    const quint16 words = le16(bytes, 2);
-    const quint16 version = le16(bytes, 4);
-    return bytes.size() >= 18 && (type == 1 || type == 2) && words == 9
-        && (version == 0x0100 || version == 0x0300);
-}
-
-bool isEnhancedMetafile(const QByteArray &bytes)
-{
-    // EMR_HEADER first, with " EMF" at byte 40.
-    return le32(bytes, 0) == 1 && bytes.size() >= 88 && bytes.mid(40, 4) == QByteArrayLiteral(" EMF");
-}
-
-QSize metafileDisplaySize(const QByteArray &wmf)
-{
-    if (le32(wmf, 0) != PlaceableKey)
-        return {};
-    const int left = les16(wmf, 6);
-    const int top = les16(wmf, 8);
-    const int right = les16(wmf, 10);
-    const int bottom = les16(wmf, 12);
-    const int inch = le16(wmf, 14);
-    if (inch <= 0 || right == left || bottom == top)
-        return {};
-    const int width = int(std::lround(std::abs(right - left) * ScreenDpi / inch));
-    const int height = int(std::lround(std::abs(bottom - top) * ScreenDpi / inch));
-    return QSize(std::clamp(width, 1, MaxDrawnSide), std::clamp(height, 1, MaxDrawnSide));
-}
-
-QImage drawWindowsMetafile(const QByteArray &wmf, QSize size)
-{
-    if (!isWindowsMetafile(wmf))
-        return {};
-    // libwmf reads from a buffer it may not keep; it gets a copy that lives as long.
-    QByteArray data = metafileForLibwmf(wmf);
-    if (data.isEmpty())
-        return {};
-
     wmfAPI *api = nullptr;
     wmfAPI_Options options {};
     options.function = wmf_gd_function;
@@ -286,11 +252,132 @@ QImage drawWindowsMetafile(const QByteArray &wmf, QSize size)
     // A PNG of w × h RGBA pixels is never larger than the raw pixels plus its framing.
     const qsizetype bound = qsizetype(size.width() + 1) * size.height() * 4 + 1024 * 1024;
     const qsizetype length = pngLength(device->memory, bound);
-    QImage drawn;
-    if (length <= 0
-        || !drawn.loadFromData(reinterpret_cast<const uchar *>(device->memory), int(length), "PNG"))
+    if (length <= 0)
         return {};
+    return QByteArray(device->memory, length);
+}
 
+// How long libwmf may draw one metafile. Real metafiles take milliseconds; a hostile one
+// (a tiny bitmap stretched over a frame thousands of pixels tall) keeps libwmf busy for
+// minutes, inside the library, where no call of ours can stop it.
+constexpr int LibwmfLimitMs = 10000;
+
+// Runs `draw` in a child process and returns what it wrote, or nothing when it failed or
+// went past `limitMs`, in which case the child is killed. Only the drawing runs there: the
+// child writes its bytes into a pipe and ends without running anything of the program's.
+QByteArray drawnInChild(const std::function<QByteArray()> &draw, int limitMs)
+{
+    int fds[2];
+    if (pipe2(fds, O_CLOEXEC) != 0)
+        return {};
+    const pid_t pid = fork();
+    if (pid < 0) {
+        close(fds[0]);
+        close(fds[1]);
+        return {};
+    }
+    if (pid == 0) {
+        close(fds[0]);
+        const QByteArray bytes = draw();
+        const char *p = bytes.constData();
+        qsizetype left = bytes.size();
+        while (left > 0) {
+            const ssize_t n = write(fds[1], p, size_t(left));
+            if (n < 0 && errno == EINTR)
+                continue;
+            if (n <= 0)
+                _exit(1);
+            p += n;
+            left -= n;
+        }
+        _exit(bytes.isEmpty() ? 1 : 0);
+    }
+    close(fds[1]);
+    QByteArray bytes;
+    QElapsedTimer clock;
+    clock.start();
+    bool timedOut = false;
+    for (;;) {
+        const qint64 remaining = limitMs - clock.elapsed();
+        if (remaining <= 0) {
+            timedOut = true;
+            break;
+        }
+        pollfd fd {fds[0], POLLIN, 0};
+        const int ready = poll(&fd, 1, int(remaining));
+        if (ready < 0 && errno == EINTR)
+            continue;
+        if (ready <= 0) {
+            timedOut = ready == 0;
+            break;
+        }
+        char buffer[65536];
+        const ssize_t n = read(fds[0], buffer, sizeof buffer);
+        if (n < 0 && errno == EINTR)
+            continue;
+        if (n <= 0)
+            break;
+        bytes.append(buffer, n);
+    }
+    close(fds[0]);
+    if (timedOut)
+        kill(pid, SIGKILL);
+    int status = 0;
+    while (waitpid(pid, &status, 0) < 0 && errno == EINTR) {
+    }
+    if (timedOut || !WIFEXITED(status) || WEXITSTATUS(status) != 0)
+        return {};
+    return bytes;
+}
+
+} // namespace
+
+bool isWindowsMetafile(const QByteArray &bytes)
+{
+    if (le32(bytes, 0) == PlaceableKey)
+        return true;
+    // The standard header: type 1 (memory) or 2 (disk), nine words, version 0x0100 or 0x0300.
+    const quint16 type = le16(bytes, 0);
+    const quint16 words = le16(bytes, 2);
+    const quint16 version = le16(bytes, 4);
+    return bytes.size() >= 18 && (type == 1 || type == 2) && words == 9
+        && (version == 0x0100 || version == 0x0300);
+}
+
+bool isEnhancedMetafile(const QByteArray &bytes)
+{
+    // EMR_HEADER first, with " EMF" at byte 40.
+    return le32(bytes, 0) == 1 && bytes.size() >= 88 && bytes.mid(40, 4) == QByteArrayLiteral(" EMF");
+}
+
+QSize metafileDisplaySize(const QByteArray &wmf)
+{
+    if (le32(wmf, 0) != PlaceableKey)
+        return {};
+    const int left = les16(wmf, 6);
+    const int top = les16(wmf, 8);
+    const int right = les16(wmf, 10);
+    const int bottom = les16(wmf, 12);
+    const int inch = le16(wmf, 14);
+    if (inch <= 0 || right == left || bottom == top)
+        return {};
+    const int width = int(std::lround(std::abs(right - left) * ScreenDpi / inch));
+    const int height = int(std::lround(std::abs(bottom - top) * ScreenDpi / inch));
+    return QSize(std::clamp(width, 1, MaxDrawnSide), std::clamp(height, 1, MaxDrawnSide));
+}
+
+QImage drawWindowsMetafile(const QByteArray &wmf, QSize size)
+{
+    if (!isWindowsMetafile(wmf))
+        return {};
+    // libwmf reads from a buffer it may not keep; it gets a copy that lives as long.
+    QByteArray data = metafileForLibwmf(wmf);
+    if (data.isEmpty())
+        return {};
+    const QByteArray png = drawnInChild([&] { return pngFromLibwmf(data, size); }, LibwmfLimitMs);
+    QImage drawn;
+    if (png.isEmpty() || !drawn.loadFromData(png, "PNG"))
+        return {};
     // What the metafile leaves undrawn is the paper's white, as on the original screen.
     QImage picture(drawn.size(), QImage::Format_RGB32);
     picture.fill(Qt::white);

@@ -260,7 +260,12 @@ QByteArray pngFromLibwmf(QByteArray data, QSize size)
 // How long libwmf may draw one metafile. Real metafiles take milliseconds; a hostile one
 // (a tiny bitmap stretched over a frame thousands of pixels tall) keeps libwmf busy for
 // minutes, inside the library, where no call of ours can stop it.
+#ifdef FUZZING_BUILD_MODE_UNSAFE_FOR_PRODUCTION
+// Small drawings take milliseconds; a fuzzing run should not wait 10 s on each slow one.
+constexpr int LibwmfLimitMs = 2000;
+#else
 constexpr int LibwmfLimitMs = 10000;
+#endif
 
 // Runs `draw` in a child process and returns what it wrote, or nothing when it failed or
 // went past `limitMs`, in which case the child is killed. Only the drawing runs there: the
@@ -406,7 +411,13 @@ QSize enhancedMetafileSize(const QByteArray &emf)
 QSize drawingSize(QSize size)
 {
     // The pixels of a 4K screen, larger than any window shows a picture.
+#ifdef FUZZING_BUILD_MODE_UNSAFE_FOR_PRODUCTION
+    // Drawing millions of pixels per input would leave the fuzzer a dozen runs a second;
+    // the paths through the readers are the same at any size.
+    constexpr qint64 MaxDrawnPixels = qint64(256) * 256;
+#else
     constexpr qint64 MaxDrawnPixels = qint64(3840) * 2160;
+#endif
     size = QSize(std::clamp(size.width(), 1, MaxDrawnSide), std::clamp(size.height(), 1, MaxDrawnSide));
     const qint64 pixels = qint64(size.width()) * size.height();
     if (pixels <= MaxDrawnPixels)

@@ -6,6 +6,7 @@
 
 #include <errorpolicy.h>
 #include <programbitmaps.h>
+#include <session.h>
 #include <translations.h>
 
 #include <QApplication>
@@ -20,6 +21,8 @@ int main(int argc, char *argv[])
     // windows' captions are the program's own text.
     QApplication::setWindowIcon(resources::LoadResIcon(QStringLiteral("agio")));
     platform::installGreekTranslations(app);
+    // Everything the running program holds, stopped in its order before the application goes.
+    Session session(std::make_unique<platform::DesktopHost>());
     MDIForm1::registerDefaultInstance();
     registerChildWindows();
 

@@ -32,6 +32,7 @@ inline constexpr int SubscriptOutOfRange = 9;
 inline constexpr int FileNotFound = 53;
 inline constexpr int PathNotFound = 76;
 inline constexpr int InvalidPicture = 481;
+inline constexpr int ObjectNotSet = 91;
 inline constexpr int InvalidUseOfNull = 94;
 inline constexpr int ObjectRequired = 424;
 inline constexpr int CannotCreateObject = 429;

@@ -1,5 +1,7 @@
 #include "msgbox.h"
 
+#include "host.h"
+
 #include <QApplication>
 #include <QMessageBox>
 
@@ -24,7 +26,13 @@ int MsgBox(const QString &text, int style, const QString &title, QWidget *parent
 {
     if (hook())
         return hook()(text, style, title);
+    if (Host *host = Host::active())
+        return host->messageBox(text, style, title, parent);
+    return showMessageBox(text, style, title, parent);
+}
 
+int showMessageBox(const QString &text, int style, const QString &title, QWidget *parent)
+{
     QMessageBox box(parent ? parent : QApplication::activeWindow());
     box.setWindowTitle(title);
     box.setText(text);

@@ -1,0 +1,132 @@
+#pragma once
+
+#include "background.h"
+
+#include <host.h>
+
+#include <QHash>
+#include <QList>
+#include <QPointer>
+#include <QString>
+#include <QWidget>
+
+#include <functional>
+#include <memory>
+
+namespace content {
+class Database;
+}
+namespace recovery {
+class Store;
+}
+namespace speech {
+class ReadAloud;
+}
+class ShellWindow;
+class TextZoom;
+struct NotepadState;
+
+// One running program: the content it shows, the windows it has open, the notepad's
+// memory, the services that run threads or timers, and the host it meets the outside
+// world through. `main` makes one; a test makes as many as it likes, one after another.
+// Nothing of it outlives it: ~Session stops everything, in the order written there.
+class Session final
+{
+public:
+    explicit Session(std::unique_ptr<platform::Host> host);
+    ~Session();
+    Session(const Session &) = delete;
+    Session &operator=(const Session &) = delete;
+
+    // The session that is running, while code that was not handed one yet still asks.
+    static Session *current();
+
+    platform::Host &host() { return *m_host; }
+
+    // --- The content -----------------------------------------------------------------
+    struct Content
+    {
+        QString databasePath;  // full path of the content database file
+        QString databaseTitle; // its presentation name, shown on the start screen
+        std::unique_ptr<content::Database> database; // every query runs on it
+        QString dataFolder;    // parent folder of the database file, no trailing separator
+        qint32 themeID = 0;    // theme chosen on the start screen
+        qint32 scenarioID = 0; // scenario the user last went through
+        qint32 activityID = 0; // activity now shown in the main shell
+    };
+    Content &content() { return m_content; }
+    const Content &content() const { return m_content; }
+    content::Database &database(); // the open content; a run-time error when none is
+
+    // --- The windows -----------------------------------------------------------------
+    // The windows the program has at most one of, by kind.
+    enum class Window {
+        Shell,
+        StartScreen,
+        Navigation,
+        Index,
+        SearchResources,
+        FullTextSearch,
+        Notes,
+        Find,
+        Format,
+        Bullets,
+        Drawing,
+        Tip,
+        Photo,
+        MaxPhoto,
+    };
+    using WindowFactory = std::function<QWidget *(Session &)>;
+    void setWindowFactory(Window kind, WindowFactory factory);
+    // The window of `kind`: the one open, else (with `create`) a new one from its factory;
+    // null when there is none and none can be made.
+    QWidget *window(Window kind, bool create = true);
+    template<typename T> T *window(Window kind, bool create = true)
+    {
+        return qobject_cast<T *>(window(kind, create));
+    }
+    // Makes `widget` the window of `kind` (a window that made itself).
+    void setWindow(Window kind, QWidget *widget);
+
+    // The other windows the session closes at its end: drawings, notes, viewers.
+    void adopt(QWidget *widget);
+
+    // The viewer of each kind of source, made by the factory its subsystem registered.
+    using ViewerFactory = std::function<QWidget *(Session &)>;
+    void setViewerFactory(int kind, ViewerFactory factory);
+    QWidget *makeViewer(int kind);
+
+    // The main shell, made through the shell's factory when there is none and `create`.
+    ShellWindow *shell(bool create = true);
+
+    // --- The notepad's memory --------------------------------------------------------
+    NotepadState &notepad() { return *m_notepad; }
+
+    // --- Services ----------------------------------------------------------------------
+    Background &background() { return m_background; }
+    recovery::Store &recovery();
+    speech::ReadAloud &readAloud();
+    TextZoom &textZoom();
+
+private:
+    void closeWindows();
+
+    std::unique_ptr<platform::Host> m_host;
+    platform::HostScope m_hostScope;
+    Content m_content;
+    std::unique_ptr<NotepadState> m_notepad;
+    Background m_background;
+    QHash<int, WindowFactory> m_windowFactories;
+    QHash<int, QPointer<QWidget>> m_windows;
+    QList<QPointer<QWidget>> m_adopted;
+    QHash<int, ViewerFactory> m_viewerFactories;
+};
+
+// Centres `form` in the main shell's client area and shows it modelessly, as a child
+// window of the shell. The left and top are computed in twips, unrounded, and may be
+// negative for a form larger than the shell. Creates the shell if there is none.
+void CenterAndShow(Session &session, QWidget *form);
+
+// Stops the program at once, running no further unload handlers: the way the start
+// screen's exit button, the toolbar's exit key and a failed start end it.
+void End(Session &session);

@@ -11,7 +11,6 @@
 #include <QSvgRenderer>
 
 #include <cmath>
-#include <mutex>
 
 // The compiled resource file has to be pulled in by hand from a static library, and the
 // macro only works at global scope.
@@ -191,12 +190,36 @@ QString filePath(const Entry &e)
     return QStringLiteral(":/pictures/") + QStringView(e.name).toString() + QStringLiteral(".svg");
 }
 
+struct CacheKey
+{
+    const Entry *entry;
+    qint64 ratioMilli;
+    bool operator==(const CacheKey &) const = default;
+};
+
+size_t qHash(const CacheKey &k, size_t seed = 0) noexcept
+{
+    return qHashMulti(seed, quintptr(k.entry), k.ratioMilli);
+}
+
+// Pictures are asked for again and again (each tile, each return to the start screen);
+// rendering is the expensive part, so each name and ratio is rendered once.
+QHash<CacheKey, QPixmap> &cache()
+{
+    // Made at the first picture asked for, which is when the pictures' files must be there.
+    static struct Cache
+    {
+        Cache() { initProgramPictures(); }
+        QHash<CacheKey, QPixmap> pixmaps;
+    } c;
+    return c.pixmaps;
+}
+
 // Renders at the pixel size that the ratio asks for, so nothing is ever scaled up from
 // a smaller bitmap.
 QImage render(const Entry &e, QSize pixelSize)
 {
-    static std::once_flag once;
-    std::call_once(once, [] { initProgramPictures(); });
+    cache(); // the pictures' resources are registered with it
 
     QImage image(pixelSize, QImage::Format_ARGB32_Premultiplied);
     image.fill(Qt::transparent);
@@ -214,26 +237,6 @@ QImage render(const Entry &e, QSize pixelSize)
 QSize pixelSizeFor(const Entry &e, qreal ratio)
 {
     return QSize(int(std::ceil(e.width * ratio - 0.001)), int(std::ceil(e.height * ratio - 0.001)));
-}
-
-struct CacheKey
-{
-    const Entry *entry;
-    qint64 ratioMilli;
-    bool operator==(const CacheKey &) const = default;
-};
-
-size_t qHash(const CacheKey &k, size_t seed = 0) noexcept
-{
-    return qHashMulti(seed, quintptr(k.entry), k.ratioMilli);
-}
-
-// Pictures are asked for again and again (each tile, each return to the start screen);
-// rendering is the expensive part, so each name and ratio is rendered once.
-QHash<CacheKey, QPixmap> &cache()
-{
-    static QHash<CacheKey, QPixmap> c;
-    return c;
 }
 
 class PictureIconEngine final : public QIconEngine

@@ -104,5 +104,7 @@ inline constexpr int ListStartProperty = 0x100000 + 0x5253;
 
 // Pictures read from RTF are document resources under names that start with this.
 inline constexpr char16_t PictureResourcePrefix[] = u"rtf-picture:";
+// A resource name for a picture put into a document, never given before in this program.
+QString newPictureName();
 
 } // namespace richtext

@@ -73,10 +73,17 @@ private:
     iconv_t m_cd;
 };
 
-std::mutex &pageMutex()
+// Every code page's table, made once at its first use and read by any thread after.
+struct PageTables
 {
-    static std::mutex mutex;
-    return mutex;
+    std::mutex mutex;
+    std::map<int, std::unique_ptr<CodePage>> pages;
+};
+
+PageTables &pageTables()
+{
+    static PageTables tables;
+    return tables;
 }
 
 } // namespace
@@ -128,9 +135,9 @@ void CodePage::decodePair(unsigned char lead, unsigned char trail, QString &out)
 
 const CodePage &codePage(int number)
 {
-    static std::map<int, std::unique_ptr<CodePage>> pages;
-    std::lock_guard lock(pageMutex());
-    auto &slot = pages[number];
+    PageTables &tables = pageTables();
+    std::lock_guard lock(tables.mutex);
+    auto &slot = tables.pages[number];
     if (!slot)
         slot.reset(new CodePage(number));
     return *slot;

@@ -40,13 +40,15 @@ QString displayFamily(const QString &name)
     return name;
 }
 
-QString nextPictureName()
+} // namespace
+
+QString newPictureName()
 {
+    // Documents share resources by name only within themselves, but a picture copied from
+    // one box into another keeps its name: names are unique for the whole program.
     static QAtomicInteger<quint64> counter;
     return QString::fromUtf16(PictureResourcePrefix) + QString::number(++counter);
 }
-
-} // namespace
 
 QTextListFormat::Style listStyleFor(ListKind kind)
 {
@@ -213,7 +215,7 @@ void DocumentSink::picture(const RtfPicture &picture, const CharState &chars)
 {
     QTextImageFormat format;
     format.merge(charFormat(chars));
-    const QString name = nextPictureName();
+    const QString name = newPictureName();
     if (!picture.image.isNull())
         m_cursor.document()->addResource(QTextDocument::ImageResource, QUrl(name), picture.image);
     format.setName(name);

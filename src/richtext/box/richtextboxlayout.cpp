@@ -66,9 +66,7 @@ void RichTextBox::InsertPicture(const QString &path)
 void RichTextBox::insertImage(const QImage &image)
 {
     // Named as the RTF reader names its pictures, so the writer finds it the same way.
-    static int inserted = 0;
-    const QUrl name(
-        QString::fromUtf16(richtext::PictureResourcePrefix) + u"inserted-"_s + QString::number(++inserted));
+    const QUrl name(richtext::newPictureName());
     document()->addResource(QTextDocument::ImageResource, name, image);
     QTextImageFormat format;
     format.setName(name.toString());

@@ -143,6 +143,9 @@ QByteArray metafileForLibwmf(const QByteArray &wmf, bool *drawsBitmaps = nullptr
         return (extentWidth == 0 || std::abs(width) <= Times * extentWidth)
             && (extentHeight == 0 || std::abs(height) <= Times * extentHeight);
     };
+    // libwmf has no font of its own: text drawn before the metafile made one reads a
+    // null font and ends the process.
+    bool fontMade = false;
     qsizetype pos = header + StandardHeaderSize;
     quint32 largest = 0;
     while (pos + 6 <= wmf.size()) {
@@ -157,6 +160,12 @@ QByteArray metafileForLibwmf(const QByteArray &wmf, bool *drawsBitmaps = nullptr
             extentHeight = std::abs(les16(wmf, parameters));
             extentWidth = std::abs(les16(wmf, parameters + 2));
         }
+        if (function == 0x02FB) // CreateFontIndirect
+            fontMade = true;
+        // TextOut, ExtTextOut, DrawText
+        const bool text = function == 0x0521 || function == 0x0A32 || function == 0x062F;
+        if (text && !fontMade)
+            return {};
         const BitmapRecord bitmap = bitmapRecord(function);
         if (bitmap.bitmap >= 0 && drawsBitmaps)
             *drawsBitmaps = true;

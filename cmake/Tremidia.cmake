@@ -6,6 +6,7 @@
 # XVFB tests run on a virtual X display of their own, for what only a real window
 # system shows (window titles, screenshots of other programs). SLOW_UNWIND: under the
 # sanitizers, full allocation stacks, so that leaks deep in a system library can be told.
+# A GUI or XVFB test is registered twice: NAME, and NAME_reversed with the label `reversed`.
 function(tremidia_add_test)
     cmake_parse_arguments(T "GUI;XVFB;SLOW_UNWIND" "NAME;TIMEOUT" "SOURCES;LIBS;LABELS" ${ARGN})
     add_executable(${T_NAME} ${T_SOURCES})
@@ -22,10 +23,10 @@ function(tremidia_add_test)
         TREMIDIA_BINARY_DIR="${CMAKE_BINARY_DIR}"
         TREMIDIA_TEST_OUTPUT_DIR="${CMAKE_BINARY_DIR}/test-output")
     if(T_XVFB)
-        add_test(NAME ${T_NAME} COMMAND xvfb-run -a -s "-screen 0 1024x768x24" $<TARGET_FILE:${T_NAME}>)
+        set(command xvfb-run -a -s "-screen 0 1024x768x24" $<TARGET_FILE:${T_NAME}>)
         set(env "QT_QPA_PLATFORM=xcb;LC_ALL=C.UTF-8;XDG_RUNTIME_DIR=${CMAKE_BINARY_DIR}/test-runtime;XDG_STATE_HOME=${CMAKE_BINARY_DIR}/test-state")
     else()
-        add_test(NAME ${T_NAME} COMMAND ${T_NAME})
+        set(command ${T_NAME})
         set(env "QT_QPA_PLATFORM=offscreen;LC_ALL=C.UTF-8;XDG_RUNTIME_DIR=${CMAKE_BINARY_DIR}/test-runtime;XDG_STATE_HOME=${CMAKE_BINARY_DIR}/test-state")
     endif()
     # Sound plays into nothing, in time, whatever the machine's sound server.
@@ -44,9 +45,22 @@ function(tremidia_add_test)
     if(NOT T_TIMEOUT)
         set(T_TIMEOUT 300)
     endif()
+    add_test(NAME ${T_NAME} COMMAND ${command})
     set_tests_properties(${T_NAME} PROPERTIES ENVIRONMENT "${env}" TIMEOUT ${T_TIMEOUT})
     if(T_LABELS)
         set_tests_properties(${T_NAME} PROPERTIES LABELS "${T_LABELS}")
+    endif()
+    # A test with windows runs a second time with its functions last to first
+    # (tests/support/testmain.cpp), labelled `reversed`: a function that passes only
+    # after another one left some state behind fails there. The two never run at once,
+    # since a test's files outside its temporary folders are the same for both.
+    if(T_GUI OR T_XVFB)
+        set(labels ${T_LABELS} reversed)
+        add_test(NAME ${T_NAME}_reversed COMMAND ${command})
+        set_tests_properties(${T_NAME}_reversed PROPERTIES
+            ENVIRONMENT "${env};TREMIDIA_TEST_ORDER=reverse" TIMEOUT ${T_TIMEOUT} LABELS "${labels}"
+            RESOURCE_LOCK ${T_NAME})
+        set_tests_properties(${T_NAME} PROPERTIES RESOURCE_LOCK ${T_NAME})
     endif()
 endfunction()
 

@@ -10,6 +10,7 @@
 #include <designedcolours.h>
 #include <errorpolicy.h>
 #include <frmsmallbutton.h>
+#include <host.h>
 #include <modglobal.h>
 #include <modmail.h>
 #include <msgbox.h>
@@ -48,6 +49,15 @@ QWidget *childWindow(MDIForm1::ChildWindow which, bool create)
     if (it == childProviders().constEnd() || !*it)
         return nullptr;
     return (*it)(create);
+}
+
+// Runs `start` on the running session's host, or on the desktop while there is none.
+template<typename Start> auto throughHost(Start start)
+{
+    if (platform::Host *host = platform::Host::active())
+        return start(*host);
+    platform::DesktopHost desktop;
+    return start(desktop);
 }
 
 } // namespace
@@ -265,12 +275,12 @@ void MDIForm1::TlbMain_ButtonClick(const QString &key)
     } else if (key == u"drawing") {
         showChild(ChildWindow::Drawing, false);
     } else if (key == u"e-mail") {
-        if (!modMail::StartMailClient())
+        if (!throughHost([](platform::Host &host) { return modMail::StartMailClient(host); }))
             platform::MsgBox(QStringLiteral("Δεν μπορώ να βρώ κάποιο πρόγραμμα αποστολής e-mail")
                     + QStringLiteral("\r\n") + QStringLiteral("εγκατεστημένο στον υπολογιστή σας"),
                 platform::vbCritical, platform::ProgramTitle.toString());
     } else if (key == u"Network") {
-        outside::StartConference();
+        throughHost([](platform::Host &host) { outside::StartConference(host); });
     } else if (key == u"Ploigisi") {
         frmPloigisi *tree = frmPloigisi::defaultInstance(this);
         tree->show();

@@ -45,10 +45,7 @@ QAccessibleInterface *factory(const QString &className, QObject *object)
 
 void installFactoryOnce(QAccessible::InterfaceFactory factory)
 {
-    static QList<QAccessible::InterfaceFactory> installed;
-    if (installed.contains(factory))
-        return;
-    installed.append(factory);
+    // Qt keeps the one list of factories and passes over a factory it has already.
     QAccessible::installFactory(factory);
 }
 

@@ -1,6 +1,7 @@
 #include "conference.h"
 
 #include <contentpath.h>
+#include <host.h>
 #include <launch.h>
 #include <runtimeerror.h>
 
@@ -40,20 +41,20 @@ QString conferenceProgram(const QString &programFolder)
     return withExtension;
 }
 
-void StartConference(const QString &programFolder)
+void StartConference(platform::Host &host, const QString &programFolder)
 {
     const QString program = conferenceProgram(programFolder);
     if (!QFileInfo(program).isFile())
         throw platform::RuntimeError(platform::errors::FileNotFound, QStringLiteral("Το αρχείο δεν βρέθηκε"));
     const platform::LaunchResult started
-        = platform::launchDetached(program, {}, QFileInfo(program).absolutePath());
+        = host.launch(program, {}, QFileInfo(program).absolutePath());
     if (!started.started)
         throw platform::RuntimeError(platform::errors::FileNotFound, started.error);
 }
 
-void StartConference()
+void StartConference(platform::Host &host)
 {
-    StartConference(platform::applicationFolder());
+    StartConference(host, platform::applicationFolder());
 }
 
 } // namespace outside

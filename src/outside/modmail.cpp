@@ -2,6 +2,7 @@
 
 #include "desktopentry.h"
 
+#include <host.h>
 #include <launch.h>
 
 #include <QDir>
@@ -80,7 +81,7 @@ QString handlerFromMimeappsList()
 
 } // namespace
 
-bool StartMailClient()
+bool StartMailClient(platform::Host &host)
 {
     QString desktopId = handlerFromXdgMime();
     if (desktopId.isEmpty())
@@ -97,7 +98,7 @@ bool StartMailClient()
 
     // The client opens as the user starts it from the menu: no address, no message.
     const QString program = argv.takeFirst();
-    const platform::LaunchResult started = platform::launchDetached(program, argv);
+    const platform::LaunchResult started = host.launch(program, argv, {});
     return started.started && started.pid != 0;
 }
 

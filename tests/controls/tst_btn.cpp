@@ -1,11 +1,13 @@
+#include "../support/recordinghost.h"
 #include "facepictures.h"
 
 #include <btn.h>
-#include <msgbox.h>
 #include <runtimeerror.h>
 
 #include <QSignalSpy>
 #include <QTest>
+
+#include <optional>
 
 class tst_Btn : public QObject
 {
@@ -13,6 +15,10 @@ class tst_Btn : public QObject
 
     const QColor Face {200, 40, 40};
     const QColor Down {40, 40, 200};
+
+    // Answers the error boxes while a test function runs.
+    testing::RecordingHost m_host;
+    std::optional<platform::HostScope> m_hostScope;
 
     void dress(Btn &btn)
     {
@@ -23,9 +29,10 @@ class tst_Btn : public QObject
 private slots:
     void init()
     {
-        platform::setMsgBoxHook([](const QString &, int, const QString &) { return int(platform::vbOK); });
+        m_host.boxes.clear();
+        m_hostScope.emplace(m_host);
     }
-    void cleanup() { platform::setMsgBoxHook({}); }
+    void cleanup() { m_hostScope.reset(); }
 
     void sizesItselfToThePicture()
     {
@@ -261,16 +268,11 @@ private slots:
 
     void anErrorInAClickHandlerEndsInTheErrorBox()
     {
-        QStringList shown;
-        platform::setMsgBoxHook([&](const QString &text, int, const QString &) {
-            shown << text;
-            return int(platform::vbOK);
-        });
         Btn btn;
         dress(btn);
         connect(&btn, &Btn::Click, this, [] { throw platform::RuntimeError(5, QStringLiteral("x")); });
         QTest::mouseClick(&btn, Qt::LeftButton, {}, QPoint(10, 10));
-        QCOMPARE(shown.size(), 1);
+        QCOMPARE(m_host.boxes.size(), 1);
         QCOMPARE(shownColour(btn), Face);
     }
 };

@@ -3,6 +3,7 @@
 // installed sample course, and the installed program started from its menu entry.
 
 #include "../support/processrun.h"
+#include "../support/toolcommands.h"
 #include "installedfiles.h"
 
 #include <settings.h>
@@ -168,8 +169,14 @@ private slots:
     {
         const QString page
             = QString::fromUtf8(readAll(staged(installed::Man + QStringLiteral("/man1/tremidia-content.1"))));
-        for (const char *command : {"import", "tables", "query", "rtf-text", "rtf-runs", "hotwords", "check"})
-            QVERIFY2(page.contains(QStringLiteral(".BI ") + QString::fromLatin1(command) + u' '), command);
+        // Every command the installed tool's usage lists, and no other.
+        QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
+        env.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
+        const ProcessRun usage = runProcess(staged(installed::Bin + QStringLiteral("/tremidia-content")), {}, env);
+        QCOMPARE(usage.exitCode, 1);
+        const QList<testing::ListedCommand> commands = testing::commandsInUsage(QString::fromUtf8(usage.err));
+        QVERIFY2(!commands.isEmpty(), usage.err.constData());
+        QVERIFY2(testing::commandsInManualPage(page) == commands, usage.err.constData());
         QVERIFY(page.contains(QStringLiteral(".SH EXIT STATUS")));
         QVERIFY(
             readAll(staged(installed::Man + QStringLiteral("/man1/tremidia.1"))).contains("tremidia.conf"));

@@ -1,4 +1,5 @@
 #include "recorder.h"
+#include "startforreal.h"
 
 #include <conference.h>
 #include <runtimeerror.h>
@@ -12,6 +13,7 @@ class tst_Conference : public QObject
     Q_OBJECT
 
     QTemporaryDir m_dir;
+    testing::RecordingHost m_host;
 
     // A program folder with the characters that a shell would have mangled.
     QString programFolder() const { return m_dir.path() + QStringLiteral("/Τρεμίδια app; \"x\" 'y'"); }
@@ -20,6 +22,8 @@ class tst_Conference : public QObject
 private slots:
     void init()
     {
+        m_host.launches.clear();
+        testing::startForReal(m_host);
         QVERIFY(m_dir.isValid());
         QDir(programFolder()).removeRecursively();
         QFile::remove(argvFile());
@@ -32,7 +36,10 @@ private slots:
         QVERIFY(testing::writeRecorder(program, argvFile()));
 
         QCOMPARE(outside::conferenceProgram(programFolder()), program);
-        outside::StartConference(programFolder());
+        outside::StartConference(m_host, programFolder());
+        QCOMPARE(m_host.launches.size(), 1);
+        QCOMPARE(m_host.launches[0].program, program);
+        QCOMPARE(m_host.launches[0].workingDirectory, QFileInfo(program).absolutePath());
         QTRY_VERIFY(QFileInfo::exists(argvFile()));
         QCOMPARE(testing::readRecorded(argvFile()), QStringList());
     }
@@ -42,7 +49,7 @@ private slots:
         const QString program = programFolder() + QStringLiteral("/network/Conference.EXE");
         QVERIFY(testing::writeRecorder(program, argvFile()));
         QCOMPARE(outside::conferenceProgram(programFolder()), program);
-        outside::StartConference(programFolder());
+        outside::StartConference(m_host, programFolder());
         QTRY_VERIFY(QFileInfo::exists(argvFile()));
     }
 
@@ -51,14 +58,14 @@ private slots:
         const QString program = programFolder() + QStringLiteral("/Network/conference");
         QVERIFY(testing::writeRecorder(program, argvFile()));
         QCOMPARE(outside::conferenceProgram(programFolder()), program);
-        outside::StartConference(programFolder());
+        outside::StartConference(m_host, programFolder());
         QTRY_VERIFY(QFileInfo::exists(argvFile()));
     }
 
     void missingProgramRaisesFileNotFound()
     {
         try {
-            outside::StartConference(programFolder());
+            outside::StartConference(m_host, programFolder());
             QFAIL("no error raised");
         } catch (const platform::RuntimeError &e) {
             QCOMPARE(e.number(), 53);
@@ -76,7 +83,7 @@ private slots:
         f.close();
         bool raised = false;
         try {
-            outside::StartConference(programFolder());
+            outside::StartConference(m_host, programFolder());
         } catch (const platform::RuntimeError &) {
             raised = true;
         }

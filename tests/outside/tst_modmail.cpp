@@ -1,4 +1,5 @@
 #include "recorder.h"
+#include "startforreal.h"
 
 #include <desktopentry.h>
 #include <modmail.h>
@@ -12,6 +13,7 @@ class tst_ModMail : public QObject
     Q_OBJECT
 
     QTemporaryDir m_dir;
+    testing::RecordingHost m_host;
     QString m_argvFile;
 
     QString root() const { return m_dir.path(); }
@@ -50,9 +52,11 @@ private slots:
                  "GNOME_DESKTOP_SESSION_ID", "MATE_DESKTOP_SESSION_ID", "XDG_MENU_PREFIX"})
             qunsetenv(name);
         m_argvFile = root() + QStringLiteral("/argv.txt");
+        m_host.launches.clear();
+        testing::startForReal(m_host);
     }
 
-    void machineWithoutMailtoHandlerGivesFalse() { QVERIFY(!modMail::StartMailClient()); }
+    void machineWithoutMailtoHandlerGivesFalse() { QVERIFY(!modMail::StartMailClient(m_host)); }
 
     void handlerStartsWithNoMessage()
     {
@@ -62,7 +66,9 @@ private slots:
         quoted.replace(u'\\', QStringLiteral("\\\\\\\\")).replace(u'"', QStringLiteral("\\\\\""));
         registerHandler(QStringLiteral("fakemail.desktop"), u'"' + quoted + QStringLiteral("\" %u"));
 
-        QVERIFY(modMail::StartMailClient());
+        QVERIFY(modMail::StartMailClient(m_host));
+        QCOMPARE(m_host.launches.size(), 1);
+        QCOMPARE(m_host.launches[0].program, program);
         QTRY_VERIFY(QFileInfo::exists(m_argvFile));
         QCOMPARE(testing::readRecorded(m_argvFile), QStringList());
     }
@@ -74,7 +80,7 @@ private slots:
         registerHandler(
             QStringLiteral("fakemail.desktop"), program + QStringLiteral(" -compose %1 100%% %U"));
 
-        QVERIFY(modMail::StartMailClient());
+        QVERIFY(modMail::StartMailClient(m_host));
         QTRY_VERIFY(QFileInfo::exists(m_argvFile));
         QCOMPARE(testing::readRecorded(m_argvFile),
             (QStringList {QStringLiteral("-compose"), QStringLiteral("%1"), QStringLiteral("100%")}));
@@ -83,14 +89,14 @@ private slots:
     void handlerWhoseProgramIsGoneGivesFalse()
     {
         registerHandler(QStringLiteral("gone.desktop"), root() + QStringLiteral("/bin/no-such-mailer %u"));
-        QVERIFY(!modMail::StartMailClient());
+        QVERIFY(!modMail::StartMailClient(m_host));
     }
 
     void handlerWithoutDesktopFileGivesFalse()
     {
         writeFile(root() + QStringLiteral("/config/mimeapps.list"),
             QStringLiteral("[Default Applications]\nx-scheme-handler/mailto=missing.desktop\n"));
-        QVERIFY(!modMail::StartMailClient());
+        QVERIFY(!modMail::StartMailClient(m_host));
     }
 
     void execSplitsLikeTheDesktopFormat_data()

@@ -1,4 +1,4 @@
-#include "../support/msgboxrecorder.h"
+#include "../support/recordinghost.h"
 
 #include <errorpolicy.h>
 #include <msgbox.h>
@@ -7,6 +7,7 @@
 #include <QRegularExpression>
 #include <QTest>
 
+#include <optional>
 #include <stdexcept>
 
 namespace {
@@ -28,11 +29,18 @@ class tst_ErrorPolicy : public QObject
 {
     Q_OBJECT
 
-    testing::MsgBoxRecorder m_shown;
+    // The user in front of the boxes, while a test function runs.
+    testing::RecordingHost m_host;
+    std::optional<platform::HostScope> m_hostScope;
+    QList<testing::ShownBox> &m_shown = m_host.boxes;
 
 private slots:
-    void init() { m_shown.install(); }
-    void cleanup() { platform::setMsgBoxHook({}); }
+    void init()
+    {
+        m_host.boxes.clear();
+        m_hostScope.emplace(m_host);
+    }
+    void cleanup() { m_hostScope.reset(); }
 
     void untrappedErrorStopsHandlerAndShowsBox()
     {

@@ -6,6 +6,9 @@
 // throwing ..."): the functions after it never run and CTest reports a crash rather than
 // a failure. Here the exception ends as the failed test it is: the run goes on from the
 // function after the one that threw, and the exit code counts the failure.
+//
+// With TREMIDIA_TEST_ORDER=reverse the test functions run last to first, so that a
+// function that passes only after the ones above it have left something behind fails.
 
 #include <QFile>
 #include <QMetaMethod>
@@ -111,6 +114,12 @@ int execute(QObject *testObject, const QStringList &args)
     return __real__ZN5QTest5qExecEP7QObjectiPPc(testObject, int(bytes.size()), argv.data());
 }
 
+// Whether the environment asks for the test functions last to first.
+bool reverseOrder()
+{
+    return qEnvironmentVariable("TREMIDIA_TEST_ORDER") == QLatin1String("reverse");
+}
+
 } // namespace
 
 extern "C" int __wrap__ZN5QTest5qExecEP7QObjectiPPc(QObject *testObject, int argc, char **argv)
@@ -122,8 +131,12 @@ extern "C" int __wrap__ZN5QTest5qExecEP7QObjectiPPc(QObject *testObject, int arg
     const bool resumable = !choosesItsOwnRun(args);
     QTemporaryDir logDir;
     const QString logPath = logDir.path() + QStringLiteral("/run.txt");
-    const QStringList all = testFunctions(*testObject->metaObject());
-    QStringList chosen; // empty: all of them
+    QStringList all = testFunctions(*testObject->metaObject());
+    QStringList chosen; // empty: all of them, in the order they are declared
+    if (reverseOrder() && resumable) {
+        std::reverse(all.begin(), all.end());
+        chosen = all;
+    }
     int failures = 0;
     for (;;) {
         QStringList sessionArgs = args;

@@ -41,6 +41,29 @@ private slots:
         QVERIFY(QString::fromUtf8(p.readAllStandardOutput())
                     .contains(u"FAIL!  : tst_Throwing::throwsInTheCodeUnderTest()"_s));
     }
+
+    // TREMIDIA_TEST_ORDER=reverse runs the functions last to first, and a run that meets
+    // an exception goes on in that order.
+    void reverseOrderRunsTheFunctionsLastToFirst()
+    {
+        QProcess p;
+        QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
+        env.insert(u"TREMIDIA_TEST_ORDER"_s, u"reverse"_s);
+        p.setProcessEnvironment(env);
+        p.start(QStringLiteral(THROWING_TEST), {});
+        QVERIFY(p.waitForFinished(60000));
+        const QString out = QString::fromUtf8(p.readAllStandardOutput());
+        QCOMPARE(p.exitStatus(), QProcess::NormalExit);
+        QCOMPARE(p.exitCode(), 3);
+        const QStringList lastToFirst {u"passesLast"_s, u"throwsFromATimer"_s, u"throwsInAnEventHandler"_s,
+            u"passesBetween"_s, u"throwsInTheCodeUnderTest"_s, u"passesFirst"_s};
+        qsizetype at = 0;
+        for (const QString &function : lastToFirst) {
+            const qsizetype next = out.indexOf(u"tst_Throwing::"_s + function + u"()"_s, at);
+            QVERIFY2(next >= 0, qPrintable(function + u" not after the one before it:\n"_s + out));
+            at = next;
+        }
+    }
 };
 
 QTEST_GUILESS_MAIN(tst_TestMain)

@@ -11,29 +11,10 @@
 
 namespace {
 
-void usage()
+int usage()
 {
-    QTextStream err(stderr);
-    err << "usage: tremidia-content COMMAND ARGS\n"
-           "  import SOURCE DEST.sqlite   convert a Jet or SQLite content file to SQLite\n"
-           "  tables FILE                 user tables and their row counts\n"
-           "  query FILE SQL              run SQL, print the rows as TSV\n"
-           "  rtf-text FILE.rtf           plain text of an RTF file\n"
-           "  rtf-runs FILE.rtf           formatting runs of an RTF file, as JSON lines\n"
-           "  rtf-rewrite IN.rtf OUT.rtf  open a file as the notepad does, save it as the notepad does\n"
-           "  hotwords FILE RESOURCEID    the hot words of a text source, located\n"
-           "  check FILE                  audit the content files (that each picture shows\n"
-           "                              and each sound or video plays) and hot words\n"
-           "  search FILE [--type N] [--author TEXT] [--museum TEXT] [--keyword N] [--time N] [--place N]\n"
-           "                              the search window's list for those criteria:\n"
-           "                              icon, tab, text, tab, tag\n"
-           "  index FILE [TYPE]           the index's list for a type (0 or none: all):\n"
-           "                              EuretirioID, tab, Oros\n"
-           "  fulltext FILE QUERY...      the sources whose words match the query, best first:\n"
-           "                              ResourceID, tab, ResTypeID, tab, title\n"
-           "  picture IN OUT.png          draw a picture as the viewers do, into a PNG\n"
-           "  media FILE                  whether the player plays a sound or video:\n"
-           "                              duration in ms, tab, video or audio\n";
+    QTextStream(stderr) << commands::usage();
+    return 1;
 }
 
 } // namespace
@@ -56,37 +37,10 @@ int main(int argc, char *argv[])
 
     QStringList args = app.arguments();
     args.removeFirst();
-    if (args.isEmpty()) {
-        usage();
-        return 1;
-    }
-    const QString command = args.takeFirst();
-    if (command == u"import")
-        return commands::import(args);
-    if (command == u"tables")
-        return commands::tables(args);
-    if (command == u"query")
-        return commands::query(args);
-    if (command == u"rtf-text")
-        return commands::rtfText(args);
-    if (command == u"rtf-runs")
-        return commands::rtfRuns(args);
-    if (command == u"rtf-rewrite")
-        return commands::rtfRewrite(args);
-    if (command == u"hotwords")
-        return commands::hotwords(args);
-    if (command == u"check")
-        return commands::check(args);
-    if (command == u"search")
-        return commands::search(args);
-    if (command == u"index")
-        return commands::index(args);
-    if (command == u"fulltext")
-        return commands::fulltext(args);
-    if (command == u"picture")
-        return commands::picture(args);
-    if (command == u"media")
-        return commands::media(args);
-    usage();
-    return 1;
+    if (args.isEmpty())
+        return usage();
+    const QString name = args.takeFirst();
+    if (const commands::Command *command = commands::find(name))
+        return command->run(args);
+    return usage();
 }

@@ -30,6 +30,7 @@
 #include <frmsearchresources.h>
 #include <frmtextresource.h>
 #include <frmtooltips.h>
+#include <session.h> // session: the finding windows are the session's; the test gets one of its own with the shell
 #include <mdiform1.h>
 #include <modglobal.h>
 #include <msgbox.h>
@@ -45,7 +46,6 @@
 #include <QTreeWidget>
 
 #include <functional>
-#include <session.h> // session: the finding windows are the session's; the test gets one of its own with the shell
 
 #include "samplecourse.h"
 

@@ -234,8 +234,8 @@ void writeIndex(content::sqlite::Connection &db, const ContentKey &key, const QL
         insertDoc->bind(6, titleWords);
         insertDoc->bind(7, words);
         insertDoc->step();
-        format::addDoc(
-            docsSum, {doc, s.resourceID, s.resTypeID, titleWords, words}, title.toUtf8(), s.book.toUtf8());
+        format::addDoc(docsSum, {doc, s.resourceID, s.resTypeID, titleWords, words}, title.toUtf8(),
+            s.book.toUtf8());
         texts.add(int(doc), text);
     }
     texts.finish();
@@ -254,8 +254,7 @@ void writeIndex(content::sqlite::Connection &db, const ContentKey &key, const QL
         insertTerm->bind(4, terms[id].docs);
         insertTerm->bind(5, terms[id].positions);
         insertTerm->step();
-        format::addTerm(
-            termsSum, terms[id].term.toUtf8(), stem.toUtf8(), terms[id].docs, terms[id].positions);
+        format::addTerm(termsSum, terms[id].term.toUtf8(), stem.toUtf8(), terms[id].docs, terms[id].positions);
     }
     auto insertMeta = db.prepare(QStringLiteral("INSERT INTO meta VALUES (?, ?)"));
     for (const auto &[name, value] : {std::pair {QStringLiteral("format"), QString::number(format::Version)},

@@ -4,9 +4,10 @@
 
 #include <database.h>
 #include <errorpolicy.h>
+#include <findingwindows.h>
 #include <frmsearchresources.h>
-#include <modglobal.h>
 #include <resourcesearch.h>
+#include <session.h>
 #include <sqliteconnection.h>
 
 #include <QApplication>
@@ -137,25 +138,27 @@ int main(int argc, char *argv[])
     QApplication app(argc, argv);
     QTextStream out(stdout);
 
+    Session session(std::make_unique<platform::DesktopHost>());
+    finding::registerFindingWindows(session);
     QElapsedTimer timer;
     timer.start();
-    modGlobal::gDatabase = generate();
+    session.content().database = generate();
     out << "generate 20000 resources: " << timer.elapsed() << " ms\n";
     // As the search window does when it opens.
     timer.restart();
-    finding::PrepareSearchOrder(*modGlobal::gDatabase);
+    finding::PrepareSearchOrder(session.database());
     out << "search order index build: " << timer.elapsed() << " ms\n";
 
     // The query and its list rules, each combination five times; the median.
     double worstQuery = 0;
     QList<double> medians;
     for (int mask = 0; mask < 64; ++mask) {
-        const finding::SearchCriteria c = criteriaFor(mask, *modGlobal::gDatabase);
+        const finding::SearchCriteria c = criteriaFor(mask, session.database());
         QList<double> runs;
         qsizetype items = 0;
         for (int i = 0; i < 5; ++i) {
             timer.restart();
-            items = finding::Search(*modGlobal::gDatabase, c).items.size();
+            items = finding::Search(session.database(), c).items.size();
             runs << ms(timer.nsecsElapsed());
         }
         std::sort(runs.begin(), runs.end());
@@ -177,10 +180,10 @@ int main(int argc, char *argv[])
         QString unordered = sql;
         unordered.truncate(sql.indexOf(QStringLiteral(" ORDER BY")));
         timer.restart();
-        auto plain = modGlobal::gDatabase->OpenRecordset(unordered);
+        auto plain = session.database().OpenRecordset(unordered);
         out << QStringLiteral("all rows, no order: %1 ms\n").arg(ms(timer.nsecsElapsed()), 0, 'f', 2);
         timer.restart();
-        auto ordered = modGlobal::gDatabase->OpenRecordset(sql);
+        auto ordered = session.database().OpenRecordset(sql);
         out << QStringLiteral("all rows, ordered: %1 ms\n").arg(ms(timer.nsecsElapsed()), 0, 'f', 2);
         timer.restart();
         const qsizetype items = finding::SearchListItems(*ordered).items.size();
@@ -193,7 +196,7 @@ int main(int argc, char *argv[])
     // every resource.
     frmSearchResources *search = nullptr;
     timer.restart();
-    platform::guarded([&] { search = frmSearchResources::instance(); });
+    platform::guarded([&] { search = session.window<frmSearchResources>(Session::Window::SearchResources); });
     out << "window load with 20000 items: " << timer.elapsed() << " ms\n";
     if (!search)
         return 1;
@@ -202,7 +205,7 @@ int main(int argc, char *argv[])
             finding::SearchCriteria c;
             c.ResType = QString::number(search->cmbResType->itemData(index).toInt());
             timer.restart();
-            finding::Search(*modGlobal::gDatabase, c);
+            finding::Search(session.database(), c);
             const double query = ms(timer.nsecsElapsed());
             timer.restart();
             search->cmbResType->setCurrentIndex(index);
@@ -214,6 +217,5 @@ int main(int argc, char *argv[])
                        .arg(pick - query, 0, 'f', 1);
         }
     }
-    delete search;
     return 0;
 }

@@ -4,10 +4,8 @@
 
 #include <findingwindows.h>
 #include <frmdrawing.h>
-#include <frmfulltextsearch.h>
-#include <frmindex.h>
 #include <frmnotes.h>
-#include <frmsearchresources.h>
+#include <session.h>
 #include <sourceviewer.h>
 
 #include <QMdiSubWindow>
@@ -16,14 +14,16 @@
 // Each subsystem registers its windows in a block of its own.
 void registerChildWindows()
 {
-    // Finding: the resource search and the index.
-    MDIForm1::setChildWindowProvider(
-        MDIForm1::ChildWindow::Index, [](bool create) -> QWidget * { return frmIndex::instance(create); });
-    MDIForm1::setChildWindowProvider(MDIForm1::ChildWindow::SearchResources,
-        [](bool create) -> QWidget * { return frmSearchResources::instance(create); });
-    finding::registerFindingLinks();
-    MDIForm1::setChildWindowProvider(MDIForm1::ChildWindow::FullTextSearch,
-        [](bool create) -> QWidget * { return frmFullTextSearch::instance(create); });
+    // Finding: the resource search, the index and the text search, the session's windows.
+    // session: the shell hands its own session here once it is made with one.
+    if (Session *session = Session::current()) {
+        finding::registerFindingWindows(*session);
+        for (const auto &[child, kind] : {std::pair {MDIForm1::ChildWindow::Index, Session::Window::Index},
+                 std::pair {MDIForm1::ChildWindow::SearchResources, Session::Window::SearchResources},
+                 std::pair {MDIForm1::ChildWindow::FullTextSearch, Session::Window::FullTextSearch}})
+            MDIForm1::setChildWindowProvider(
+                child, [session, kind](bool create) { return session->window(kind, create); });
+    }
 
     // Notepad.
     MDIForm1::setChildWindowProvider(

@@ -1,39 +1,70 @@
 #include "findingwindows.h"
 
+#include "frmfulltextsearch.h"
 #include "frmindex.h"
 #include "frmsearchresources.h"
 
-#include <database.h>
 #include <frmmediaplayer.h>
-#include <modglobal.h>
+#include <session.h>
 #include <viewerlinks.h>
 
 #include <QTreeWidgetItem>
 
+#include <memory>
+
 namespace finding {
 
-void registerFindingLinks()
+namespace {
+
+// A window whose first load failed is not kept: the next opening loads afresh.
+template<typename Form> QWidget *loaded(Session &session)
 {
-    viewerlinks::setIndexOpener(
-        [](qint32 indexType, const QString &term, const QString &explanation, const QString &pictureName) {
-            frmIndex *index = frmIndex::instance();
-            modGlobal::CenterAndShow(index);
-            index->FillListView(indexType);
-            index->DisplayHotword(term, explanation, pictureName);
-        });
-    viewerlinks::setSearchItemUnghoster([](const QString &tag) {
-        if (frmSearchResources *search = frmSearchResources::instance(false))
+    auto form = std::make_unique<Form>(session);
+    form->Load();
+    return form.release();
+}
+
+void registerLinks(Session &session)
+{
+    // session: links
+    viewerlinks::setIndexOpener([&session](qint32 indexType, const QString &term, const QString &explanation,
+                                    const QString &pictureName) {
+        auto *index = session.window<frmIndex>(Session::Window::Index);
+        CenterAndShow(session, index);
+        index->FillListView(indexType);
+        index->DisplayHotword(term, explanation, pictureName);
+    });
+    // session: links
+    viewerlinks::setSearchItemUnghoster([&session](const QString &tag) {
+        if (auto *search = session.window<frmSearchResources>(Session::Window::SearchResources, false))
             frmSearchResources::setGhosted(search->FindItem(tag), false);
     });
-    frmMediaPlayer::setMediaSource([] {
+    // session: links (the media player asks the session's index once it is handed the session)
+    frmMediaPlayer::setMediaSource([&session] {
         frmMediaPlayer::IndexMedia media;
-        if (const frmIndex *index = frmIndex::instance(false)) {
+        if (const auto *index = session.window<frmIndex>(Session::Window::Index, false)) {
             media.MediaKind = index->MediaKind;
             media.SoundPath = index->SoundPath;
             media.VideoPath = index->VideoPath;
         }
         return media;
     });
+}
+
+} // namespace
+
+void registerFindingWindows(Session &session)
+{
+    session.setWindowFactory(Session::Window::Index, &loaded<frmIndex>);
+    session.setWindowFactory(Session::Window::SearchResources, &loaded<frmSearchResources>);
+    // The text search stays open when its index cannot be read: it says why in its count.
+    session.setWindowFactory(Session::Window::FullTextSearch, [](Session &s) -> QWidget * {
+        auto *form = new frmFullTextSearch(s);
+        s.setWindow(Session::Window::FullTextSearch, form);
+        form->Load();
+        return form;
+    });
+    registerLinks(session);
 }
 
 } // namespace finding

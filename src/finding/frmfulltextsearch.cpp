@@ -8,10 +8,10 @@
 #include <errorpolicy.h>
 #include <frmtextresource.h>
 #include <modglobal.h>
-#include <programbitmaps.h>
 #include <resourcesearch.h>
 #include <richtextbox.h>
 #include <runtimeerror.h>
+#include <session.h>
 #include <sourceviewer.h>
 #include <textquery.h>
 #include <twips.h>
@@ -24,7 +24,6 @@
 #include <QProgressBar>
 #include <QShortcut>
 #include <QTextDocumentFragment>
-#include <QThread>
 #include <QTimer>
 
 #include <algorithm>
@@ -40,14 +39,14 @@ QRect twipsRect(int left, int top, int width, int height)
         platform::pixelsFromTwipsX(width), platform::pixelsFromTwipsY(height));
 }
 
-QIcon iconFor(const QString &key)
+// What the build gives back: the index open, or the error to show, or neither when the
+// index on disk was found damaged and is to be built again.
+struct IndexOutcome
 {
-    static QHash<QString, QIcon> icons;
-    auto it = icons.find(key);
-    if (it == icons.end())
-        it = icons.insert(key, resources::exists(key) ? resources::LoadResIcon(key) : QIcon());
-    return *it;
-}
+    std::shared_ptr<fulltext::Index> index;
+    QString error;
+    bool damaged = false;
+};
 
 // A result as a screen reader hears it: its title, then the line of text around the words
 // found, which the list only draws. The line is asked of the window when it is first read.
@@ -82,25 +81,16 @@ QString countText(qsizetype count)
 
 } // namespace
 
-QPointer<frmFullTextSearch> frmFullTextSearch::s_instance;
-
-frmFullTextSearch *frmFullTextSearch::instance(bool create)
-{
-    if (!s_instance && create) {
-        s_instance = new frmFullTextSearch;
-        s_instance->Load();
-    }
-    return s_instance;
-}
-
-frmFullTextSearch::frmFullTextSearch(QWidget *parent)
+frmFullTextSearch::frmFullTextSearch(Session &session, QWidget *parent)
     : QWidget(parent)
     , lblWords(new QLabel(QStringLiteral("Λέξεις:"), this))
     , txtWords(new QLineEdit(this))
     , prgIndex(new QProgressBar(this))
     , lblCount(new QLabel(this))
     , lstResults(new QListWidget(this))
+    , m_session(session)
     , tmrSearch(new QTimer(this))
+    , tmrProgress(new QTimer(this))
 {
     setObjectName(QStringLiteral("frmFullTextSearch"));
     setAttribute(Qt::WA_DeleteOnClose);
@@ -123,11 +113,14 @@ frmFullTextSearch::frmFullTextSearch(QWidget *parent)
         new FullTextResultDelegate([this](int row) { return contextHtml(row); }, lstResults));
     tmrSearch->setSingleShot(true);
     tmrSearch->setInterval(SearchDelay);
+    tmrProgress->setInterval(ProgressInterval);
     layOut();
 
     connect(txtWords, &QLineEdit::textChanged, this,
         [this] { platform::guarded([this] { txtWords_Change(); }); });
     connect(tmrSearch, &QTimer::timeout, this, [this] { platform::guarded([this] { tmrSearch_Timer(); }); });
+    connect(
+        tmrProgress, &QTimer::timeout, this, [this] { platform::guarded([this] { tmrProgress_Timer(); }); });
     // Enter and a double click both activate an item.
     connect(lstResults, &QListWidget::itemActivated, this,
         [this] { platform::guarded([this] { lstResults_Activated(); }); });
@@ -154,13 +147,8 @@ frmFullTextSearch::frmFullTextSearch(QWidget *parent)
 
 frmFullTextSearch::~frmFullTextSearch()
 {
-    // The build stops at its next source; the thread must end before its window does.
-    if (m_cancel)
-        *m_cancel = true;
-    if (m_builder) {
-        m_builder->wait();
-        delete m_builder;
-    }
+    // The build stops at its next source, and its result goes nowhere.
+    StopIndexBuild();
 }
 
 void frmFullTextSearch::layOut()
@@ -175,15 +163,16 @@ void frmFullTextSearch::layOut()
 
 void frmFullTextSearch::Load()
 {
-    modGlobal::CenterAndShow(this);
+    CenterAndShow(m_session, this);
     txtWords->setFocus();
     StartIndexBuild();
 }
 
 void frmFullTextSearch::StartIndexBuild(bool rebuild)
 {
-    const QString contentFile = modGlobal::gDatabasePath;
-    if (contentFile.isEmpty() || !modGlobal::gDatabase)
+    const Session::Content &content = m_session.content();
+    const QString contentFile = content.databasePath;
+    if (contentFile.isEmpty() || !content.database)
         return;
     // The rows are read here, on the database the windows share; the files, which take
     // the time, are read by the builder, and the index is read into memory there too.
@@ -191,58 +180,66 @@ void frmFullTextSearch::StartIndexBuild(bool rebuild)
     QList<fulltext::Source> sources;
     QString dataFolder;
     if (!current) {
-        sources = fulltext::readSources(*modGlobal::gDatabase);
-        dataFolder = modGlobal::gDataFolder.isEmpty() ? QFileInfo(contentFile).absolutePath()
-                                                      : modGlobal::gDataFolder;
+        sources = fulltext::readSources(*content.database);
+        dataFolder
+            = content.dataFolder.isEmpty() ? QFileInfo(contentFile).absolutePath() : content.dataFolder;
         prgIndex->setRange(0, int(std::max<qsizetype>(1, sources.size())));
         prgIndex->setValue(0);
         prgIndex->setVisible(true);
         lblCount->setVisible(false);
     }
-    if (m_builder) {
-        // The one before found the index damaged, and has ended or is about to.
-        m_builder->wait();
-        delete m_builder;
-    }
-    m_cancel = std::make_shared<std::atomic_bool>(false);
-    QPointer<frmFullTextSearch> self(this);
-    m_builder = QThread::create([self, contentFile, current, sources, dataFolder, cancel = m_cancel] {
-        std::shared_ptr<fulltext::Index> index;
-        QString error;
-        try {
-            // Where the cache cannot be written, the index is built in memory: the search
-            // works all the same.
-            index = current
-                ? fulltext::openIntact(fulltext::cacheFileFor(contentFile))
-                : fulltext::buildAndOpen(contentFile, sources, dataFolder, [&](qint64 done, qint64) {
-                      if (*cancel)
-                          return false;
-                      if (done % 64 == 0)
-                          QMetaObject::invokeMethod(
-                              self, [self, done] { self->prgIndex->setValue(int(done)); },
-                              Qt::QueuedConnection);
-                      return true;
-                  });
-            if (!index) {
-                // Damaged: built again from the rows, which are read on the interface thread.
-                if (!*cancel)
-                    QMetaObject::invokeMethod(
-                        self, [self] { platform::guarded([self] { self->StartIndexBuild(true); }); },
-                        Qt::QueuedConnection);
-                return;
+    StopIndexBuild();
+    auto built = std::make_shared<std::atomic<qint64>>(0);
+    m_built = built;
+    if (!current)
+        tmrProgress->start();
+    m_build = m_session.background().run<IndexOutcome>(
+        this,
+        [contentFile, current, sources, dataFolder, built](const std::atomic_bool &cancelled) {
+            IndexOutcome outcome;
+            try {
+                // Where the cache cannot be written, the index is built in memory: the
+                // search works all the same.
+                outcome.index = current
+                    ? fulltext::openIntact(fulltext::cacheFileFor(contentFile))
+                    : fulltext::buildAndOpen(contentFile, sources, dataFolder, [&](qint64 done, qint64) {
+                          *built = done;
+                          return !cancelled;
+                      });
+                outcome.damaged = !outcome.index;
+            } catch (const platform::RuntimeError &e) {
+                outcome.error = e.description();
             }
-        } catch (const platform::RuntimeError &e) {
-            error = e.description();
-        }
-        if (!*cancel)
-            QMetaObject::invokeMethod(
-                self, [self, index, error] { self->IndexReady(index, error); }, Qt::QueuedConnection);
-    });
-    m_builder->start(QThread::LowPriority);
+            return outcome;
+        },
+        [this](IndexOutcome outcome) {
+            platform::guarded([&] {
+                // Damaged: built again from the rows, which are read on the interface thread.
+                if (outcome.damaged)
+                    StartIndexBuild(true);
+                else
+                    IndexReady(outcome.index, outcome.error);
+            });
+        });
+}
+
+void frmFullTextSearch::StopIndexBuild()
+{
+    Background::cancel(m_build);
+    m_build.reset();
+    tmrProgress->stop();
+}
+
+void frmFullTextSearch::tmrProgress_Timer()
+{
+    if (m_built)
+        prgIndex->setValue(int(m_built->load()));
 }
 
 void frmFullTextSearch::IndexReady(const std::shared_ptr<fulltext::Index> &index, const QString &error)
 {
+    m_build.reset();
+    tmrProgress->stop();
     prgIndex->setVisible(false);
     lblCount->setVisible(true);
     if (!error.isEmpty()) {
@@ -273,7 +270,8 @@ void frmFullTextSearch::Search()
     lstResults->clear();
     for (qsizetype i = 0; i < m_results.size(); ++i) {
         const fulltext::Result &r = m_results.at(i);
-        auto *item = new ResultItem(iconFor(iconKey(r)), r.title, [this, i] { return contextHtml(int(i)); });
+        auto *item
+            = new ResultItem(m_icons.icon(iconKey(r)), r.title, [this, i] { return contextHtml(int(i)); });
         item->setData(ResultRole, int(i));
         item->setToolTip(r.title);
         lstResults->addItem(item);
@@ -367,6 +365,10 @@ void frmFullTextSearch::OpenResult(const fulltext::Result &result)
 void frmFullTextSearch::closeEvent(QCloseEvent *event)
 {
     QWidget::closeEvent(event);
-    if (event->isAccepted() && s_instance == this)
-        s_instance = nullptr;
+    if (!event->isAccepted())
+        return;
+    // A window that goes builds nothing more.
+    StopIndexBuild();
+    if (m_session.window(Session::Window::FullTextSearch, false) == this)
+        m_session.setWindow(Session::Window::FullTextSearch, nullptr);
 }

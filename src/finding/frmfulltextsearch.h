@@ -1,8 +1,10 @@
 #pragma once
 
+#include "listicons.h"
+
+#include <background.h>
 #include <fulltextindex.h>
 
-#include <QPointer>
 #include <QWidget>
 
 #include <atomic>
@@ -12,22 +14,21 @@ class QLabel;
 class QLineEdit;
 class QListWidget;
 class QProgressBar;
-class QThread;
 class QTimer;
+class Session;
 
 // "Αναζήτηση στα κείμενα": one field where the pupil types words, and the sources whose
 // texts and catalogue hold them, listed as the pupil types, each with its icon, its title
 // and a line of its text with the words found in bold. A double click or Enter opens the
 // source in its own viewer, a text with the words found marked. The index of the words is
-// built in the background the first time, with its progress shown. One instance serves
-// the program.
+// built in the background the first time, with its progress shown. It is the session's
+// text search window; its going, or the session's end, stops the build.
 class frmFullTextSearch final : public QWidget
 {
     Q_OBJECT
 
 public:
-    // The single instance; `create` makes (and loads) it when there is none.
-    static frmFullTextSearch *instance(bool create = true);
+    explicit frmFullTextSearch(Session &session, QWidget *parent = nullptr);
     ~frmFullTextSearch() override;
     Q_DISABLE_COPY_MOVE(frmFullTextSearch)
 
@@ -54,6 +55,7 @@ public:
     // Event handlers.
     void txtWords_Change();
     void tmrSearch_Timer();
+    void tmrProgress_Timer();
     void lstResults_Activated();
 
     // The design, in twips.
@@ -61,6 +63,8 @@ public:
     static constexpr int FormHeight = 6600;
     // The pause after the last key before the search runs, in milliseconds.
     static constexpr int SearchDelay = 250;
+    // How often the progress bar follows the build, in milliseconds.
+    static constexpr int ProgressInterval = 100;
 
 signals:
     // The list shows the results of the words typed (also when there are none).
@@ -70,22 +74,24 @@ protected:
     void closeEvent(QCloseEvent *event) override;
 
 private:
-    explicit frmFullTextSearch(QWidget *parent = nullptr);
-
     // `rebuild`: the index on disk is damaged, and is built again even if current.
     void StartIndexBuild(bool rebuild = false);
+    void StopIndexBuild();
     void IndexReady(const std::shared_ptr<fulltext::Index> &index, const QString &error);
     void Search();
     void OpenResult(const fulltext::Result &result);
     void layOut();
 
-    static QPointer<frmFullTextSearch> s_instance;
-
+    Session &m_session;
     QTimer *const tmrSearch;
+    QTimer *const tmrProgress;
+    ListIcons m_icons;
     std::shared_ptr<fulltext::Index> m_index;
     fulltext::TextQuery m_query;
     QList<fulltext::Result> m_results;
     mutable QHash<int, QString> m_contexts;
-    QThread *m_builder = nullptr;
-    std::shared_ptr<std::atomic_bool> m_cancel;
+    // The build under way: its flag, and the sources it has done, which the progress bar
+    // reads on its timer.
+    Background::CancelFlag m_build;
+    std::shared_ptr<std::atomic<qint64>> m_built;
 };

@@ -10,10 +10,10 @@
 #include <frmmediaplayer.h>
 #include <greekcollation.h>
 #include <indexterms.h>
-#include <modglobal.h>
 #include <msgbox.h>
 #include <programbitmaps.h>
 #include <richtextbox.h>
+#include <session.h>
 #include <shellwindow.h>
 #include <textzoom.h>
 #include <twips.h>
@@ -25,8 +25,6 @@
 #include <QMdiSubWindow>
 #include <QTabBar>
 #include <QTreeWidget>
-
-#include <memory>
 
 namespace {
 
@@ -49,20 +47,7 @@ void setFaces(Btn *button, const QString &face)
 
 } // namespace
 
-QPointer<frmIndex> frmIndex::s_instance;
-
-frmIndex *frmIndex::instance(bool create)
-{
-    if (!s_instance && create) {
-        // A window whose first load failed is not kept: the next opening loads afresh.
-        std::unique_ptr<frmIndex> form(new frmIndex);
-        form->Load();
-        s_instance = form.release();
-    }
-    return s_instance;
-}
-
-frmIndex::frmIndex(QWidget *parent)
+frmIndex::frmIndex(Session &session, QWidget *parent)
     : QWidget(parent)
     , tbs(new QTabBar(this))
     , LvEnnoia(new ClickTree(this))
@@ -72,6 +57,7 @@ frmIndex::frmIndex(QWidget *parent)
     , cmdVideo(new Btn(this))
     , Picture1(new QLabel(this))
     , Image1(new QLabel(Picture1))
+    , m_session(session)
 {
     setObjectName(QStringLiteral("frmIndex"));
     platform::useDesignedColours(this);
@@ -120,7 +106,7 @@ frmIndex::frmIndex(QWidget *parent)
     connect(cmdSound, &Btn::Click, this, [this] { platform::guarded([this] { cmdSound_Click(); }); });
     connect(cmdVideo, &Btn::Click, this, [this] { platform::guarded([this] { cmdVideo_Click(); }); });
     // The explanation takes the pupil's text size, whichever control has the keys.
-    TextZoom::instance().follow(
+    m_session.textZoom().follow(
         this, {this, LvEnnoia, rtfExp}, [this](int percent) { TextZoom::zoomTextEdit(rtfExp, percent); });
 }
 
@@ -159,20 +145,20 @@ void frmIndex::Load()
     cream.setColor(QPalette::Base, QColor(255, 247, 211));
     LvEnnoia->setPalette(cream);
     rtfExp->setBackColor(ListBackColor);
-    if (ShellWindow *shell = ShellWindow::existing())
+    if (ShellWindow *shell = m_session.shell(false))
         shell->setToggleChecked(ShellWindow::Toggle::Catalogue, true);
 }
 
 void frmIndex::FillTabs()
 {
     const QSignalBlocker quiet(tbs);
-    for (const finding::IndexTab &tab : finding::IndexTypeTabs(*modGlobal::gDatabase))
+    for (const finding::IndexTab &tab : finding::IndexTypeTabs(m_session.database()))
         tbs->setTabData(tbs->addTab(tab.caption), tab.key);
 }
 
 void frmIndex::FillListView(qint32 type)
 {
-    const QList<finding::IndexTerm> terms = finding::IndexTerms(*modGlobal::gDatabase, type);
+    const QList<finding::IndexTerm> terms = finding::IndexTerms(m_session.database(), type);
     for (int i = 0; i < tbs->count(); ++i) {
         if (finding::TypeOfTabKey(tbs->tabData(i).toString()) == type) {
             tbs->setCurrentIndex(i);
@@ -219,7 +205,7 @@ void frmIndex::LvEnnoia_ItemClick(QTreeWidgetItem *item)
     if (!item)
         return;
     CloseOpenWindows(true);
-    const finding::IndexTermDetails term = finding::TermDetails(*modGlobal::gDatabase, Tag(item));
+    const finding::IndexTermDetails term = finding::TermDetails(m_session.database(), Tag(item));
     // A term without explanation leaves the last one on screen.
     if (!term.Epexigisi.isEmpty())
         rtfExp->setText(term.Epexigisi);
@@ -227,9 +213,11 @@ void frmIndex::LvEnnoia_ItemClick(QTreeWidgetItem *item)
     if (!term.Picture.isEmpty())
         cmdPicture->setTag(term.Picture);
     cmdVideo->setEnabled(!term.Video.isEmpty());
-    VideoPath = platform::contentPath(modGlobal::gDataFolder, QStringLiteral("\\Videos\\"), term.Video);
+    VideoPath
+        = platform::contentPath(m_session.content().dataFolder, QStringLiteral("\\Videos\\"), term.Video);
     cmdSound->setEnabled(!term.Sound.isEmpty());
-    SoundPath = platform::contentPath(modGlobal::gDataFolder, QStringLiteral("\\Sounds\\"), term.Sound);
+    SoundPath
+        = platform::contentPath(m_session.content().dataFolder, QStringLiteral("\\Sounds\\"), term.Sound);
 }
 
 void frmIndex::tbs_Click()
@@ -267,8 +255,9 @@ void frmIndex::DisplayHotword(const QString &term, const QString &explanation, c
 
 void frmIndex::cmdPicture_Click()
 {
-    const QString path
-        = platform::contentPath(modGlobal::gDataFolder, QStringLiteral("\\Photos\\"), cmdPicture->Tag());
+    const QString path = platform::contentPath(
+        m_session.content().dataFolder, QStringLiteral("\\Photos\\"), cmdPicture->Tag());
+    // session: the photo window becomes the session's once it is made by it.
     frmFoto *foto = frmFoto::instance();
     m_foto = foto;
     foto->LoadPicture(path);
@@ -315,7 +304,7 @@ void frmIndex::PlayMedia(
 
 void frmIndex::CenterPlayer(frmMediaPlayer *player)
 {
-    ShellWindow *shell = ShellWindow::existing();
+    ShellWindow *shell = m_session.shell(false);
     QMdiArea *area = shell ? shell->mdiArea() : nullptr;
     if (!area) {
         player->show();
@@ -373,8 +362,8 @@ void frmIndex::closeEvent(QCloseEvent *event)
     QWidget::closeEvent(event);
     if (!event->isAccepted())
         return;
-    if (ShellWindow *shell = ShellWindow::existing())
+    if (ShellWindow *shell = m_session.shell(false))
         shell->setToggleChecked(ShellWindow::Toggle::Catalogue, false);
-    if (s_instance == this)
-        s_instance = nullptr;
+    if (m_session.window(Session::Window::Index, false) == this)
+        m_session.setWindow(Session::Window::Index, nullptr);
 }

@@ -14,18 +14,18 @@ class QTabBar;
 class QTreeWidget;
 class QTreeWidgetItem;
 class RichTextBox;
+class Session;
 
 // "Ευρετήριο": the terms of the content by type, in tabs after "Αλφαβητικό", the
 // explanation of the chosen term and three buttons that show its picture and play its
-// sound or video. Opened from the shell and by an index word in a text. One instance
-// serves the program; it keeps the shell's "Ευρετήριο" mark while it is loaded.
+// sound or video. Opened from the shell and by an index word in a text. It is the
+// session's index window; it keeps the shell's "Ευρετήριο" mark while it is loaded.
 class frmIndex final : public QWidget, public speech::Readable
 {
     Q_OBJECT
 
 public:
-    // The single instance; `create` makes (and loads) it when there is none.
-    static frmIndex *instance(bool create = true);
+    explicit frmIndex(Session &session, QWidget *parent = nullptr);
     ~frmIndex() override;
 
     // Read aloud: the explanation of the term shown.
@@ -84,8 +84,6 @@ protected:
     void closeEvent(QCloseEvent *event) override;
 
 private:
-    explicit frmIndex(QWidget *parent = nullptr);
-
     void layOut();
     void FillTabs();
     void CloseOpenWindows(bool picture);
@@ -93,8 +91,7 @@ private:
         qint32 kind, const QString &path, bool &flag, const QString &caption, const QString &missing);
     void CenterPlayer(frmMediaPlayer *player);
 
-    static QPointer<frmIndex> s_instance;
-
+    Session &m_session;
     qint32 m_type = 0;
     bool m_pictureOpen = false;
     bool m_soundOpen = false;

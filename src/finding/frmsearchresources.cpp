@@ -5,7 +5,7 @@
 #include <designedcolours.h>
 #include <errorpolicy.h>
 #include <modglobal.h>
-#include <programbitmaps.h>
+#include <session.h>
 #include <sourceviewer.h>
 #include <twips.h>
 
@@ -13,19 +13,17 @@
 #include <QCloseEvent>
 #include <QComboBox>
 #include <QFrame>
-#include <QHash>
 #include <QHeaderView>
 #include <QLabel>
 #include <QShortcut>
 #include <QTreeWidget>
-
-#include <memory>
 
 namespace {
 
 constexpr int TagRole = Qt::UserRole;
 constexpr int GhostedRole = Qt::UserRole + 1;
 constexpr int IconKeyRole = Qt::UserRole + 2;
+constexpr int IconRole = Qt::UserRole + 3; // the icon shown when the item is not ghosted
 
 QColor rgb(int r, int g, int b)
 {
@@ -40,16 +38,6 @@ void setBackColor(QWidget *w, const QColor &color)
     w->setAutoFillBackground(true);
 }
 
-// The four icons of the list, made once: a list of thousands shares them.
-QIcon iconFor(const QString &key)
-{
-    static QHash<QString, QIcon> icons;
-    auto it = icons.find(key);
-    if (it == icons.end())
-        it = icons.insert(key, resources::exists(key) ? resources::LoadResIcon(key) : QIcon());
-    return *it;
-}
-
 QRect twipsRect(int left, int top, int width, int height)
 {
     return QRect(platform::pixelsFromTwipsX(left), platform::pixelsFromTwipsY(top),
@@ -58,20 +46,7 @@ QRect twipsRect(int left, int top, int width, int height)
 
 } // namespace
 
-QPointer<frmSearchResources> frmSearchResources::s_instance;
-
-frmSearchResources *frmSearchResources::instance(bool create)
-{
-    if (!s_instance && create) {
-        // A window whose first load failed is not kept: the next opening loads afresh.
-        std::unique_ptr<frmSearchResources> form(new frmSearchResources);
-        form->Load();
-        s_instance = form.release();
-    }
-    return s_instance;
-}
-
-frmSearchResources::frmSearchResources(QWidget *parent)
+frmSearchResources::frmSearchResources(Session &session, QWidget *parent)
     : QWidget(parent)
     , Frame1(new QFrame(this))
     , Label1(new QLabel(QStringLiteral("Τύπος πηγής:"), Frame1))
@@ -87,6 +62,7 @@ frmSearchResources::frmSearchResources(QWidget *parent)
     , cmbTime(new QComboBox(Frame1))
     , cmbPlace(new QComboBox(Frame1))
     , lvwResources(new QTreeWidget(this))
+    , m_session(session)
 {
     setObjectName(QStringLiteral("frmSearchResources"));
     platform::useDesignedColours(this);
@@ -169,10 +145,11 @@ void frmSearchResources::Load()
     m_criteria = finding::SearchCriteria();
     m_searched = m_criteria;
     // The search reads the content as it stands on disk now.
-    if (!modGlobal::gDatabasePath.isEmpty())
-        modGlobal::gDatabase = content::Database::OpenDatabase(modGlobal::gDatabasePath);
-    if (modGlobal::gDatabase)
-        finding::PrepareSearchOrder(*modGlobal::gDatabase);
+    Session::Content &content = m_session.content();
+    if (!content.databasePath.isEmpty())
+        content.database = content::Database::OpenDatabase(content.databasePath);
+    if (content.database)
+        finding::PrepareSearchOrder(*content.database);
     m_filled = false;
     FillTableCombo(cmbPlace, QStringLiteral("Places"), QStringLiteral("Place"), QStringLiteral("PlaceID"));
     FillTableCombo(cmbTime, QStringLiteral("Chronologicals"), QStringLiteral("Chronological"),
@@ -187,13 +164,13 @@ void frmSearchResources::Load()
     SearchResources();
     setBackColor(this, rgb(243, 195, 112));
     setBackColor(Frame1, rgb(254, 232, 176));
-    modGlobal::CenterAndShow(this);
+    CenterAndShow(m_session, this);
 }
 
 void frmSearchResources::FillTableCombo(
     QComboBox *combo, const QString &table, const QString &nameColumn, const QString &idColumn)
 {
-    auto rs = modGlobal::gDatabase->OpenRecordset(table, content::dbOpenSnapshot, content::dbReadOnly);
+    auto rs = m_session.database().OpenRecordset(table, content::dbOpenSnapshot, content::dbReadOnly);
     if (rs->RecordCount() >= 1) {
         rs->MoveFirst();
         while (!rs->Eof()) {
@@ -207,7 +184,7 @@ void frmSearchResources::FillTableCombo(
 
 void frmSearchResources::FillTextCombo(QComboBox *combo, const QString &sql)
 {
-    auto rs = modGlobal::gDatabase->OpenRecordset(sql, content::dbOpenSnapshot, content::dbReadOnly);
+    auto rs = m_session.database().OpenRecordset(sql, content::dbOpenSnapshot, content::dbReadOnly);
     if (rs->RecordCount() >= 1) {
         rs->MoveFirst();
         while (!rs->Eof()) {
@@ -286,15 +263,17 @@ void frmSearchResources::SearchResources()
     lvwResources->clear();
     ++m_searchCount;
     m_sql = finding::SearchSQL(m_criteria);
-    auto rs = modGlobal::gDatabase->OpenRecordset(m_sql);
+    auto rs = m_session.database().OpenRecordset(m_sql);
     const finding::SearchList list = finding::SearchListItems(*rs);
     QList<QTreeWidgetItem *> items;
     items.reserve(list.items.size());
     for (const finding::SearchListItem &entry : list.items) {
         auto *item = new QTreeWidgetItem(QStringList {entry.text});
         item->setData(0, TagRole, entry.tag);
+        const QIcon icon = m_icons.icon(entry.icon);
         item->setData(0, IconKeyRole, entry.icon);
-        item->setIcon(0, iconFor(entry.icon));
+        item->setData(0, IconRole, icon);
+        item->setIcon(0, icon);
         items.append(item);
     }
     lvwResources->addTopLevelItems(items);
@@ -388,7 +367,7 @@ void frmSearchResources::setGhosted(QTreeWidgetItem *item, bool ghosted)
         return;
     item->setData(0, GhostedRole, ghosted);
     // A ghosted item looks as a cut item does: its icon and text dimmed.
-    const QIcon icon = iconFor(IconKey(item));
+    const QIcon icon = item->data(0, IconRole).value<QIcon>();
     if (ghosted) {
         const QSize size = item->treeWidget() ? item->treeWidget()->iconSize() : QSize(16, 16);
         item->setIcon(0, QIcon(icon.pixmap(size, QIcon::Disabled)));
@@ -412,6 +391,6 @@ QString frmSearchResources::IconKey(const QTreeWidgetItem *item)
 void frmSearchResources::closeEvent(QCloseEvent *event)
 {
     QWidget::closeEvent(event);
-    if (event->isAccepted() && s_instance == this)
-        s_instance = nullptr;
+    if (event->isAccepted() && m_session.window(Session::Window::SearchResources, false) == this)
+        m_session.setWindow(Session::Window::SearchResources, nullptr);
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "listicons.h"
+
 #include <resourcesearch.h>
 #include <sourceviewer.h>
 
@@ -11,18 +13,18 @@ class QFrame;
 class QLabel;
 class QTreeWidget;
 class QTreeWidgetItem;
+class Session;
 
 // "Αναζήτηση": all resources narrowed by six criteria, with no search button: every
 // change of a box lists the result at once. A double click opens the source in its
 // viewer and ghosts its item, so that it is not opened twice, until that viewer closes.
-// One instance serves the program.
+// It is the session's search window.
 class frmSearchResources final : public QWidget
 {
     Q_OBJECT
 
 public:
-    // The single instance; `create` makes (and loads) it when there is none.
-    static frmSearchResources *instance(bool create = true);
+    explicit frmSearchResources(Session &session, QWidget *parent = nullptr);
     ~frmSearchResources() override;
     Q_DISABLE_COPY_MOVE(frmSearchResources)
 
@@ -81,8 +83,6 @@ protected:
     void closeEvent(QCloseEvent *event) override;
 
 private:
-    explicit frmSearchResources(QWidget *parent = nullptr);
-
     void FillTableCombo(
         QComboBox *combo, const QString &table, const QString &nameColumn, const QString &idColumn);
     void FillTextCombo(QComboBox *combo, const QString &sql);
@@ -93,8 +93,8 @@ private:
     void SetColumnWidth();
     void layOut();
 
-    static QPointer<frmSearchResources> s_instance;
-
+    Session &m_session;
+    ListIcons m_icons;
     finding::SearchCriteria m_criteria;
     finding::SearchCriteria m_searched;
     QString m_sql;

@@ -67,13 +67,15 @@ void Session::setWindowFactory(Window kind, WindowFactory factory)
 
 QWidget *Session::window(Window kind, bool create)
 {
-    QPointer<QWidget> &slot = m_windows[int(kind)];
-    if (!slot && create) {
-        const auto factory = m_windowFactories.constFind(int(kind));
-        if (factory != m_windowFactories.constEnd() && *factory)
-            slot = (*factory)(*this);
-    }
-    return slot.data();
+    if (QWidget *open = m_windows.value(int(kind)))
+        return open;
+    // A copy, and no reference into the table: a window's making may ask for others.
+    const WindowFactory factory = create ? m_windowFactories.value(int(kind)) : WindowFactory();
+    if (!factory)
+        return nullptr;
+    QWidget *made = factory(*this);
+    m_windows.insert(int(kind), made);
+    return made;
 }
 
 void Session::setWindow(Window kind, QWidget *widget)

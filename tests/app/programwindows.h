@@ -30,6 +30,7 @@
 #include <frmsearchresources.h>
 #include <frmtextresource.h>
 #include <frmtooltips.h>
+#include <session.h> // session: the finding windows are the session's; the test gets one of its own with the shell
 #include <mdiform1.h>
 #include <modglobal.h>
 #include <msgbox.h>
@@ -68,7 +69,7 @@ inline QWidget *frameOf(QWidget *window)
 // The index on the sample, showing the term given (its buttons enabled for it).
 inline frmIndex *openIndexAt(const QString &term)
 {
-    frmIndex *index = frmIndex::instance(true);
+    frmIndex *index = Session::current()->window<frmIndex>(Session::Window::Index, true);
     modGlobal::CenterAndShow(index);
     QTreeWidget *list = index->LvEnnoia;
     const QList<QTreeWidgetItem *> found = list->findItems(term, Qt::MatchExactly);
@@ -159,8 +160,9 @@ inline QList<ProgramWindow> programWindows()
         {"index", [](MDIForm1 *) -> QWidget * { return openIndexAt(u"Μίνωας"_s); }},
         {"index_picture",
             [](MDIForm1 *) -> QWidget * {
-                for (QTreeWidgetItem *item :
-                    frmIndex::instance(true)->LvEnnoia->findItems(u"*"_s, Qt::MatchWildcard)) {
+                for (QTreeWidgetItem *item : Session::current()
+                                                 ->window<frmIndex>(Session::Window::Index, true)
+                                                 ->LvEnnoia->findItems(u"*"_s, Qt::MatchWildcard)) {
                     frmIndex *index = openIndexAt(item->text(0));
                     if (index && index->cmdPicture->isEnabled()) {
                         index->cmdPicture_Click();
@@ -177,10 +179,14 @@ inline QList<ProgramWindow> programWindows()
                 index->cmdSound_Click();
                 return index->mediaPlayer();
             }},
-        {"search", [](MDIForm1 *) -> QWidget * { return frmSearchResources::instance(true); }},
+        {"search",
+            [](MDIForm1 *) -> QWidget * {
+                return Session::current()->window<frmSearchResources>(Session::Window::SearchResources, true);
+            }},
         {"text_search",
             [](MDIForm1 *) -> QWidget * {
-                frmFullTextSearch *search = frmFullTextSearch::instance(true);
+                frmFullTextSearch *search
+                    = Session::current()->window<frmFullTextSearch>(Session::Window::FullTextSearch, true);
                 if (!QTest::qWaitFor([search] { return search->indexReady(); }, 60000))
                     return nullptr;
                 search->txtWords->setText(u"ναός"_s);

@@ -16,6 +16,7 @@
 #include <frmtextresource.h>
 #include <frmtooltips.h>
 #include <richtextbox.h>
+#include <session.h> // session: the finding windows are the session's; the test gets one of its own with the shell
 #include <tlb.h>
 
 #include <QAccessible>
@@ -143,10 +144,19 @@ private slots:
         QVERIFY(actions);
         QVERIFY(actions->actionNames().contains(QAccessibleActionInterface::pressAction()));
         actions->doAction(QAccessibleActionInterface::pressAction());
-        QTRY_VERIFY(frmSearchResources::instance(false) && frmSearchResources::instance(false)->isVisible());
-        frmSearchResources::instance(false)->window()->close();
-        if (auto *sub = qobject_cast<QMdiSubWindow *>(frmSearchResources::instance(false)
-                    ? frmSearchResources::instance(false)->parentWidget()
+        QTRY_VERIFY(Session::current()->window<frmSearchResources>(Session::Window::SearchResources, false)
+            && Session::current()
+                   ->window<frmSearchResources>(Session::Window::SearchResources, false)
+                   ->isVisible());
+        Session::current()
+            ->window<frmSearchResources>(Session::Window::SearchResources, false)
+            ->window()
+            ->close();
+        if (auto *sub = qobject_cast<QMdiSubWindow *>(
+                Session::current()->window<frmSearchResources>(Session::Window::SearchResources, false)
+                    ? Session::current()
+                          ->window<frmSearchResources>(Session::Window::SearchResources, false)
+                          ->parentWidget()
                     : nullptr))
             sub->close();
     }

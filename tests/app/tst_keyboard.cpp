@@ -11,6 +11,7 @@
 #include <frmtextresource.h>
 #include <frmtooltips.h>
 #include <richtextbox.h>
+#include <session.h> // session: the finding windows are the session's; the test gets one of its own with the shell
 #include <tlb.h>
 
 #include <QApplication>
@@ -303,7 +304,8 @@ private slots:
         MDIForm1 *shell = openShell();
         closeViewers(shell);
         shell->TlbMain_ButtonClick(QStringLiteral("SearchResources"));
-        frmSearchResources *search = frmSearchResources::instance(false);
+        frmSearchResources *search
+            = Session::current()->window<frmSearchResources>(Session::Window::SearchResources, false);
         QVERIFY(search);
         search->cmbKeyWord->setCurrentIndex(0);
         QVERIFY(search->lvwResources->topLevelItemCount() > 0);

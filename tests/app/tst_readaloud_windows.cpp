@@ -17,6 +17,7 @@
 #include <msgbox.h>
 #include <readaloud.h>
 #include <richtextbox.h>
+#include <session.h> // session: the finding windows are the session's; the test gets one of its own with the shell
 #include <tlb.h>
 
 #include <QApplication>
@@ -153,7 +154,7 @@ private slots:
 
     void theIndexReadsItsExplanation()
     {
-        frmIndex *index = frmIndex::instance(true);
+        frmIndex *index = Session::current()->window<frmIndex>(Session::Window::Index, true);
         showInShell(index);
         index->DisplayHotword(u"Νάξος"_s, u"Το μεγαλύτερο νησί των Κυκλάδων."_s, QString());
         pressSoundKey();

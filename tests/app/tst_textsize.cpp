@@ -12,6 +12,7 @@
 #include <frmtooltips.h>
 #include <modglobal.h>
 #include <richtextbox.h>
+#include <session.h> // session: the finding windows are the session's; the test gets one of its own with the shell
 #include <textzoom.h>
 
 #include <QAbstractTextDocumentLayout>
@@ -192,7 +193,7 @@ private slots:
 
     void theIndexsExplanationGrows()
     {
-        frmIndex *index = frmIndex::instance(true);
+        frmIndex *index = Session::current()->window<frmIndex>(Session::Window::Index, true);
         modGlobal::CenterAndShow(index);
         index->DisplayHotword(u"Νάξος"_s, u"Νησί των Κυκλάδων, το μεγαλύτερο από όλα."_s, u""_s);
         const double normal = documentHeight(index->rtfExp);

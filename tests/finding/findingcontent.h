@@ -67,9 +67,10 @@ inline void fill(testcontent::Builder &b)
     b.row(u"EuretirioTypes"_s, {u"EuretirioTypeID"_s, u"EuretirioType"_s}, {1, u"Λέξεις"_s});
 }
 
-inline std::unique_ptr<content::Database> build()
+// In memory, or written to `file` as well when one is given.
+inline std::unique_ptr<content::Database> build(const QString &file = QString())
 {
-    testcontent::Builder b;
+    testcontent::Builder b(file);
     fill(b);
     return b.database();
 }

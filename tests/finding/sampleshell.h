@@ -1,14 +1,16 @@
 #pragma once
 
 // The program's shell on the built sample course, with every child window registered, as
-// the finding windows' tests in the shell start it. Pictures land in the test output folder.
+// the finding windows' tests in the shell start it, in the test's session. Pictures land in
+// the test output folder.
 
-#include "../support/msgboxrecorder.h"
+#include "../support/testsession.h"
 
 #include <childwindows.h>
 #include <database.h>
 #include <mdiform1.h>
 #include <modglobal.h>
+#include <session.h>
 
 #include <QDir>
 #include <QFileInfo>
@@ -28,19 +30,43 @@ inline void savePicture(QWidget *w, const QString &name)
     qInfo("picture: %s", qPrintable(file));
 }
 
-// Opens the sample and shows its shell; null when the shell did not show.
-inline MDIForm1 *showSampleShell(MsgBoxRecorder &boxes)
+// Puts a content file in the session, and where the windows not yet handed the session
+// read it.
+inline void openContent(Session &session, const QString &contentFile)
 {
-    modGlobal::gDatabasePath = sampleCoursePath;
-    modGlobal::gDataFolder = QFileInfo(sampleCoursePath).absolutePath();
-    modGlobal::gDatabase = content::Database::OpenDatabase(sampleCoursePath);
+    Session::Content &content = session.content();
+    content.databasePath = contentFile;
+    content.dataFolder = QFileInfo(contentFile).absolutePath();
+    content.database = content::Database::OpenDatabase(contentFile);
+    // session: the shell, the viewers and the finding windows' opening of a source still
+    // read modGlobal; they go from here once those are handed the session.
+    modGlobal::gDatabasePath = content.databasePath;
+    modGlobal::gDataFolder = content.dataFolder;
+    modGlobal::gDatabase = content::Database::OpenDatabase(contentFile);
+}
+
+// Opens the sample in the session and shows its shell; null when the shell did not show.
+inline MDIForm1 *showSampleShell(Session &session)
+{
+    openContent(session, sampleCoursePath);
+    // session: the shell is made by the session, and its start screen through it, once
+    // the shell takes the session; registerChildWindows then takes it too.
     MDIForm1::registerDefaultInstance();
     MDIForm1::setStartScreenFactory([] { return nullptr; });
     registerChildWindows();
-    boxes.install();
     auto *shell = static_cast<MDIForm1 *>(ShellWindow::instance());
+    session.setWindow(Session::Window::Shell, shell);
     shell->show();
     return QTest::qWaitForWindowExposed(shell) ? shell : nullptr;
+}
+
+// Closes the shell and ends the session, with everything it opened.
+inline void endSampleShell(MDIForm1 *shell, std::unique_ptr<TestSession> &session)
+{
+    if (shell)
+        shell->close();
+    session.reset();
+    modGlobal::gDatabase.reset(); // session: see openContent
 }
 
 } // namespace testing

@@ -14,7 +14,6 @@
 #include <frmsearchresources.h>
 #include <frmtextresource.h>
 #include <mdiform1.h>
-#include <modglobal.h>
 #include <player.h>
 #include <richtextbox.h>
 
@@ -34,29 +33,29 @@ class tst_FindingShell : public QObject
     Q_OBJECT
 
 private:
-    testing::MsgBoxRecorder m_boxes;
+    std::unique_ptr<testing::TestSession> m_s;
     MDIForm1 *m_shell = nullptr;
+
+    Session &session() { return *m_s->session; }
+    const QList<testing::ShownBox> &boxes() const { return m_s->host->boxes; }
+    template<typename Form> Form *shown(Session::Window kind) { return session().window<Form>(kind, false); }
 
 private slots:
     void initTestCase()
     {
         if (!QFileInfo::exists(testing::sampleCoursePath))
             QSKIP("the sample course is not built");
-        m_shell = testing::showSampleShell(m_boxes);
+        m_s = std::make_unique<testing::TestSession>();
+        m_shell = testing::showSampleShell(session());
         QVERIFY(m_shell);
     }
 
-    void cleanupTestCase()
-    {
-        if (m_shell)
-            m_shell->close();
-        modGlobal::gDatabase.reset();
-    }
+    void cleanupTestCase() { testing::endSampleShell(m_shell, m_s); }
 
     void aPupilFindsASourceByKeywordAndOpensIt()
     {
         m_shell->mnufacilities->trigger();
-        frmSearchResources *search = frmSearchResources::instance(false);
+        frmSearchResources *search = shown<frmSearchResources>(Session::Window::SearchResources);
         QVERIFY(search);
         QVERIFY(search->isVisible());
         QCOMPARE(search->parentWidget()->parentWidget()->parentWidget(), m_shell->mdiArea());
@@ -69,7 +68,7 @@ private slots:
         QTreeWidgetItem *item = search->lvwResources->topLevelItem(0);
         search->lvwResources->setCurrentItem(item);
         emit search->lvwResources->itemDoubleClicked(item, 0);
-        QVERIFY(m_boxes.isEmpty());
+        QVERIFY(boxes().isEmpty());
         QVERIFY(frmSearchResources::Ghosted(item));
         auto *viewer = qobject_cast<SourceViewer *>(m_shell->mdiArea()->activeSubWindow()->widget());
         QVERIFY(viewer);
@@ -78,29 +77,29 @@ private slots:
         viewer->Unload();
         QVERIFY(!frmSearchResources::Ghosted(item));
         search->parentWidget()->close();
-        QVERIFY(!frmSearchResources::instance(false));
+        QVERIFY(!shown<frmSearchResources>(Session::Window::SearchResources));
     }
 
     void theCatalogueMenuOpensAndClosesTheIndexWithItsMark()
     {
         m_shell->mnuCatalogue->trigger();
-        frmIndex *index = frmIndex::instance(false);
+        frmIndex *index = shown<frmIndex>(Session::Window::Index);
         QVERIFY(index);
         QVERIFY(index->isVisible());
         QVERIFY(m_shell->mnuCatalogue->isChecked());
         QVERIFY(index->LvEnnoia->topLevelItemCount() > 20);
         testing::savePicture(m_shell, u"index.png"_s);
         m_shell->mnuCatalogue->trigger();
-        QVERIFY(!frmIndex::instance(false));
+        QVERIFY(!shown<frmIndex>(Session::Window::Index));
         QVERIFY(!m_shell->mnuCatalogue->isChecked());
     }
 
     void aWordOfATextOpensItsTermAndThePupilHearsIt()
     {
-        auto *text = new frmTextResource;
+        auto *text = new frmTextResource; // session: a viewer is made by the session
         text->setResourceID(104);
         text->Load();
-        modGlobal::CenterAndShow(text);
+        CenterAndShow(session(), text);
         const CHotWord *term = nullptr;
         for (const CHotWord &word : *text->hotWords()) {
             if (word.HotwordType() == 0 && word.phrase() == u"Μίνωας") {
@@ -111,7 +110,7 @@ private slots:
         QVERIFY(term);
         text->rtbTextResource->setSelStart(term->First() + 1);
         text->rtbTextResource_MouseUp(1, 0, 0, 0);
-        frmIndex *index = frmIndex::instance(false);
+        frmIndex *index = shown<frmIndex>(Session::Window::Index);
         QVERIFY(index);
         QVERIFY(index->isVisible());
         QVERIFY(m_shell->mnuCatalogue->isChecked());
@@ -123,7 +122,7 @@ private slots:
         QVERIFY(index->cmdSound->isEnabled());
 
         index->cmdSound_Click();
-        QVERIFY(m_boxes.isEmpty());
+        QVERIFY(boxes().isEmpty());
         frmMediaPlayer *player = index->mediaPlayer();
         QVERIFY(player);
         QVERIFY(player->fileName().endsWith(u"/Sounds/term_minoas.wav"_s));

@@ -15,7 +15,6 @@
 #include <frmtextresource.h>
 #include <fulltextindex.h>
 #include <mdiform1.h>
-#include <modglobal.h>
 #include <richtextbox.h>
 #include <wordfold.h>
 
@@ -39,28 +38,28 @@ class tst_frmFullTextSearch : public QObject
     Q_OBJECT
 
 private:
-    testing::MsgBoxRecorder m_boxes;
+    std::unique_ptr<testing::TestSession> m_s;
     MDIForm1 *m_shell = nullptr;
     QTemporaryDir m_cache;
 
-    // The shell's windows on another content file while it lives, then on the sample.
+    Session &session() { return *m_s->session; }
+    const QList<testing::ShownBox> &boxes() const { return m_s->host->boxes; }
+    frmFullTextSearch *shownSearch()
+    {
+        return session().window<frmFullTextSearch>(Session::Window::FullTextSearch, false);
+    }
+
+    // The session on another content file while it lives, then on the sample.
     struct SampleSwap
     {
-        explicit SampleSwap(const QString &contentFile)
-            : sample(std::move(modGlobal::gDatabase))
+        SampleSwap(Session &session, const QString &contentFile)
+            : session(session)
         {
-            modGlobal::gDatabasePath = contentFile;
-            modGlobal::gDataFolder = QFileInfo(contentFile).absolutePath();
-            modGlobal::gDatabase = content::Database::OpenDatabase(contentFile);
+            testing::openContent(session, contentFile);
         }
-        ~SampleSwap()
-        {
-            modGlobal::gDatabase = std::move(sample);
-            modGlobal::gDatabasePath = testing::sampleCoursePath;
-            modGlobal::gDataFolder = QFileInfo(testing::sampleCoursePath).absolutePath();
-        }
+        ~SampleSwap() { testing::openContent(session, testing::sampleCoursePath); }
         Q_DISABLE_COPY_MOVE(SampleSwap)
-        std::unique_ptr<content::Database> sample;
+        Session &session;
     };
 
     // Opens the window, types the words and closes it again: whether the window built its
@@ -69,7 +68,7 @@ private:
     {
         found.clear();
         m_shell->mnuFullText->trigger();
-        frmFullTextSearch *search = frmFullTextSearch::instance(false);
+        frmFullTextSearch *search = shownSearch();
         QVERIFY(search);
         built = search->prgIndex->isVisible();
         QTRY_VERIFY_WITH_TIMEOUT(search->indexReady(), 30000);
@@ -87,16 +86,12 @@ private slots:
             QSKIP("the sample course is not built");
         QVERIFY(m_cache.isValid());
         qputenv("XDG_CACHE_HOME", m_cache.path().toUtf8());
-        m_shell = testing::showSampleShell(m_boxes);
+        m_s = std::make_unique<testing::TestSession>();
+        m_shell = testing::showSampleShell(session());
         QVERIFY(m_shell);
     }
 
-    void cleanupTestCase()
-    {
-        if (m_shell)
-            m_shell->close();
-        modGlobal::gDatabase.reset();
-    }
+    void cleanupTestCase() { testing::endSampleShell(m_shell, m_s); }
 
     void theMenuOffersItBelowTheDatabaseSearch()
     {
@@ -111,7 +106,7 @@ private slots:
     void aPupilTypesSeesTheSourcesAndOpensATextAtTheWords()
     {
         QTest::keyClick(m_shell, Qt::Key_F, Qt::ControlModifier | Qt::ShiftModifier);
-        frmFullTextSearch *search = frmFullTextSearch::instance(false);
+        frmFullTextSearch *search = shownSearch();
         QVERIFY(search);
         QVERIFY(search->isVisible());
         QCOMPARE(search->windowTitle(), u"Αναζήτηση στα κείμενα"_s);
@@ -144,7 +139,7 @@ private slots:
         search->lstResults->setFocus();
         search->lstResults->setCurrentRow(row);
         QTest::keyClick(search->lstResults, Qt::Key_Return);
-        QVERIFY(m_boxes.isEmpty());
+        QVERIFY(boxes().isEmpty());
         auto *text = qobject_cast<frmTextResource *>(m_shell->mdiArea()->activeSubWindow()->widget());
         QVERIFY(text);
         QCOMPARE(text->ResourceID(), results.at(row).resourceID);
@@ -170,15 +165,15 @@ private slots:
         QCOMPARE(search->lstResults->count(), 0);
         search->txtWords->setText(u"\"*"_s);
         QTRY_COMPARE(search->lblCount->text(), QString());
-        QVERIFY(m_boxes.isEmpty());
+        QVERIFY(boxes().isEmpty());
         search->parentWidget()->close();
-        QVERIFY(!frmFullTextSearch::instance(false));
+        QVERIFY(!shownSearch());
     }
 
     void theMenuReopensItOnTheIndexAlreadyBuilt()
     {
         m_shell->mnuFullText->trigger();
-        frmFullTextSearch *search = frmFullTextSearch::instance(false);
+        frmFullTextSearch *search = shownSearch();
         QVERIFY(search);
         QVERIFY(!search->prgIndex->isVisible());
         QTRY_VERIFY(search->indexReady());
@@ -190,13 +185,13 @@ private slots:
 
     void aDamagedIndexIsBuiltAgainWhenTheWindowOpens()
     {
-        const QString cache = fulltext::cacheFileFor(modGlobal::gDatabasePath);
-        QVERIFY(fulltext::isCurrent(modGlobal::gDatabasePath));
+        const QString cache = fulltext::cacheFileFor(session().content().databasePath);
+        QVERIFY(fulltext::isCurrent(session().content().databasePath));
         QVERIFY(!indexdamage::overwriteTermPostings(cache).isEmpty());
         QTest::ignoreMessage(
             QtWarningMsg, QRegularExpression(u"the text search's index .* is built again"_s));
         m_shell->mnuFullText->trigger();
-        frmFullTextSearch *search = frmFullTextSearch::instance(false);
+        frmFullTextSearch *search = shownSearch();
         QVERIFY(search);
         QTRY_VERIFY_WITH_TIMEOUT(search->indexReady(), 30000);
         QCOMPARE(search->lblCount->text(), QString());
@@ -204,14 +199,14 @@ private slots:
         QTRY_VERIFY(search->results().size() >= 3);
         QVERIFY(search->results().front().title.contains(u"Δήλου"_s));
         QVERIFY(fulltext::Index::open(cache)->sourceCount() > 0);
-        QVERIFY(m_boxes.isEmpty());
+        QVERIFY(boxes().isEmpty());
         search->parentWidget()->close();
     }
 
     void theArrowsInTheFieldMoveThroughTheResults()
     {
         m_shell->mnuFullText->trigger();
-        frmFullTextSearch *search = frmFullTextSearch::instance(false);
+        frmFullTextSearch *search = shownSearch();
         QVERIFY(search);
         QTRY_VERIFY(search->indexReady());
         search->txtWords->setText(u"ναός"_s);
@@ -233,7 +228,7 @@ private slots:
         QTemporaryDir copy;
         const QString content = testing::copySampleTexts(testing::sampleCoursePath, copy.path());
         QVERIFY(!content.isEmpty());
-        const SampleSwap swap(content);
+        const SampleSwap swap(session(), content);
         bool built = false;
         QList<qint32> found;
         searchOnce(u"ξυλοκερατιά"_s, built, found);
@@ -244,7 +239,7 @@ private slots:
         searchOnce(u"ξυλοκερατιά"_s, built, found);
         QVERIFY(built);
         QCOMPARE(found, QList<qint32>({107}));
-        QVERIFY(m_boxes.isEmpty());
+        QVERIFY(boxes().isEmpty());
     }
 
     void anUnwritableCacheSearchesFromAnIndexInMemory()
@@ -261,7 +256,7 @@ private slots:
         {
             testing::WarningLog log;
             m_shell->mnuFullText->trigger();
-            frmFullTextSearch *search = frmFullTextSearch::instance(false);
+            frmFullTextSearch *search = shownSearch();
             QVERIFY(search);
             QTRY_VERIFY_WITH_TIMEOUT(search->indexReady() || !search->lblCount->text().isEmpty(), 30000);
             search->txtWords->setText(u"δηλος"_s);
@@ -279,7 +274,7 @@ private slots:
         QVERIFY(context.contains(u"<b>"_s));
         QCOMPARE(warnings.size(), 1);
         QVERIFY2(warnings.front().startsWith(u"tremidia.content "_s), qPrintable(warnings.front()));
-        QVERIFY(m_boxes.isEmpty());
+        QVERIFY(boxes().isEmpty());
     }
 };
 

@@ -1,7 +1,7 @@
 // The index window: tabs, lists, the term's explanation and buttons, the hot word's
 // call, the picture window and the media player it opens, and the shell's mark.
 
-#include "../support/msgboxrecorder.h"
+#include "../support/testsession.h"
 #include "../viewing/viewershell.h"
 #include "findingcontent.h"
 
@@ -12,7 +12,6 @@
 #include <frmfoto.h>
 #include <frmindex.h>
 #include <frmmediaplayer.h>
-#include <modglobal.h>
 #include <richtextbox.h>
 #include <sqliteconnection.h>
 #include <viewerlinks.h>
@@ -94,16 +93,20 @@ class tst_frmIndex : public QObject
     Q_OBJECT
 
 private:
-    testing::MsgBoxRecorder m_boxes;
-    std::unique_ptr<testing::ViewerShell> m_shell;
+    std::unique_ptr<testing::TestSession> m_s;
+    testing::ViewerShell *m_shell = nullptr; // the session's shell
     QTemporaryDir m_data;
+
+    Session &session() { return *m_s->session; }
+    QList<testing::ShownBox> &boxes() { return m_s->host->boxes; }
+    frmIndex *shownIndex() { return session().window<frmIndex>(Session::Window::Index, false); }
 
     frmIndex *open()
     {
         frmIndex *index = nullptr;
         platform::guarded([&] {
-            index = frmIndex::instance();
-            modGlobal::CenterAndShow(index);
+            index = session().window<frmIndex>(Session::Window::Index);
+            CenterAndShow(session(), index);
         });
         return index;
     }
@@ -111,9 +114,7 @@ private:
 private slots:
     void initTestCase()
     {
-        finding::registerFindingLinks();
         QVERIFY(m_data.isValid());
-        modGlobal::gDataFolder = m_data.path();
         QDir(m_data.path()).mkpath(u"Sounds"_s);
         QDir(m_data.path()).mkpath(u"Photos"_s);
         writeWav(m_data.path() + u"/Sounds/pericles.wav"_s);
@@ -124,19 +125,22 @@ private slots:
 
     void init()
     {
-        m_boxes.install();
-        m_shell = std::make_unique<testing::ViewerShell>();
+        m_s = std::make_unique<testing::TestSession>();
+        finding::registerFindingWindows(session());
+        m_shell = new testing::ViewerShell;
+        session().setWindow(Session::Window::Shell, m_shell);
         m_shell->show();
-        modGlobal::gDatabase = indexContent();
+        session().content().dataFolder = m_data.path();
+        session().content().database = indexContent();
     }
 
     void cleanup()
     {
-        if (frmIndex *index = frmIndex::instance(false))
+        if (frmIndex *index = shownIndex())
             index->close();
-        m_shell.reset();
+        // The session closes its windows, the shell last, and the content.
+        m_s.reset();
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-        modGlobal::gDatabase.reset();
     }
 
     void loadShowsTheTabsAndAllTermsInOrderAndMarksTheShell()
@@ -160,7 +164,7 @@ private slots:
         QVERIFY(m_shell->toggleChecked(ShellWindow::Toggle::Catalogue));
         index->close();
         QVERIFY(!m_shell->toggleChecked(ShellWindow::Toggle::Catalogue));
-        QVERIFY(!frmIndex::instance(false));
+        QVERIFY(!shownIndex());
     }
 
     void aTermsClickShowsItsExplanationAndButtons()
@@ -236,7 +240,7 @@ private slots:
     void anIndexWordOpensTheIndexOnItsTypesTabAtTheTerm()
     {
         QVERIFY(viewerlinks::openIndex(3, u"ΝΆΞΟΣ"_s, u"Από τον λόγο του κειμένου."_s, QString()));
-        frmIndex *index = frmIndex::instance(false);
+        frmIndex *index = shownIndex();
         QVERIFY(index);
         QVERIFY(index->isVisible());
         QCOMPARE(index->tbs->currentIndex(), 2);
@@ -265,7 +269,7 @@ private slots:
     {
         // "Περικλής" is a term of type 1, not of type 3.
         QVERIFY(viewerlinks::openIndex(3, u"Περικλής"_s, u"Από τον λόγο του κειμένου."_s, QString()));
-        frmIndex *index = frmIndex::instance(false);
+        frmIndex *index = shownIndex();
         QVERIFY(index);
         QCOMPARE(index->currentType(), 3);
         QCOMPARE(terms(index->LvEnnoia), QStringList({u"Δήλος"_s, u"Νάξος"_s}));
@@ -281,15 +285,16 @@ private slots:
     void aFirstLoadThatFailedIsDoneAgainOnTheNextOpening()
     {
         // Content without its tables: the tabs cannot be filled.
-        modGlobal::gDatabase = content::Database::fromConnection(content::sqlite::Connection::openMemory());
+        session().content().database
+            = content::Database::fromConnection(content::sqlite::Connection::openMemory());
         QVERIFY(!open());
-        QCOMPARE(m_boxes.size(), 1);
-        QVERIFY(!frmIndex::instance(false));
+        QCOMPARE(boxes().size(), 1);
+        QVERIFY(!shownIndex());
         // An index word meets the same failure, and keeps no half-made window either.
         platform::guarded([] { viewerlinks::openIndex(3, u"Νάξος"_s, u"Εξήγηση."_s, QString()); });
-        QCOMPARE(m_boxes.size(), 2);
-        QVERIFY(!frmIndex::instance(false));
-        modGlobal::gDatabase = indexContent();
+        QCOMPARE(boxes().size(), 2);
+        QVERIFY(!shownIndex());
+        session().content().database = indexContent();
         frmIndex *index = open();
         QVERIFY(index);
         QCOMPARE(index->tbs->count(), 4);
@@ -316,7 +321,7 @@ private slots:
         frmIndex *index = open();
         click(index->LvEnnoia, 3);
         QTest::mouseClick(index->cmdPicture, Qt::LeftButton);
-        QVERIFY(m_boxes.isEmpty());
+        QVERIFY(boxes().isEmpty());
         QPointer<frmFoto> foto = index->pictureWindow();
         QVERIFY(foto);
         QVERIFY(foto->isVisible());
@@ -331,7 +336,7 @@ private slots:
         frmIndex *index = open();
         click(index->LvEnnoia, 3);
         QTest::mouseClick(index->cmdSound, Qt::LeftButton);
-        QVERIFY(m_boxes.isEmpty());
+        QVERIFY(boxes().isEmpty());
         QPointer<frmMediaPlayer> player = index->mediaPlayer();
         QVERIFY(player);
         QCOMPARE(index->MediaKind, 0);
@@ -382,10 +387,10 @@ private slots:
         frmIndex *index = open();
         click(index->LvEnnoia, 3);
         QTest::mouseClick(index->cmdVideo, Qt::LeftButton);
-        QCOMPARE(m_boxes.size(), 1);
-        QCOMPARE(m_boxes.at(0).text, u"Το αρχείο βίντεο δεν βρέθηκε !!!"_s);
-        QCOMPARE(m_boxes.at(0).style, 48);
-        QCOMPARE(m_boxes.at(0).title, u"Tremidia"_s);
+        QCOMPARE(boxes().size(), 1);
+        QCOMPARE(boxes().at(0).text, u"Το αρχείο βίντεο δεν βρέθηκε !!!"_s);
+        QCOMPARE(boxes().at(0).style, 48);
+        QCOMPARE(boxes().at(0).title, u"Tremidia"_s);
         QVERIFY(!index->mediaPlayer());
     }
 
@@ -395,9 +400,9 @@ private slots:
         click(index->LvEnnoia, 3);
         index->SoundPath = m_data.path() + u"/Sounds/nothing.wav"_s;
         index->cmdSound_Click();
-        QCOMPARE(m_boxes.size(), 1);
-        QCOMPARE(m_boxes.at(0).text, u"Το αρχείο ήχου δεν βρέθηκε !!!"_s);
-        QCOMPARE(m_boxes.at(0).style, 48);
+        QCOMPARE(boxes().size(), 1);
+        QCOMPARE(boxes().at(0).text, u"Το αρχείο ήχου δεν βρέθηκε !!!"_s);
+        QCOMPARE(boxes().at(0).style, 48);
     }
 
     void theFittedPictureFillsPicture1KeepingItsShape()

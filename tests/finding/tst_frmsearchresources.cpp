@@ -1,7 +1,7 @@
 // The search window: its boxes, the list that each pick narrows, opening a result and
 // the item's ghosting while the result's window is open.
 
-#include "../support/msgboxrecorder.h"
+#include "../support/testsession.h"
 #include "../viewing/fakeviewers.h"
 #include "../viewing/viewershell.h"
 #include "findingcontent.h"
@@ -12,6 +12,7 @@
 #include <frmdrawing.h>
 #include <frmsearchresources.h>
 #include <modglobal.h>
+#include <session.h>
 #include <sqliteconnection.h>
 #include <twips.h>
 
@@ -60,37 +61,71 @@ class tst_frmSearchResources : public QObject
     Q_OBJECT
 
 private:
-    testing::MsgBoxRecorder m_boxes;
-    std::unique_ptr<testing::ViewerShell> m_shell;
+    std::unique_ptr<testing::TestSession> m_s;
+    testing::ViewerShell *m_shell = nullptr; // the session's shell
+    std::unique_ptr<QTemporaryDir> m_dir;
 
-    frmSearchResources *open(std::unique_ptr<content::Database> db)
+    Session &session() { return *m_s->session; }
+    QList<testing::ShownBox> &boxes() { return m_s->host->boxes; }
+    frmSearchResources *shownSearch()
     {
-        modGlobal::gDatabasePath.clear();
-        modGlobal::gDatabase = std::move(db);
+        return session().window<frmSearchResources>(Session::Window::SearchResources, false);
+    }
+    // A content file of the test's own, for the content it builds.
+    QString contentFile() const { return m_dir->filePath(u"content.sqlite"_s); }
+
+    // The search on the content given; `file`, when the content was written to one, is
+    // what a double click opens its source from.
+    frmSearchResources *open(std::unique_ptr<content::Database> db, const QString &file = QString())
+    {
+        session().content().database = std::move(db);
+        shareWithTheDoubleClick(file.isEmpty() ? session().content().databasePath : file);
         frmSearchResources *search = nullptr;
-        platform::guarded([&] { search = frmSearchResources::instance(); });
+        platform::guarded(
+            [&] { search = session().window<frmSearchResources>(Session::Window::SearchResources); });
         return search;
     }
 
-private slots:
-    void initTestCase() { finding::registerFindingLinks(); }
+    // session: lvwResources_DblClick still reads its content and folder from modGlobal;
+    // once it opens its source through the session, this and modGlobal go from here.
+    void shareWithTheDoubleClick(const QString &file)
+    {
+        modGlobal::gDatabase = file.isEmpty() ? nullptr : content::Database::OpenDatabase(file);
+        modGlobal::gDataFolder = session().content().dataFolder;
+    }
 
+    // session: the double click still makes its viewer by SourceViewer::create; once it
+    // opens through the session, the session's viewer factories are the only ones.
+    void registerFakeViewers() { testing::FakeViewer::registerAll(); }
+    void registerProgramViewers() { registerStandardViewers(); }
+    void setViewer(SourceViewer::Kind kind, std::function<SourceViewer *()> make)
+    {
+        session().setViewerFactory(
+            int(kind), [make](Session &) -> QWidget * { return make ? make() : nullptr; });
+        SourceViewer::setFactory(kind, std::move(make));
+    }
+
+private slots:
     void init()
     {
-        m_boxes.install();
-        m_shell = std::make_unique<testing::ViewerShell>();
+        m_s = std::make_unique<testing::TestSession>();
+        finding::registerFindingWindows(session());
+        m_dir = std::make_unique<QTemporaryDir>();
+        QVERIFY(m_dir->isValid());
+        m_shell = new testing::ViewerShell;
+        session().setWindow(Session::Window::Shell, m_shell);
         m_shell->show();
-        modGlobal::gDataFolder = u"/nowhere"_s;
-        testing::FakeViewer::registerAll();
+        session().content().dataFolder = u"/nowhere"_s;
+        registerFakeViewers();
     }
 
     void cleanup()
     {
-        if (frmSearchResources *search = frmSearchResources::instance(false))
-            delete search;
-        m_shell.reset();
+        // The session closes its windows, the shell last, and the content.
+        m_s.reset();
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-        modGlobal::gDatabase.reset();
+        modGlobal::gDatabase.reset(); // session: see shareWithTheDoubleClick
+        m_dir.reset();
     }
 
     void everyBoxStartsOnItsBlankAllEntryAndEveryResourceIsListed()
@@ -115,7 +150,7 @@ private slots:
         QCOMPARE(search->Label1->text(), u"Τύπος πηγής:"_s);
         QCOMPARE(search->Label6->text(), u"Τόπος:"_s);
         QVERIFY(qobject_cast<QMdiSubWindow *>(search->parentWidget()));
-        QVERIFY(m_boxes.isEmpty());
+        QVERIFY(boxes().isEmpty());
     }
 
     void everyPickNarrowsTheListAtOnceInGreekOrder()
@@ -144,7 +179,7 @@ private slots:
         frmSearchResources *search = open(findingcontent::build());
         choose(search->cmbMuseum, u"Μουσεί' Αρχαίας Αγοράς"_s);
         QCOMPARE(texts(search->lvwResources), QStringList {u"Μουσεί' Αρχαίας Αγοράς"_s});
-        QVERIFY(m_boxes.isEmpty());
+        QVERIFY(boxes().isEmpty());
     }
 
     void choosingTheSameEntryTwiceRunsNoQuery()
@@ -164,7 +199,7 @@ private slots:
         choose(search->cmbResType, u"Κείμενο"_s);
         choose(search->cmbAuthor, u"Ο Σοφός"_s);
         QCOMPARE(search->lvwResources->topLevelItemCount(), 0);
-        QVERIFY(m_boxes.isEmpty());
+        QVERIFY(boxes().isEmpty());
     }
 
     void exactlyEightAndNineResultsDifferInTheColumnsWidth()
@@ -188,12 +223,12 @@ private slots:
 
     void aGhostedItemCannotBeOpenedAgainUntilItsWindowCloses()
     {
-        frmSearchResources *search = open(findingcontent::build());
+        frmSearchResources *search = open(findingcontent::build(contentFile()), contentFile());
         choose(search->cmbResType, u"Κείμενο"_s);
         QTreeWidgetItem *item = search->lvwResources->topLevelItem(0);
         const qsizetype before = testing::FakeViewer::all().size();
         doubleClick(search->lvwResources, item);
-        QVERIFY2(m_boxes.isEmpty(), m_boxes.isEmpty() ? "" : qPrintable(m_boxes.at(0).text));
+        QVERIFY2(boxes().isEmpty(), boxes().isEmpty() ? "" : qPrintable(boxes().at(0).text));
         QCOMPARE(testing::FakeViewer::all().size(), before + 1);
         QPointer<testing::FakeViewer> viewer = testing::FakeViewer::all().last();
         QVERIFY(viewer->LoadedFromTheFormSearchResources);
@@ -216,21 +251,21 @@ private slots:
 
     void aMapOpensNothingWithoutTheDrawingWindowAndItsPictureWithIt()
     {
-        testcontent::Builder b;
+        testcontent::Builder b(contentFile());
         b.row(u"Resources"_s, {u"ResourceID"_s, u"ResTypeID"_s, u"Caption"_s, u"PicturePath"_s},
             {7, 5, u"Χάρτης της Αττικής"_s, u"attiki.jpg"_s});
-        frmSearchResources *search = open(b.database());
+        frmSearchResources *search = open(b.database(), contentFile());
         QTreeWidgetItem *item = search->lvwResources->topLevelItem(0);
         QCOMPARE(frmSearchResources::IconKey(item), u"xartis"_s);
 
-        SourceViewer::setFactory(SourceViewer::Kind::Map, {});
+        setViewer(SourceViewer::Kind::Map, {});
         const qsizetype before = testing::FakeViewer::all().size();
         doubleClick(search->lvwResources, item);
         QCOMPARE(testing::FakeViewer::all().size(), before);
         QVERIFY(!frmSearchResources::Ghosted(item));
-        QVERIFY(m_boxes.isEmpty());
+        QVERIFY(boxes().isEmpty());
 
-        testing::FakeViewer::registerAll();
+        registerFakeViewers();
         doubleClick(search->lvwResources, item);
         QCOMPARE(testing::FakeViewer::all().size(), before + 1);
         testing::FakeViewer *map = testing::FakeViewer::all().last();
@@ -252,7 +287,7 @@ private slots:
         b.row(u"ResTypes"_s, {u"ResTypeID"_s, u"ResType"_s}, {3, u"Ήχος"_s});
         b.row(u"ResTypes"_s, {u"ResTypeID"_s, u"ResType"_s}, {4, u"Βίντεο"_s});
         frmSearchResources *search = open(b.database());
-        QVERIFY(m_boxes.isEmpty());
+        QVERIFY(boxes().isEmpty());
         QCOMPARE(texts(search->lvwResources), QStringList({u"Κείμενο"_s, u"Χάρτης"_s}));
         QCOMPARE(frmSearchResources::Tag(search->lvwResources->topLevelItem(0)), u"2"_s);
         QCOMPARE(frmSearchResources::Tag(search->lvwResources->topLevelItem(1)), u"4"_s);
@@ -261,7 +296,7 @@ private slots:
         QCOMPARE(search->lvwResources->topLevelItemCount(), 0);
         choose(search->cmbResType, u"Βίντεο"_s);
         QCOMPARE(search->lvwResources->topLevelItemCount(), 0);
-        QVERIFY(m_boxes.isEmpty());
+        QVERIFY(boxes().isEmpty());
     }
 
     void aTextListedJustBeforeASoundOpensItselfOnRealContent()
@@ -273,19 +308,19 @@ private slots:
         QVERIFY(text.open(QIODevice::WriteOnly));
         text.write("{\\rtf1\\ansi The battle of Marathon.\\par}");
         text.close();
-        registerStandardViewers();
-        modGlobal::gDataFolder = data.path();
-        frmSearchResources *search = open(
-            content::Database::OpenDatabase(QStringLiteral(TREMIDIA_FIXTURES_DIR "/content-jet4.mdb")));
+        registerProgramViewers();
+        session().content().dataFolder = data.path();
+        const QString jet = QStringLiteral(TREMIDIA_FIXTURES_DIR "/content-jet4.mdb");
+        frmSearchResources *search = open(content::Database::OpenDatabase(jet), jet);
         QVERIFY(search);
-        QVERIFY(m_boxes.isEmpty());
+        QVERIFY(boxes().isEmpty());
         QVERIFY(!search->FindItem(u"215"_s));
         QTreeWidgetItem *item = search->FindItem(u"202"_s);
         QVERIFY(item);
         QCOMPARE(item->text(0), u"Ιστορίαι, βιβλίο 6 (Ερατώ), 102-117"_s);
         const qsizetype windows = m_shell->mdiArea()->subWindowList().size();
         doubleClick(search->lvwResources, item);
-        QVERIFY2(m_boxes.isEmpty(), qPrintable(m_boxes.isEmpty() ? QString() : m_boxes.at(0).text));
+        QVERIFY2(boxes().isEmpty(), qPrintable(boxes().isEmpty() ? QString() : boxes().at(0).text));
         QCOMPARE(m_shell->mdiArea()->subWindowList().size(), windows + 1);
         QMdiSubWindow *opened = m_shell->mdiArea()->subWindowList().last();
         auto *viewer = qobject_cast<SourceViewer *>(opened->widget());
@@ -294,20 +329,19 @@ private slots:
         QVERIFY(frmSearchResources::Ghosted(item));
         opened->close();
         QVERIFY(!frmSearchResources::Ghosted(item));
-        testing::FakeViewer::registerAll();
     }
 
     void aResultWhoseFileIsMissingGivesTheBoxAndLeavesNoWindowBehind()
     {
-        testcontent::Builder b;
+        testcontent::Builder b(contentFile());
         b.row(u"Resources"_s, {u"ResourceID"_s, u"ResTypeID"_s, u"Caption"_s, u"PicturePath"_s},
             {1, 1, u"Φωτογραφία"_s, u"lost.jpg"_s});
         b.textResource(2, u"lost.rtf"_s, u"Κείμενο"_s);
         b.row(u"Resources"_s, {u"ResourceID"_s, u"ResTypeID"_s, u"Caption"_s, u"PicturePath"_s},
             {3, 5, u"Χάρτης"_s, u"lost.gif"_s});
-        registerStandardViewers();
-        SourceViewer::setFactory(SourceViewer::Kind::Map, [] { return new frmDrawing; });
-        frmSearchResources *search = open(b.database());
+        registerProgramViewers();
+        setViewer(SourceViewer::Kind::Map, [] { return new frmDrawing; });
+        frmSearchResources *search = open(b.database(), contentFile());
         QCOMPARE(search->lvwResources->topLevelItemCount(), 3);
         const auto viewers = [] {
             QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
@@ -321,28 +355,27 @@ private slots:
         for (int i = 0; i < 3; ++i) {
             QTreeWidgetItem *item = search->lvwResources->topLevelItem(i);
             for (int attempt = 0; attempt < 2; ++attempt) {
-                m_boxes.clear();
+                boxes().clear();
                 doubleClick(search->lvwResources, item);
-                QVERIFY2(m_boxes.size() == 1, qPrintable(item->text(0)));
-                QVERIFY2(m_boxes.at(0).text.startsWith(u"Λάθος # "_s), qPrintable(m_boxes.at(0).text));
-                QCOMPARE(m_boxes.at(0).style, 16);
+                QVERIFY2(boxes().size() == 1, qPrintable(item->text(0)));
+                QVERIFY2(boxes().at(0).text.startsWith(u"Λάθος # "_s), qPrintable(boxes().at(0).text));
+                QCOMPARE(boxes().at(0).style, 16);
                 QVERIFY(!frmSearchResources::Ghosted(item));
                 QCOMPARE(m_shell->mdiArea()->subWindowList().size(), windows);
                 QCOMPARE(viewers(), before);
             }
         }
-        testing::FakeViewer::registerAll();
     }
 
     void aFirstLoadThatFailedIsDoneAgainOnTheNextOpening()
     {
         // Content without its tables: the boxes cannot be filled.
         QVERIFY(!open(content::Database::fromConnection(content::sqlite::Connection::openMemory())));
-        QCOMPARE(m_boxes.size(), 1);
-        QVERIFY(!frmSearchResources::instance(false));
+        QCOMPARE(boxes().size(), 1);
+        QVERIFY(!shownSearch());
         frmSearchResources *search = open(findingcontent::build());
         QVERIFY(search);
-        QCOMPARE(m_boxes.size(), 1);
+        QCOMPARE(boxes().size(), 1);
         QCOMPARE(search->lvwResources->topLevelItemCount(), 14);
         QVERIFY(search->isVisible());
     }
@@ -353,18 +386,18 @@ private slots:
         if (!QFileInfo::exists(path))
             QSKIP("the sample course is not built");
         // The program's own viewers, not the stand-ins.
-        registerStandardViewers();
-        modGlobal::gDataFolder = QFileInfo(path).absolutePath();
-        modGlobal::gDatabasePath = path;
-        frmSearchResources *search = nullptr;
-        QVERIFY(platform::guarded([&] { search = frmSearchResources::instance(); }));
+        registerProgramViewers();
+        session().content().dataFolder = QFileInfo(path).absolutePath();
+        session().content().databasePath = path;
+        frmSearchResources *search = open(nullptr, path);
+        QVERIFY(search);
         QVERIFY(search->cmbKeyWord->count() > 1);
         search->cmbKeyWord->setCurrentIndex(0);
         QVERIFY(search->lvwResources->topLevelItemCount() > 0);
         QTreeWidgetItem *item = search->lvwResources->topLevelItem(0);
         const int windows = m_shell->mdiArea()->subWindowList().size();
         doubleClick(search->lvwResources, item);
-        QVERIFY(m_boxes.isEmpty());
+        QVERIFY(boxes().isEmpty());
         QVERIFY(frmSearchResources::Ghosted(item));
         QCOMPARE(m_shell->mdiArea()->subWindowList().size(), windows + 1);
         QMdiSubWindow *opened = m_shell->mdiArea()->subWindowList().last();
@@ -373,8 +406,6 @@ private slots:
         QCOMPARE(QString::number(viewer->ResourceID()), frmSearchResources::Tag(item));
         opened->close();
         QVERIFY(!frmSearchResources::Ghosted(item));
-        modGlobal::gDatabasePath.clear();
-        testing::FakeViewer::registerAll();
     }
 };
 

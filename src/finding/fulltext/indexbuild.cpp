@@ -141,7 +141,7 @@ QString readText(const QString &path, TextStamps &stamps)
 // places. The index keeps them one field a line.
 QStringList indexedFields(const Source &s, const QString &body)
 {
-    QStringList lines {plainField(s.title())};
+    QStringList lines {listTitle(s)};
     for (const QString &field :
         {s.resTypeID == 2 ? plainField(s.caption) : s.book, s.author, s.museum, s.lezanda}) {
         if (!field.isEmpty())
@@ -220,7 +220,7 @@ void writeIndex(content::sqlite::Connection &db, const ContentKey &key, const QL
         if (progress && !progress(doc, total))
             throw platform::RuntimeError(3059, QStringLiteral("Η λειτουργία ακυρώθηκε."));
         const Source &s = sources.at(doc);
-        const QString title = plainField(s.title());
+        const QString title = listTitle(s);
         const QStringList fields = indexedFields(s, readText(s.textFile(dataFolder), stamps));
         const QString text = fields.join(u'\n');
         const int titleWords = wordCount(title);

@@ -69,4 +69,9 @@ QString plainField(const QString &field)
     return richtext::readPlainText(richtext::rtfFromString(field)).text;
 }
 
+QString listTitle(const Source &source)
+{
+    return plainField(source.title());
+}
+
 } // namespace fulltext

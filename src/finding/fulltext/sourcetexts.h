@@ -39,4 +39,7 @@ QString readSourceText(const QString &path);
 // The text of a field that may hold rich text (a caption): its words as shown.
 QString plainField(const QString &field);
 
+// The title of a source as a list shows it: its title's words, without rich text.
+QString listTitle(const Source &source);
+
 } // namespace fulltext

@@ -2,6 +2,7 @@
 // the item's ghosting while the result's window is open.
 
 #include "../support/msgboxrecorder.h"
+#include "../support/testsession.h"
 #include "../viewing/fakeviewers.h"
 #include "../viewing/viewershell.h"
 #include "findingcontent.h"
@@ -306,7 +307,9 @@ private slots:
         b.row(u"Resources"_s, {u"ResourceID"_s, u"ResTypeID"_s, u"Caption"_s, u"PicturePath"_s},
             {3, 5, u"Χάρτης"_s, u"lost.gif"_s});
         registerStandardViewers();
-        SourceViewer::setFactory(SourceViewer::Kind::Map, [] { return new frmDrawing; });
+        testing::TestSession session;
+        // session: the map viewer from the viewers' table, until the search asks its session.
+        SourceViewer::setFactory(SourceViewer::Kind::Map, [&session] { return new frmDrawing(session); });
         frmSearchResources *search = open(b.database());
         QCOMPARE(search->lvwResources->topLevelItemCount(), 3);
         const auto viewers = [] {

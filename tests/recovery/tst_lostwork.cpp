@@ -384,6 +384,8 @@ private slots:
         } else {
             // The box itself, answered from the keyboard or by its window's frame.
             platform::setMsgBoxHook({});
+            platform::DesktopHost desktop;
+            const platform::HostScope desktopBoxes(desktop);
             QList<QMessageBox::StandardButton> buttons;
             QTimer answer;
             answer.setInterval(50);

@@ -6,7 +6,9 @@
 #include <frmnotes.h>
 #include <modeditor.h>
 #include <msgbox.h>
+#include <notepadstate.h>
 #include <richtextbox.h>
+#include <session.h>
 
 #include <QApplication>
 #include <QCheckBox>
@@ -27,17 +29,46 @@ void report(const char *name, qint64 ms)
     std::fflush(stdout);
 }
 
+// The desktop, with its user saying "no" to every question, choosing `file` in the file
+// dialogs and printing to `pdf`.
+class BenchHost final : public platform::DesktopHost
+{
+public:
+    BenchHost(QString file, QString pdf)
+        : m_file(std::move(file))
+        , m_pdf(std::move(pdf))
+    {
+    }
+    int messageBox(const QString &, int, const QString &, QWidget *) override { return platform::vbNo; }
+    platform::DialogAnswer dialog(const platform::DialogRequest &request, QWidget *) override
+    {
+        platform::DialogAnswer answer;
+        answer.accepted = true;
+        answer.fileName = m_file;
+        if (request.kind == platform::DialogRequest::Kind::Print && request.printer) {
+            request.printer->setOutputFormat(QPrinter::PdfFormat);
+            request.printer->setOutputFileName(m_pdf);
+            answer.copies = request.printer->copyCount();
+        }
+        return answer;
+    }
+
+private:
+    QString m_file;
+    QString m_pdf;
+};
+
 } // namespace
 
 int main(int argc, char *argv[])
 {
     QApplication app(argc, argv);
-    platform::setMsgBoxHook([](const QString &, int, const QString &) { return int(platform::vbNo); });
     QTemporaryDir dir;
     const QString file = dir.filePath(QStringLiteral("notes.rtf"));
     const QString pdf = dir.filePath(QStringLiteral("notes.pdf"));
+    Session session(std::make_unique<BenchHost>(file, pdf));
 
-    frmNotes *form = frmNotes::instance(true);
+    frmNotes *form = frmNotes::open(session, true);
     form->show();
     RichTextBox &notes = *form->notes;
     QStringList lines;
@@ -58,33 +89,23 @@ int main(int argc, char *argv[])
     }
     std::printf("note: %d characters\n", notes.TextLength());
 
-    CommonDialog::setHook([&](CommonDialog::Kind kind, CommonDialog &dialog, QPrinter *printer) {
-        if (kind == CommonDialog::Kind::Print) {
-            printer->setOutputFormat(QPrinter::PdfFormat);
-            printer->setOutputFileName(pdf);
-        } else {
-            dialog.FileName = file;
-        }
-        return true;
-    });
-
     QElapsedTimer clock;
-    modEditor::CurrentFile = file;
+    session.notepad().CurrentFile = file;
     clock.start();
-    modEditor::FileSave();
+    modEditor::FileSave(session);
     report("notes_save", clock.elapsed());
     std::printf("file: %lld bytes\n", static_cast<long long>(QFileInfo(file).size()));
 
     clock.restart();
-    modEditor::FileOpen();
+    modEditor::FileOpen(session);
     report("notes_open", clock.elapsed());
 
     int pages = 0;
-    modEditor::setPrintJobObserver([&](int count) { pages = count; });
+    session.notepad().printJobObserver = [&](int count) { pages = count; };
     notes.setSelStart(0);
     clock.restart();
-    modEditor::PrepareForPrinter(notes, 1440, 1440);
-    modEditor::PrintDocument();
+    modEditor::PrepareForPrinter(session, notes, 1440, 1440);
+    modEditor::PrintDocument(session);
     report("notes_print_pdf", clock.elapsed());
     std::printf("pages: %d\n", pages);
 
@@ -92,7 +113,7 @@ int main(int argc, char *argv[])
     notes.setText(lines.mid(0, 400).join(u'\n') + QStringLiteral(" Τέλος"));
     notes.setSelStart(0);
     form->mnuFind->trigger();
-    frmFind *find = frmFind::instance(false);
+    frmFind *find = frmFind::open(session, false);
     find->optionDirection[1]->click();
     find->txtFind->setText(QStringLiteral("Τέλος"));
     clock.restart();

@@ -2,14 +2,13 @@
 
 #include "mdiform1.h"
 
+#include <drawingwindows.h>
 #include <findingwindows.h>
 #include <frmdrawing.h>
 #include <frmnotes.h>
+#include <notepadwindows.h>
 #include <session.h>
 #include <sourceviewer.h>
-
-#include <QMdiSubWindow>
-#include <QPointer>
 
 // Each subsystem registers its windows in a block of its own.
 void registerChildWindows()
@@ -25,25 +24,27 @@ void registerChildWindows()
                 child, [session, kind](bool create) { return session->window(kind, create); });
     }
 
-    // Notepad.
-    MDIForm1::setChildWindowProvider(
-        MDIForm1::ChildWindow::Notes, [](bool create) -> QWidget * { return frmNotes::instance(create); });
-
-    // Drawing: the drawing window, also as the viewer of a map.
-    MDIForm1::setChildWindowProvider(MDIForm1::ChildWindow::Drawing, [](bool create) -> QWidget * {
-        static QPointer<frmDrawing> shellDrawing;
-        if (!shellDrawing && create) {
-            shellDrawing = new frmDrawing;
-            // The shell's own drawing window is made afresh after it was closed.
-            QObject::connect(shellDrawing, &SourceViewer::OnUnload, shellDrawing, [w = shellDrawing.data()] {
-                if (auto *sub = qobject_cast<QMdiSubWindow *>(w->parentWidget()))
-                    sub->deleteLater();
-                else
-                    w->deleteLater();
-            });
-            shellDrawing->Load();
-        }
-        return shellDrawing;
+    // Notepad and drawing: their windows are the session's.
+    // session: the shell and the tiles still ask through these tables, for the running
+    // session; they ask their own session once they have one.
+    if (Session *session = Session::current()) {
+        registerNotepadWindows(*session);
+        registerDrawingWindows(*session);
+    }
+    MDIForm1::setChildWindowProvider(MDIForm1::ChildWindow::Notes, [](bool create) -> QWidget * {
+        Session *session = Session::current();
+        return session ? frmNotes::open(*session, create) : nullptr;
     });
-    SourceViewer::setFactory(SourceViewer::Kind::Map, [] { return new frmDrawing; });
+    MDIForm1::setChildWindowProvider(MDIForm1::ChildWindow::Drawing, [](bool create) -> QWidget * {
+        Session *session = Session::current();
+        return session ? openShellDrawing(*session, create) : nullptr;
+    });
+    SourceViewer::setFactory(SourceViewer::Kind::Map, []() -> SourceViewer * {
+        Session *session = Session::current();
+        if (!session)
+            return nullptr;
+        auto *viewer = new frmDrawing(*session);
+        session->adopt(viewer);
+        return viewer;
+    });
 }

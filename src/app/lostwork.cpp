@@ -8,6 +8,7 @@
 #include <frmnotes.h>
 #include <modglobal.h>
 #include <msgbox.h>
+#include <session.h>
 #include <sourceviewer.h>
 
 #include <QApplication>
@@ -161,7 +162,8 @@ void reopen(MDIForm1 &shell, const QList<recovery::Entry> &work)
     QList<recovery::Entry> unreadable;
     for (const recovery::Entry &entry : work) {
         if (entry.kind == u"drawing") {
-            auto *drawing = new frmDrawing;
+            // session: the running one, until the shell hands its own.
+            auto *drawing = new frmDrawing(*Session::current());
             // Made here, not by a tile: it goes when it is closed.
             QObject::connect(drawing, &SourceViewer::OnUnload, drawing, [drawing] {
                 if (auto *sub = qobject_cast<QMdiSubWindow *>(drawing->parentWidget()))
@@ -182,7 +184,7 @@ void reopen(MDIForm1 &shell, const QList<recovery::Entry> &work)
     setAsideUnreadable(recovery::Store::instance(), unreadable);
     if (note) {
         shell.TlbMain_ButtonClick(QStringLiteral("Notes"));
-        if (frmNotes *notes = frmNotes::instance(false))
+        if (frmNotes *notes = frmNotes::open(*Session::current(), false))
             notes->RestoreWork(*note);
     }
 }

@@ -1,9 +1,9 @@
 #include "drawingdialog.h"
 
+#include <host.h>
 #include <runtimeerror.h>
+#include <session.h>
 
-#include <QFileDialog>
-#include <QPrintDialog>
 #include <QPrinter>
 #include <QStringList>
 
@@ -11,14 +11,8 @@ namespace drawing {
 
 namespace {
 
-CommonDialog::Hook &hook()
-{
-    static CommonDialog::Hook h;
-    return h;
-}
-
 // "Εικόνες (*.bmp)|*.bmp" in the form the file dialog takes: one line per pair.
-QString nameFilters(const QString &filter)
+QStringList nameFilters(const QString &filter)
 {
     const QStringList parts = filter.split(u'|');
     QStringList lines;
@@ -28,20 +22,19 @@ QString nameFilters(const QString &filter)
         lines.append(
             description.contains(u'(') ? description : description + QStringLiteral(" (") + patterns + u')');
     }
-    return lines.join(QStringLiteral(";;"));
+    return lines;
 }
 
 constexpr int OverwritePrompt = 0x2;
 
 } // namespace
 
-CommonDialog::CommonDialog() = default;
-CommonDialog::~CommonDialog() = default;
-
-void CommonDialog::setHook(Hook h)
+CommonDialog::CommonDialog(Session &session)
+    : m_session(session)
 {
-    hook() = std::move(h);
 }
+
+CommonDialog::~CommonDialog() = default;
 
 QPrinter &CommonDialog::Printer()
 {
@@ -57,39 +50,45 @@ void CommonDialog::finish(bool accepted)
             platform::errors::CommonDialogCancelled, QStringLiteral("Επιλέχθηκε άκυρο."));
 }
 
+void CommonDialog::showFile(bool save, QWidget *parent)
+{
+    platform::DialogRequest request;
+    request.kind = save ? platform::DialogRequest::Kind::Save : platform::DialogRequest::Kind::Open;
+    request.title = DialogTitle;
+    request.flags = Flags;
+    request.filter = Filter;
+    request.nameFilters = nameFilters(Filter);
+    request.fileName = FileName;
+    if (save) {
+        request.confirmOverwrite = Flags & OverwritePrompt;
+        request.defaultSuffix = QString(DefaultExt).remove(0, DefaultExt.startsWith(u'.') ? 1 : 0);
+    }
+    const platform::DialogAnswer answer = m_session.host().dialog(request, parent);
+    const bool accepted = answer.accepted && !answer.fileName.isEmpty();
+    if (accepted)
+        FileName = answer.fileName;
+    finish(accepted);
+}
+
 void CommonDialog::ShowOpen(QWidget *parent)
 {
-    if (hook())
-        return finish(hook()(*this, Action::Open));
-    const QString name = QFileDialog::getOpenFileName(parent, DialogTitle, FileName, nameFilters(Filter));
-    if (!name.isEmpty())
-        FileName = name;
-    finish(!name.isEmpty());
+    showFile(false, parent);
 }
 
 void CommonDialog::ShowSave(QWidget *parent)
 {
-    if (hook())
-        return finish(hook()(*this, Action::Save));
-    QFileDialog dialog(parent, DialogTitle, FileName, nameFilters(Filter));
-    dialog.setAcceptMode(QFileDialog::AcceptSave);
-    dialog.setOption(QFileDialog::DontConfirmOverwrite, !(Flags & OverwritePrompt));
-    if (!DefaultExt.isEmpty())
-        dialog.setDefaultSuffix(QString(DefaultExt).remove(0, DefaultExt.startsWith(u'.') ? 1 : 0));
-    const bool accepted = dialog.exec() == QDialog::Accepted && !dialog.selectedFiles().isEmpty();
-    if (accepted)
-        FileName = dialog.selectedFiles().constFirst();
-    finish(accepted);
+    showFile(true, parent);
 }
 
 void CommonDialog::ShowPrinter(QWidget *parent)
 {
-    if (hook())
-        return finish(hook()(*this, Action::Print));
-    QPrintDialog dialog(&Printer(), parent);
-    dialog.setWindowTitle(DialogTitle);
-    dialog.setOption(QAbstractPrintDialog::PrintToFile, false);
-    const bool accepted = dialog.exec() == QDialog::Accepted;
+    platform::DialogRequest request;
+    request.kind = platform::DialogRequest::Kind::Print;
+    request.title = DialogTitle;
+    request.flags = Flags;
+    request.printer = &Printer();
+    request.printPageRange = true;
+    const bool accepted = m_session.host().dialog(request, parent).accepted;
     PrinterDefault = accepted;
     finish(accepted);
 }

@@ -2,21 +2,21 @@
 
 #include <QString>
 
-#include <functional>
 #include <memory>
 
 class QPrinter;
 class QWidget;
+class Session;
 
 namespace drawing {
 
 // The drawing window's file and print dialogs, set up by properties and shown by one
-// call each. A cancel raises error 32755 when CancelError is on, so that the caller's
-// handler treats it as silence.
+// call each, through the session's host. A cancel raises error 32755 when CancelError is on, so that the
+// caller's handler treats it as silence.
 class CommonDialog final
 {
 public:
-    CommonDialog();
+    explicit CommonDialog(Session &session);
     ~CommonDialog();
     Q_DISABLE_COPY_MOVE(CommonDialog)
 
@@ -37,16 +37,11 @@ public:
     // The printer the print dialog set up.
     QPrinter &Printer();
 
-    // Tests stand in for the user: the hook receives the dialog about to show and
-    // answers true for OK (having set FileName or the printer) or false for a cancel.
-    // An empty function restores the real dialogs.
-    enum class Action { Open, Save, Print };
-    using Hook = std::function<bool(CommonDialog &dialog, Action action)>;
-    static void setHook(Hook hook);
-
 private:
+    void showFile(bool save, QWidget *parent);
     void finish(bool accepted);
 
+    Session &m_session;
     std::unique_ptr<QPrinter> m_printer;
 };
 

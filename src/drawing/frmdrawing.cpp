@@ -15,6 +15,7 @@
 #include <msgbox.h>
 #include <picturefile.h>
 #include <runtimeerror.h>
+#include <session.h>
 #include <shellwindow.h>
 #include <twips.h>
 
@@ -106,19 +107,23 @@ QString text(const char16_t *s)
     return QString::fromUtf16(s);
 }
 
+} // namespace
+
 // The shell's check mark of the drawing window; a drawing window never brings the shell
 // up by itself.
-void showToggle(bool checked)
+void frmDrawing::showToggle(bool checked)
 {
-    platform::resumeNext([checked] {
-        if (ShellWindow *shell = ShellWindow::existing())
+    platform::resumeNext([this, checked] {
+        // session: the process's shell until the shell is the session's own window.
+        ShellWindow *shell = m_session.shell(false);
+        if (!shell)
+            shell = ShellWindow::existing();
+        if (shell)
             shell->setToggleChecked(ShellWindow::Toggle::Draw, checked);
     });
 }
 
-} // namespace
-
-frmDrawing::frmDrawing(QWidget *parent)
+frmDrawing::frmDrawing(Session &session, QWidget *parent)
     : SourceViewer(parent)
     , tlbTools(new DrawingToolbar(QStringLiteral("tlbTools"), Qt::Vertical, this))
     , tlbGeneral(new DrawingToolbar(QStringLiteral("tlbGeneral"), Qt::Horizontal, this))
@@ -126,8 +131,10 @@ frmDrawing::frmDrawing(QWidget *parent)
     , picPhoto(new PicPhoto(picContainer))
     , HS(new QScrollBar(Qt::Horizontal, this))
     , VS(new QScrollBar(Qt::Vertical, this))
+    , cmD(session)
     , Recovery(new recovery::WorkKeeper(
           QStringLiteral("drawing"), [this] { return unsavedWork(); }, this))
+    , m_session(session)
 {
     setObjectName(QStringLiteral("frmDrawing"));
     platform::useDesignedColours(this);

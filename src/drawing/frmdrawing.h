@@ -23,6 +23,7 @@ class DrawingToolbar;
 class PicPhoto;
 class QMimeData;
 class QScrollBar;
+class Session;
 namespace recovery {
 struct Entry;
 }
@@ -40,7 +41,7 @@ class frmDrawing final : public SourceViewer
     Q_OBJECT
 
 public:
-    explicit frmDrawing(QWidget *parent = nullptr);
+    explicit frmDrawing(Session &session, QWidget *parent = nullptr);
     ~frmDrawing() override;
     Q_DISABLE_COPY_MOVE(frmDrawing)
 
@@ -153,7 +154,9 @@ private:
     void ExitCommand();
     QWidget *createPalette(const QString &key);
     std::optional<recovery::Work> unsavedWork() const;
+    void showToggle(bool checked);
 
+    Session &m_session;
     QString m_pictureFileName;
     QString m_mapPath; // the map's file, for a map's window
     bool m_mouseIsDown = false;

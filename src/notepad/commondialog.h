@@ -4,22 +4,25 @@
 #include <QString>
 #include <QtGlobal>
 
-#include <functional>
-
 class QPrinter;
 class QWidget;
+class Session;
+namespace platform {
+struct DialogAnswer;
+struct DialogRequest;
+} // namespace platform
 
 // The one dialog object of the notes window, for open, save, print and font: its
-// properties are set, a Show... call runs Qt's own dialog (in Greek), and the answers
-// are read back from the same properties. With CancelError set, cancelling raises the
-// run-time error 32755, which callers treat as silence.
+// properties are set, a Show... call asks the session's host (Qt's own dialog, in Greek,
+// on the desktop), and the answers are read back from the same properties. With CancelError set, cancelling
+// raises the run-time error 32755, which callers treat as silence.
 //
 // The file dialogs start in the pupil's documents folder and, while the program runs,
 // in the folder of the last file chosen.
 class CommonDialog final
 {
 public:
-    explicit CommonDialog(QWidget *owner = nullptr);
+    CommonDialog(Session &session, QWidget *owner);
 
     // Flags of the file, print and font dialogs, as far as they change what Qt shows;
     // FontEffects offers underline, strikeout and the colour.
@@ -63,17 +66,14 @@ public:
     void ShowFont();
 
     // The folder the next file dialog starts in.
-    static QString startFolder();
-
-    // Tests answer for the user. A hook returns false for "cancelled".
-    enum class Kind { Open, Save, Print, Font };
-    using Hook = std::function<bool(Kind kind, CommonDialog &dialog, QPrinter *printer)>;
-    static void setHook(Hook hook);
+    QString startFolder() const;
 
 private:
     bool runFileDialog(bool save);
+    platform::DialogAnswer ask(const platform::DialogRequest &request);
     void finishFile(const QString &path);
     void cancelled();
 
+    Session &m_session;
     QWidget *m_owner;
 };

@@ -4,9 +4,11 @@
 
 #include <errorpolicy.h>
 #include <launch.h>
+#include <notepadstate.h>
 #include <richtextbox.h>
 #include <rtf.h>
 #include <rtffile.h>
+#include <session.h>
 
 #include <QApplication>
 #include <QClipboard>
@@ -14,38 +16,14 @@
 #include <QDir>
 #include <QFileInfo>
 #include <QMimeData>
-#include <QPointer>
 #include <QStandardPaths>
 #include <QTemporaryDir>
-#include <QTimer>
 
 #include <algorithm>
 
 namespace exporttoword {
 
 namespace {
-
-// A copy of the note handed to the word processor: its private folder, the process that
-// was started on it, and when.
-struct HandedCopy
-{
-    QString folder;
-    qint64 pid = 0;
-    QDateTime handed;
-};
-
-struct HandedCopies
-{
-    QList<HandedCopy> copies;
-    QPointer<QTimer> sweeper;
-    std::chrono::milliseconds grace {10000};
-};
-
-HandedCopies &handed()
-{
-    static HandedCopies state;
-    return state;
-}
 
 bool processRuns(qint64 pid)
 {
@@ -57,60 +35,56 @@ void removeFolder(const QString &folder)
     QDir(folder).removeRecursively();
 }
 
-// Looked at now and then while copies are out: the process started on a copy ends once
-// the word processor has read it (a running Writer takes the file over and lets the
-// starter go; a Writer started anew ends when the pupil closes it). The grace lets a
-// slow reader finish.
-void sweep()
-{
-    HandedCopies &state = handed();
-    const QDateTime now = QDateTime::currentDateTimeUtc();
-    for (qsizetype i = state.copies.size() - 1; i >= 0; --i) {
-        const HandedCopy &copy = state.copies.at(i);
-        if (copy.pid > 0 && !processRuns(copy.pid) && copy.handed.msecsTo(now) >= state.grace.count()) {
-            removeFolder(copy.folder);
-            state.copies.removeAt(i);
-        }
-    }
-    if (state.copies.isEmpty() && state.sweeper)
-        state.sweeper->stop();
-}
-
-void keep(const QString &folder, qint64 pid)
-{
-    HandedCopies &state = handed();
-    // Whatever is still out goes with the program.
-    static const bool removedAtTheEnd = (qAddPostRoutine(removeHandedCopies), true);
-    Q_UNUSED(removedAtTheEnd);
-    state.copies.append({folder, pid, QDateTime::currentDateTimeUtc()});
-    if (!state.sweeper && QCoreApplication::instance()) {
-        state.sweeper = new QTimer(QCoreApplication::instance());
-        QObject::connect(state.sweeper, &QTimer::timeout, state.sweeper, [] { sweep(); });
-    }
-    if (state.sweeper && !state.sweeper->isActive())
-        state.sweeper->start(std::max<qint64>(1000, state.grace.count() / 2));
-}
-
 } // namespace
 
-void removeHandedCopies()
+HandedCopies::HandedCopies()
 {
-    HandedCopies &state = handed();
-    for (const HandedCopy &copy : std::as_const(state.copies))
+    QObject::connect(&m_sweeper, &QTimer::timeout, &m_sweeper, [this] { sweep(); });
+}
+
+HandedCopies::~HandedCopies()
+{
+    removeAll();
+}
+
+// The process started on a copy ends once the word processor has read it (a running
+// Writer takes the file over and lets the starter go; a Writer started anew ends when the
+// pupil closes it). The grace lets a slow reader finish.
+void HandedCopies::sweep()
+{
+    const QDateTime now = QDateTime::currentDateTimeUtc();
+    for (qsizetype i = m_copies.size() - 1; i >= 0; --i) {
+        const Copy &copy = m_copies.at(i);
+        if (copy.pid > 0 && !processRuns(copy.pid) && copy.handed.msecsTo(now) >= m_grace.count()) {
+            removeFolder(copy.folder);
+            m_copies.removeAt(i);
+        }
+    }
+    if (m_copies.isEmpty())
+        m_sweeper.stop();
+}
+
+void HandedCopies::keep(const QString &folder, qint64 pid)
+{
+    m_copies.append({folder, pid, QDateTime::currentDateTimeUtc()});
+    if (!m_sweeper.isActive())
+        m_sweeper.start(int(std::max<qint64>(1000, m_grace.count() / 2)));
+}
+
+void HandedCopies::removeAll()
+{
+    for (const Copy &copy : std::as_const(m_copies))
         removeFolder(copy.folder);
-    state.copies.clear();
-    if (state.sweeper)
-        state.sweeper->stop();
+    m_copies.clear();
+    m_sweeper.stop();
 }
 
-int handedCopies()
+HandedCopies &handedCopies(Session &session)
 {
-    return int(handed().copies.size());
-}
-
-void setReadGrace(std::chrono::milliseconds grace)
-{
-    handed().grace = grace;
+    std::shared_ptr<HandedCopies> &copies = session.notepad().handedCopies;
+    if (!copies)
+        copies = std::make_shared<HandedCopies>();
+    return *copies;
 }
 
 void copyRichText(const QByteArray &rtf, const QString &plainText)
@@ -122,7 +96,7 @@ void copyRichText(const QByteArray &rtf, const QString &plainText)
     QApplication::clipboard()->setMimeData(data);
 }
 
-bool openInWordProcessor(const QByteArray &rtf)
+bool openInWordProcessor(Session &session, const QByteArray &rtf)
 {
     const QString program = platform::wordProcessorProgram();
     if (program.isEmpty())
@@ -139,12 +113,13 @@ bool openInWordProcessor(const QByteArray &rtf)
         return false;
     }
     // "-n" opens the file as a template: a new untitled document with its content.
-    const platform::LaunchResult launched = platform::launchDetached(program, {QStringLiteral("-n"), file});
+    const platform::LaunchResult launched
+        = session.host().launch(program, {QStringLiteral("-n"), file}, QString());
     if (!launched.started) {
         removeFolder(folder.path());
         return false;
     }
-    keep(folder.path(), launched.pid);
+    handedCopies(session).keep(folder.path(), launched.pid);
     return true;
 }
 
@@ -165,7 +140,7 @@ void frmNotes::ExportToWord()
         rtf = richtext::writeDocument(*notes->document());
         exporttoword::copyRichText(rtf, notes->Text());
     });
-    platform::resumeNext([&] { exporttoword::openInWordProcessor(rtf); });
+    platform::resumeNext([&] { exporttoword::openInWordProcessor(m_session, rtf); });
     platform::resumeNext([&] {
         notes->setSelStart(selStart);
         notes->setSelLength(selLength);

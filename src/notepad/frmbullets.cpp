@@ -4,10 +4,13 @@
 #include "updown.h"
 
 #include "placetwips.h"
+#include "sessionwindow.h"
 
 #include <designedcolours.h>
 #include <errorpolicy.h>
+#include <notepadstate.h>
 #include <richtextbox.h>
+#include <session.h>
 #include <twips.h>
 
 #include <QGroupBox>
@@ -18,15 +21,9 @@
 
 namespace {
 
-QPointer<frmBullets> &defaultInstance()
-{
-    static QPointer<frmBullets> form;
-    return form;
-}
-
 } // namespace
 
-frmBullets::frmBullets(QWidget *owner)
+frmBullets::frmBullets(Session &session, QWidget *owner)
     : QDialog(owner)
     , Frame2(new QGroupBox(QStringLiteral("Θέση κουκίδας"), this))
     , Label3(new QLabel(QStringLiteral("Περιθώριο στα:"), Frame2))
@@ -38,6 +35,7 @@ frmBullets::frmBullets(QWidget *owner)
     , UpDown2(new UpDown(Frame1))
     , cmdOK(new QPushButton(QStringLiteral("OK"), this))
     , cmdCancel(new QPushButton(QStringLiteral("Ακύρωση"), this))
+    , m_session(session)
 {
     setObjectName(QStringLiteral("frmBullets"));
     platform::useDesignedColours(this);
@@ -59,46 +57,41 @@ frmBullets::frmBullets(QWidget *owner)
 
     bindSpinner(*UpDown1, *Text1);
     bindSpinner(*UpDown2, *Text2);
-    connect(Text1, &QLineEdit::textChanged, this, [](const QString &text) {
-        BulIndentation = text;
-        BulletChanged = true;
+    connect(Text1, &QLineEdit::textChanged, this, [this](const QString &text) {
+        m_session.notepad().BulIndentation = text;
+        m_session.notepad().BulletChanged = true;
     });
-    connect(Text2, &QLineEdit::textChanged, this, [](const QString &text) {
-        BulTextIndent = text;
-        TextChanged = true;
+    connect(Text2, &QLineEdit::textChanged, this, [this](const QString &text) {
+        m_session.notepad().BulTextIndent = text;
+        m_session.notepad().TextChanged = true;
     });
     connect(cmdOK, &QPushButton::clicked, this, [this] { platform::guarded([this] { cmdOK_Click(); }); });
     connect(cmdCancel, &QPushButton::clicked, this, [this] { close(); });
 }
 
-frmBullets::~frmBullets()
-{
-    if (defaultInstance() == this)
-        defaultInstance() = nullptr;
-}
+frmBullets::~frmBullets() = default;
 
-frmBullets *frmBullets::instance(QWidget *owner)
+frmBullets *frmBullets::open(Session &session)
 {
-    QPointer<frmBullets> &form = defaultInstance();
-    if (!form)
-        form = new frmBullets(owner);
-    return form;
+    return sessionWindow<frmBullets>(session, Session::Window::Bullets, true,
+        [&session] { return new frmBullets(session, session.window(Session::Window::Notes, false)); });
 }
 
 void frmBullets::cmdOK_Click()
 {
-    RichTextBox &notes = *modEditor::notesForm().notes;
-    if (BulletChanged) {
+    NotepadState &state = m_session.notepad();
+    RichTextBox &notes = *modEditor::notesForm(m_session).notes;
+    if (state.BulletChanged) {
         ParseMillimetres(*Text1, *UpDown1);
         notes.setSelBullet(true);
         notes.setSelIndent(UpDown1->Value() * 100);
-        BulletChanged = false;
+        state.BulletChanged = false;
     }
-    if (TextChanged) {
+    if (state.TextChanged) {
         ParseMillimetres(*Text2, *UpDown2);
         notes.setSelBullet(true);
         notes.setSelHangingIndent(UpDown2->Value() * 100);
-        TextChanged = false;
+        state.TextChanged = false;
     }
     close();
 }

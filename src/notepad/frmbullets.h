@@ -6,6 +6,7 @@ class QGroupBox;
 class QLabel;
 class QLineEdit;
 class QPushButton;
+class Session;
 class UpDown;
 
 // "Κουκίδες": turns the selected paragraphs into a bulleted list and places the bullet
@@ -15,11 +16,12 @@ class frmBullets final : public QDialog
     Q_OBJECT
 
 public:
-    explicit frmBullets(QWidget *owner = nullptr);
+    frmBullets(Session &session, QWidget *owner);
     ~frmBullets() override;
     Q_DISABLE_COPY_MOVE(frmBullets)
 
-    static frmBullets *instance(QWidget *owner = nullptr);
+    // The session's dialog, loaded (over its notes window) when there is none.
+    static frmBullets *open(Session &session);
 
     // Controls.
     QGroupBox *const Frame2;
@@ -33,11 +35,8 @@ public:
     QPushButton *const cmdOK;
     QPushButton *const cmdCancel;
 
-    // State of the window that outlives its unloading: only OK clears the flags.
-    static inline bool BulletChanged = false;
-    static inline bool TextChanged = false;
-    static inline QString BulIndentation;
-    static inline QString BulTextIndent;
-
     void cmdOK_Click();
+
+private:
+    Session &m_session;
 };

@@ -3,9 +3,12 @@
 #include "modeditor.h"
 
 #include "placetwips.h"
+#include "sessionwindow.h"
 
 #include <designedcolours.h>
 #include <errorpolicy.h>
+#include <notepadstate.h>
+#include <session.h>
 #include <twips.h>
 
 #include <QCheckBox>
@@ -20,18 +23,12 @@
 
 namespace {
 
-QPointer<frmFind> &defaultInstance()
-{
-    static QPointer<frmFind> form;
-    return form;
-}
-
 constexpr int RepTop = 540;
 constexpr int RepHeight = 315;
 
 } // namespace
 
-frmFind::frmFind(QWidget *owner)
+frmFind::frmFind(Session &session, QWidget *owner)
     : QDialog(owner)
     , lbFind(new QLabel(QStringLiteral("Αναζήτηση λέξης:"), this))
     , txtFind(new QLineEdit(this))
@@ -46,6 +43,7 @@ frmFind::frmFind(QWidget *owner)
     , cmdFind(new QPushButton(QStringLiteral("Εκτέλεσε Αναζήτηση"), Frame1))
     , cmdReplace(new QPushButton(QStringLiteral("Αντικατάσταση ..."), Frame1))
     , cmdCancel(new QPushButton(QStringLiteral("Ακύρωση"), Frame1))
+    , m_session(session)
 {
     setObjectName(QStringLiteral("frmFind"));
     platform::useDesignedColours(this);
@@ -74,16 +72,16 @@ frmFind::frmFind(QWidget *owner)
     lblRep->hide();
 
     connect(txtFind, &QLineEdit::textChanged, this, [this](const QString &text) {
-        modEditor::FindFirstTime = true;
+        m_session.notepad().FindFirstTime = true;
         cmdFind->setEnabled(!text.isEmpty());
     });
     connect(chCase, &QCheckBox::toggled, this,
-        [this] { modEditor::MatchCaseSetting = qint16(chCase->isChecked() ? 1 : 0); });
+        [this] { m_session.notepad().MatchCaseSetting = qint16(chCase->isChecked() ? 1 : 0); });
     connect(ChWholeWord, &QCheckBox::toggled, this,
-        [this] { modEditor::WholeWordSetting = qint16(ChWholeWord->isChecked() ? 1 : 0); });
+        [this] { m_session.notepad().WholeWordSetting = qint16(ChWholeWord->isChecked() ? 1 : 0); });
     for (qint16 index : {0, 1}) {
         connect(optionDirection[index], &QRadioButton::clicked, this,
-            [index] { modEditor::FindDirection = index; });
+            [this, index] { m_session.notepad().FindDirection = index; });
     }
     connect(cmdFind, &QPushButton::clicked, this, [this] { platform::guarded([this] { cmdFind_Click(); }); });
     connect(
@@ -94,38 +92,34 @@ frmFind::frmFind(QWidget *owner)
     platform::guarded([this] { Form_Load(); });
 }
 
-frmFind::~frmFind()
-{
-    if (defaultInstance() == this)
-        defaultInstance() = nullptr;
-}
+frmFind::~frmFind() = default;
 
-frmFind *frmFind::instance(bool create, QWidget *owner)
+frmFind *frmFind::open(Session &session, bool create)
 {
-    QPointer<frmFind> &form = defaultInstance();
-    if (form && form->m_unloaded)
-        form = nullptr;
-    if (!form && create)
-        form = new frmFind(owner);
-    return form;
+    // A window that unloaded is not the find window any more, even before it goes.
+    if (auto *form = session.window<frmFind>(Session::Window::Find, false); form && form->m_unloaded)
+        session.setWindow(Session::Window::Find, nullptr);
+    return sessionWindow<frmFind>(session, Session::Window::Find, create,
+        [&session] { return new frmFind(session, session.window(Session::Window::Notes, false)); });
 }
 
 void frmFind::Form_Load()
 {
+    NotepadState &state = m_session.notepad();
     resize(platform::pixelsFromTwipsX(6015), platform::pixelsFromTwipsY(3075));
-    if (!modEditor::ReplaceRequested) {
+    if (!state.ReplaceRequested) {
         cmdFind->setEnabled(false);
-        optionDirection[modEditor::FindDirection == 1 ? 1 : 0]->setChecked(true);
+        optionDirection[state.FindDirection == 1 ? 1 : 0]->setChecked(true);
         Frame1->move(Frame1->x(), platform::pixelsFromTwipsY(RepTop + RepHeight));
     } else {
         LoadReplace();
-        modEditor::ReplaceRequested = false;
+        state.ReplaceRequested = false;
     }
 }
 
 void frmFind::LoadReplace()
 {
-    modEditor::FindText = txtFind->text();
+    m_session.notepad().FindText = txtFind->text();
     if (TxtRep->isHidden()) {
         Frame1->move(Frame1->x(), platform::pixelsFromTwipsY(1200));
         TxtRep->show();
@@ -133,20 +127,20 @@ void frmFind::LoadReplace()
         cmdReplace->setText(QStringLiteral("Αντικατάσταση"));
         return;
     }
-    modEditor::ReplaceText = TxtRep->text();
-    modEditor::ReplaceNext();
+    m_session.notepad().ReplaceText = TxtRep->text();
+    modEditor::ReplaceNext(m_session);
 }
 
 void frmFind::cmdFind_Click()
 {
-    modEditor::FindText = txtFind->text();
-    modEditor::FindNext();
+    m_session.notepad().FindText = txtFind->text();
+    modEditor::FindNext(m_session);
 }
 
 void frmFind::cmdCancel_Click()
 {
-    modEditor::FindText = txtFind->text();
-    modEditor::MatchCaseSetting = qint16(chCase->isChecked() ? 1 : 0);
+    m_session.notepad().FindText = txtFind->text();
+    m_session.notepad().MatchCaseSetting = qint16(chCase->isChecked() ? 1 : 0);
     close();
 }
 

@@ -9,6 +9,7 @@ class QLabel;
 class QLineEdit;
 class QPushButton;
 class QRadioButton;
+class Session;
 
 // The find window over the notepad, modeless: it searches the notes up or down and
 // replaces one occurrence at a time. In find mode its replace row is hidden.
@@ -17,12 +18,13 @@ class frmFind final : public QDialog
     Q_OBJECT
 
 public:
-    explicit frmFind(QWidget *owner = nullptr);
+    frmFind(Session &session, QWidget *owner);
     ~frmFind() override;
     Q_DISABLE_COPY_MOVE(frmFind)
 
-    // The single instance, loaded when `create` is set and there is none.
-    static frmFind *instance(bool create, QWidget *owner = nullptr);
+    // The session's find window, made (over its notes window) when `create` is set and
+    // there is none.
+    static frmFind *open(Session &session, bool create = true);
 
     // Controls.
     QLabel *const lbFind;
@@ -54,6 +56,7 @@ protected:
 private:
     void Form_Load();
 
+    Session &m_session;
     bool m_unloaded = false;
     bool m_closing = false;
 };

@@ -5,11 +5,14 @@
 #include "updown.h"
 
 #include "placetwips.h"
+#include "sessionwindow.h"
 
 #include <designedcolours.h>
 #include <errorpolicy.h>
+#include <notepadstate.h>
 #include <programbitmaps.h>
 #include <richtextbox.h>
+#include <session.h>
 #include <twips.h>
 
 #include <QComboBox>
@@ -21,17 +24,11 @@
 
 namespace {
 
-QPointer<frmFormat> &defaultInstance()
-{
-    static QPointer<frmFormat> form;
-    return form;
-}
-
 const QString FirstLine = QStringLiteral("Πρώτη γραμμή");
 
 } // namespace
 
-frmFormat::frmFormat(QWidget *owner)
+frmFormat::frmFormat(Session &session, QWidget *owner)
     : QDialog(owner)
     , Label1(new QLabel(QStringLiteral("Ευθυγράμμιση:"), this))
     , imgCombo(new QComboBox(this))
@@ -50,6 +47,7 @@ frmFormat::frmFormat(QWidget *owner)
     , UpDown3(new UpDown(Frame2))
     , cmdOK(new QPushButton(QStringLiteral("OK"), this))
     , cmdCancel(new QPushButton(QStringLiteral("Ακύρωση"), this))
+    , m_session(session)
 {
     setObjectName(QStringLiteral("frmFormat"));
     platform::useDesignedColours(this);
@@ -87,13 +85,13 @@ frmFormat::frmFormat(QWidget *owner)
     bindSpinner(*UpDown1, *Text1);
     bindSpinner(*UpDown2, *Text2);
     bindSpinner(*UpDown3, *Text3);
-    connect(Text1, &QLineEdit::textChanged, this, [](const QString &text) {
-        Indentation = text;
-        LeftChanged = true;
+    connect(Text1, &QLineEdit::textChanged, this, [this](const QString &text) {
+        m_session.notepad().Indentation = text;
+        m_session.notepad().LeftChanged = true;
     });
-    connect(Text2, &QLineEdit::textChanged, this, [](const QString &text) {
-        RightIndentation = text;
-        RightChanged = true;
+    connect(Text2, &QLineEdit::textChanged, this, [this](const QString &text) {
+        m_session.notepad().RightIndentation = text;
+        m_session.notepad().RightChanged = true;
     });
     connect(Text3, &QLineEdit::textChanged, this, [this] { platform::guarded([this] { Text3_Change(); }); });
     connect(cmdOK, &QPushButton::clicked, this, [this] { platform::guarded([this] { cmdOK_Click(); }); });
@@ -102,18 +100,12 @@ frmFormat::frmFormat(QWidget *owner)
     platform::guarded([this] { Form_Load(); });
 }
 
-frmFormat::~frmFormat()
-{
-    if (defaultInstance() == this)
-        defaultInstance() = nullptr;
-}
+frmFormat::~frmFormat() = default;
 
-frmFormat *frmFormat::instance(QWidget *owner)
+frmFormat *frmFormat::open(Session &session)
 {
-    QPointer<frmFormat> &form = defaultInstance();
-    if (!form)
-        form = new frmFormat(owner);
-    return form;
+    return sessionWindow<frmFormat>(session, Session::Window::Format, true,
+        [&session] { return new frmFormat(session, session.window(Session::Window::Notes, false)); });
 }
 
 void frmFormat::Form_Load()
@@ -131,7 +123,7 @@ void frmFormat::Form_Load()
     }
     imgCombo->setCurrentIndex(0);
     // A mixed selection keeps the first item.
-    const std::optional<int> alignment = modEditor::notesForm().notes->SelAlignment();
+    const std::optional<int> alignment = modEditor::notesForm(m_session).notes->SelAlignment();
     if (alignment == RichTextBox::AlignLeft)
         imgCombo->setCurrentIndex(0);
     else if (alignment == RichTextBox::AlignRight)
@@ -147,49 +139,51 @@ void frmFormat::Form_Load()
 
 void frmFormat::Text3_Change()
 {
+    NotepadState &state = m_session.notepad();
     // The kind is read when the amount changes; "Καμία" counts as hanging.
     if (!Combo1->currentText().isEmpty()) {
         if (Combo1->currentText() == FirstLine)
-            FirstLineChanged = true;
+            state.FirstLineChanged = true;
         else
-            HangingChanged = true;
+            state.HangingChanged = true;
     } else {
         Combo1->setEditText(FirstLine);
-        FirstLineChanged = true;
+        state.FirstLineChanged = true;
     }
-    HangingIndentation = Text3->text();
+    state.HangingIndentation = Text3->text();
 }
 
 void frmFormat::cmdOK_Click()
 {
-    RichTextBox &notes = *modEditor::notesForm().notes;
+    NotepadState &state = m_session.notepad();
+    RichTextBox &notes = *modEditor::notesForm(m_session).notes;
     const QString chosen = imgCombo->currentText();
     qint16 alignment = 0;
     if (chosen == imgCombo->itemText(1))
         alignment = 2;
     else if (chosen == imgCombo->itemText(2))
         alignment = 1;
-    modEditor::SetAlignment(alignment);
-    if (LeftChanged) {
+    modEditor::SetAlignment(m_session, alignment);
+    if (state.LeftChanged) {
         ParseMillimetres(*Text1, *UpDown1);
         notes.setSelIndent(UpDown1->Value() * 100);
-        LeftChanged = false;
+        state.LeftChanged = false;
     }
-    if (RightChanged) {
+    if (state.RightChanged) {
         ParseMillimetres(*Text2, *UpDown2);
         notes.setSelRightIndent(UpDown2->Value() * 100);
-        RightChanged = false;
+        state.RightChanged = false;
     }
-    if (HangingChanged || FirstLineChanged) {
+    if (state.HangingChanged || state.FirstLineChanged) {
         ParseMillimetres(*Text3, *UpDown3);
-        if (FirstLineChanged) {
+        if (state.FirstLineChanged) {
             // The first line is set by one tab stop, not by an indent.
             notes.setSelTabCount(1);
             notes.setSelTabs(0, UpDown3->Value() * 100);
-            FirstLineChanged = false;
+            state.FirstLineChanged = false;
         } else {
             notes.setSelHangingIndent(UpDown3->Value() * 100);
-            HangingChanged = false;
+            state.HangingChanged = false;
         }
     }
     close();

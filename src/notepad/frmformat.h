@@ -7,6 +7,7 @@ class QGroupBox;
 class QLabel;
 class QLineEdit;
 class QPushButton;
+class Session;
 class UpDown;
 
 // "Παράγραφος": the alignment and the three indents of the selected paragraphs. The
@@ -17,12 +18,12 @@ class frmFormat final : public QDialog
     Q_OBJECT
 
 public:
-    explicit frmFormat(QWidget *owner = nullptr);
+    frmFormat(Session &session, QWidget *owner);
     ~frmFormat() override;
     Q_DISABLE_COPY_MOVE(frmFormat)
 
-    // The single instance, loaded when there is none.
-    static frmFormat *instance(QWidget *owner = nullptr);
+    // The session's dialog, loaded (over its notes window) when there is none.
+    static frmFormat *open(Session &session);
 
     // Controls.
     QLabel *const Label1;
@@ -43,18 +44,10 @@ public:
     QPushButton *const cmdOK;
     QPushButton *const cmdCancel;
 
-    // State of the window that outlives its unloading: only OK clears the flags.
-    static inline bool LeftChanged = false;
-    static inline bool RightChanged = false;
-    static inline bool HangingChanged = false;
-    static inline bool FirstLineChanged = false;
-    static inline QString Indentation;
-    static inline QString RightIndentation;
-    static inline QString HangingIndentation;
-
     void cmdOK_Click();
 
 private:
+    Session &m_session;
     void Form_Load();
     void Text3_Change();
 };

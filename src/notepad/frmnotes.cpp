@@ -4,14 +4,17 @@
 #include "frmfind.h"
 #include "frmformat.h"
 #include "modeditor.h"
+#include "sessionwindow.h"
 
 #include <designedcolours.h>
 #include <errorpolicy.h>
 #include <frmcolors.h>
 #include <msgbox.h>
+#include <notepadstate.h>
 #include <programbitmaps.h>
 #include <richtextbox.h>
 #include <rtffile.h>
+#include <session.h>
 #include <shellwindow.h>
 #include <textzoom.h>
 #include <twips.h>
@@ -91,21 +94,24 @@ bool isStateKey(const QString &key)
     return keys.contains(key);
 }
 
-QPointer<frmNotes> &defaultInstance()
+// The shell the notes window stands in.
+// session: the process's shell until the shell is the session's own window.
+ShellWindow *shellOf(Session &session)
 {
-    static QPointer<frmNotes> form;
-    return form;
+    ShellWindow *shell = session.shell(false);
+    return shell ? shell : ShellWindow::existing();
 }
 
 } // namespace
 
-frmNotes::frmNotes(QWidget *parent)
+frmNotes::frmNotes(Session &session, QWidget *parent)
     : QWidget(parent)
     , menuBar(new QMenuBar(this))
     , Toolbar1(new QToolBar(this))
     , notes(new RichTextBox(this))
     , Status(new QStatusBar(this))
-    , CMDialog1(this)
+    , CMDialog1(session, this)
+    , m_session(session)
 {
     setObjectName(QStringLiteral("frmNotes"));
     platform::useDesignedColours(this);
@@ -141,7 +147,7 @@ frmNotes::frmNotes(QWidget *parent)
     connect(notes, &RichTextBox::OLEDragDrop, this,
         [this](const QMimeData *data) { platform::guarded([this, data] { notes_OLEDragDrop(data); }); });
     // Only the view grows: the note keeps its own sizes, and saves with them.
-    TextZoom::instance().follow(
+    m_session.textZoom().follow(
         this, {this, notes}, [this](int percent) { TextZoom::zoomTextEdit(notes, percent); });
 }
 
@@ -150,20 +156,15 @@ QString frmNotes::textToRead() const
     return notes->SelLength() > 0 ? notes->SelText() : notes->Text();
 }
 
-frmNotes::~frmNotes()
-{
-    if (defaultInstance() == this)
-        defaultInstance() = nullptr;
-}
+frmNotes::~frmNotes() = default;
 
-frmNotes *frmNotes::instance(bool create)
+frmNotes *frmNotes::open(Session &session, bool create)
 {
-    QPointer<frmNotes> &form = defaultInstance();
-    if (form && form->m_unloaded)
-        form = nullptr;
-    if (!form && create)
-        form = new frmNotes;
-    return form;
+    // A window that unloaded is not the notepad any more, even before it goes.
+    if (auto *form = session.window<frmNotes>(Session::Window::Notes, false); form && form->m_unloaded)
+        session.setWindow(Session::Window::Notes, nullptr);
+    return sessionWindow<frmNotes>(
+        session, Session::Window::Notes, create, [&session] { return new frmNotes(session); });
 }
 
 void frmNotes::buildMenus()
@@ -174,12 +175,15 @@ void frmNotes::buildMenus()
         connect(item, &QAction::triggered, this, [action = std::move(action)] { platform::guarded(action); });
         return item;
     };
+    // A procedure of modEditor, on this window's session.
+    auto editor
+        = [this](void (*procedure)(Session &)) { return [this, procedure] { procedure(m_session); }; };
     mnuFile = menuBar->addMenu(QStringLiteral("Αρχείο"));
-    mnuNew = add(mnuFile, QStringLiteral("Νέο"), modEditor::FileNew);
-    mnuOpen = add(mnuFile, QStringLiteral("Άνοιγμα..."), modEditor::FileOpen);
+    mnuNew = add(mnuFile, QStringLiteral("Νέο"), editor(modEditor::FileNew));
+    mnuOpen = add(mnuFile, QStringLiteral("Άνοιγμα..."), editor(modEditor::FileOpen));
     mnuFile->addSeparator();
-    mnuSave = add(mnuFile, QStringLiteral("Σώσιμο κειμένου"), modEditor::FileSave);
-    mnuSaveAs = add(mnuFile, QStringLiteral("Σώσιμο κειμένου ως..."), modEditor::FileSaveAs);
+    mnuSave = add(mnuFile, QStringLiteral("Σώσιμο κειμένου"), editor(modEditor::FileSave));
+    mnuSaveAs = add(mnuFile, QStringLiteral("Σώσιμο κειμένου ως..."), editor(modEditor::FileSaveAs));
     mnuFile->addSeparator();
     mnuPrint = add(mnuFile, QStringLiteral("Εκτύπωση"), [this] { PrintSequence(); });
     mnuFile->addSeparator();
@@ -191,12 +195,12 @@ void frmNotes::buildMenus()
     });
 
     mnuEdit = menuBar->addMenu(QStringLiteral("Επεξεργασία"));
-    mnuCut = add(mnuEdit, QStringLiteral("Αποκοπή"), modEditor::EditCut);
-    mnuCopy = add(mnuEdit, QStringLiteral("Αντιγραφή"), modEditor::EditCopy);
-    mnuPaste = add(mnuEdit, QStringLiteral("Επικόλληση"), modEditor::EditPaste);
+    mnuCut = add(mnuEdit, QStringLiteral("Αποκοπή"), editor(modEditor::EditCut));
+    mnuCopy = add(mnuEdit, QStringLiteral("Αντιγραφή"), editor(modEditor::EditCopy));
+    mnuPaste = add(mnuEdit, QStringLiteral("Επικόλληση"), editor(modEditor::EditPaste));
     mnuEdit->addSeparator();
-    mnuClear = add(mnuEdit, QStringLiteral("Διαγραφή"), modEditor::EditDelete);
-    mnuSelectAll = add(mnuEdit, QStringLiteral("Επιλογή όλων"), modEditor::SelectAllText);
+    mnuClear = add(mnuEdit, QStringLiteral("Διαγραφή"), editor(modEditor::EditDelete));
+    mnuSelectAll = add(mnuEdit, QStringLiteral("Επιλογή όλων"), editor(modEditor::SelectAllText));
     mnuEdit->addSeparator();
     mnuFind = add(mnuEdit, QStringLiteral("Εύρεση..."), [this] { ShowFind(); });
     mnuReplace = add(mnuEdit, QStringLiteral("Αντικατάσταση..."), [this] { mnuReplace_Click(); });
@@ -205,11 +209,11 @@ void frmNotes::buildMenus()
     mnuInsPicture = add(mnuInsert, QStringLiteral("Εισαγωγή Εικόνας..."), [this] { mnuInsPicture_Click(); });
 
     mnuFormat = menuBar->addMenu(QStringLiteral("Μορφοποίηση"));
-    mnuFonts = add(mnuFormat, QStringLiteral("Γραμματοσειράς..."), modEditor::ChooseFont);
+    mnuFonts = add(mnuFormat, QStringLiteral("Γραμματοσειράς..."), editor(modEditor::ChooseFont));
     mnuParagraph
-        = add(mnuFormat, QStringLiteral("Παραγράφου..."), [this] { frmFormat::instance(this)->exec(); });
+        = add(mnuFormat, QStringLiteral("Παραγράφου..."), [this] { frmFormat::open(m_session)->exec(); });
     mnuBullets
-        = add(mnuFormat, QStringLiteral("Κουκίδων..."), [this] { frmBullets::instance(this)->exec(); });
+        = add(mnuFormat, QStringLiteral("Κουκίδων..."), [this] { frmBullets::open(m_session)->exec(); });
 }
 
 void frmNotes::buildToolbar()
@@ -335,7 +339,7 @@ void frmNotes::Form_Load()
     connect(frmFontColors, &frmColors::NewColor, this,
         [this](quint32 color) { platform::guarded([this, color] { frmFontColors_NewColor(color); }); });
 
-    if (ShellWindow *shell = ShellWindow::existing()) {
+    if (ShellWindow *shell = shellOf(m_session)) {
         // Left and top come from the designed size, before the move.
         QWidget *frame = subWindow() ? static_cast<QWidget *>(subWindow()) : this;
         const QWidget *client = shell->mdiArea()->viewport();
@@ -363,11 +367,12 @@ void frmNotes::Form_Resize()
 
 void frmNotes::unloadFontPalette()
 {
-    if (!modEditor::FontPaletteShown)
+    bool &shown = m_session.notepad().FontPaletteShown;
+    if (!shown)
         return;
     if (frmFontColors)
         frmFontColors->Unload();
-    modEditor::FontPaletteShown = false;
+    shown = false;
 }
 
 void frmNotes::closeEvent(QCloseEvent *event)
@@ -384,6 +389,8 @@ void frmNotes::closeEvent(QCloseEvent *event)
             return;
         }
         m_unloaded = true;
+        if (m_session.window(Session::Window::Notes, false) == this)
+            m_session.setWindow(Session::Window::Notes, nullptr);
     }
     event->accept();
     QWidget::closeEvent(event);
@@ -403,22 +410,23 @@ void frmNotes::Form_Unload(int &Cancel)
         if (platform::MsgBox(QStringLiteral("Θέλετε να αποθηκευτεί το παρόν έγγραφο;"), platform::vbYesNo,
                 QStringLiteral("Κλείσιμο Σημειωματαρίου"), this)
             == platform::vbYes) {
-            modEditor::SaveFailed = false;
-            if (!platform::guarded([] { modEditor::FileSave(); }) || modEditor::SaveFailed) {
+            bool &saveFailed = m_session.notepad().SaveFailed;
+            saveFailed = false;
+            if (!platform::guarded([this] { modEditor::FileSave(m_session); }) || saveFailed) {
                 Cancel = 1;
                 return;
             }
         }
     }
     Recovery->discarded();
-    modEditor::CurrentFile.clear();
+    m_session.notepad().CurrentFile.clear();
     unloadFontPalette();
     if (frmFontColors)
         frmFontColors->deleteLater();
     frmFontColors = nullptr;
-    if (ShellWindow *shell = ShellWindow::existing())
+    if (ShellWindow *shell = shellOf(m_session))
         shell->setToggleChecked(ShellWindow::Toggle::StudNotes, false);
-    if (frmFind *find = frmFind::instance(false))
+    if (frmFind *find = frmFind::open(m_session, false))
         find->close();
 }
 
@@ -429,13 +437,13 @@ void frmNotes::Toolbar1_ButtonClick(const QString &key)
     if (const QAction *action = button(key))
         setSimpleText(action->toolTip());
     if (key == u"New") {
-        modEditor::FileNew();
+        modEditor::FileNew(m_session);
     } else if (key == u"Open") {
-        modEditor::FileOpen();
+        modEditor::FileOpen(m_session);
     } else if (key == u"Save") {
-        modEditor::FileSave();
+        modEditor::FileSave(m_session);
     } else if (key == u"SaveAs") {
-        modEditor::FileSaveAs();
+        modEditor::FileSaveAs(m_session);
     } else if (key == u"Exit") {
         // This key only puts the window aside; "Έξοδος" of the menu closes it.
         if (QMdiSubWindow *sub = subWindow())
@@ -447,34 +455,34 @@ void frmNotes::Toolbar1_ButtonClick(const QString &key)
     } else if (key == u"Print") {
         PrintSequence();
     } else if (key == u"Cut") {
-        modEditor::EditCut();
+        modEditor::EditCut(m_session);
     } else if (key == u"Copy") {
-        modEditor::EditCopy();
+        modEditor::EditCopy(m_session);
     } else if (key == u"Paste") {
-        modEditor::EditPaste();
+        modEditor::EditPaste(m_session);
     } else if (key == u"Delete") {
-        modEditor::EditDelete();
+        modEditor::EditDelete(m_session);
     } else if (key == u"Find") {
         ShowFind();
     } else if (key == u"Undo") {
         notes->setFocus();
         notes->Undo();
     } else if (key == u"Bold") {
-        modEditor::ToggleBold();
+        modEditor::ToggleBold(m_session);
     } else if (key == u"Italic") {
-        modEditor::ToggleItalic();
+        modEditor::ToggleItalic(m_session);
     } else if (key == u"Underline") {
-        modEditor::ToggleUnderline();
+        modEditor::ToggleUnderline(m_session);
     } else if (key == u"Left") {
-        modEditor::SetAlignment(0);
+        modEditor::SetAlignment(m_session, 0);
     } else if (key == u"Center") {
-        modEditor::SetAlignment(2);
+        modEditor::SetAlignment(m_session, 2);
     } else if (key == u"Right") {
-        modEditor::SetAlignment(1);
+        modEditor::SetAlignment(m_session, 1);
     } else if (key == u"Bullets") {
-        modEditor::ToggleBullet();
+        modEditor::ToggleBullet(m_session);
     } else if (key == u"Fonts") {
-        modEditor::ChooseFont();
+        modEditor::ChooseFont(m_session);
     } else if (key == u"SetFontColor") {
         Toolbar1_ButtonDropDown(key);
     }
@@ -484,7 +492,7 @@ void frmNotes::Toolbar1_ButtonClick(const QString &key)
 void frmNotes::Toolbar1_ButtonDropDown(const QString &key)
 {
     if (key == u"SetFontColor") {
-        modEditor::FontPaletteShown = true;
+        m_session.notepad().FontPaletteShown = true;
         const QWidget *frame = subWindow() ? static_cast<QWidget *>(subWindow()) : this;
         const QWidget *keyWidget = Toolbar1->widgetForAction(button(key));
         const QWidget *widget23 = Toolbar1->widgetForAction(Buttons(23));
@@ -540,20 +548,21 @@ void frmNotes::notes_OLEDragDrop(const QMimeData *data)
 
 void frmNotes::ShowFind()
 {
-    frmFind *find = frmFind::instance(true, this);
+    NotepadState &state = m_session.notepad();
+    frmFind *find = frmFind::open(m_session);
     const QString selected = notes->SelText();
-    find->txtFind->setText(!selected.isEmpty() ? selected : modEditor::FindText);
-    if (modEditor::MatchCaseSetting != 0)
+    find->txtFind->setText(!selected.isEmpty() ? selected : state.FindText);
+    if (state.MatchCaseSetting != 0)
         find->chCase->setChecked(true);
-    modEditor::FindFirstTime = true;
+    state.FindFirstTime = true;
     find->show();
     find->move(find->x(), subWindow() ? subWindow()->y() : y());
 }
 
 void frmNotes::mnuReplace_Click()
 {
-    modEditor::ReplaceRequested = true;
-    frmFind *find = frmFind::instance(true, this);
+    m_session.notepad().ReplaceRequested = true;
+    frmFind *find = frmFind::open(m_session);
     find->show();
     find->raise();
     find->move(find->x(), subWindow() ? subWindow()->y() : y());
@@ -578,6 +587,6 @@ void frmNotes::mnuInsPicture_Click()
 
 void frmNotes::PrintSequence()
 {
-    PrinterContext = modEditor::PrepareForPrinter(*notes, 1440, 1440);
-    modEditor::PrintDocument();
+    PrinterContext = modEditor::PrepareForPrinter(m_session, *notes, 1440, 1440);
+    modEditor::PrintDocument(m_session);
 }

@@ -2,8 +2,8 @@
 
 #include "commondialog.h"
 
-#include <workkeeper.h>
 #include <readable.h>
+#include <workkeeper.h>
 
 #include <QPointer>
 #include <QStringList>
@@ -18,6 +18,7 @@ class QPrinter;
 class QStatusBar;
 class QToolBar;
 class RichTextBox;
+class Session;
 class frmColors;
 namespace recovery {
 struct Entry;
@@ -25,21 +26,21 @@ struct Entry;
 
 // The pupil's notepad: one rich-text document in a child window of the shell, with its
 // menus, its toolbar of 28 places and a status line. Every operation on the document
-// lives in modEditor and reaches this window through its single instance.
+// lives in modEditor and reaches this window as the session's notes window.
 class frmNotes final : public QWidget, public speech::Readable
 {
     Q_OBJECT
 
 public:
-    explicit frmNotes(QWidget *parent = nullptr);
+    explicit frmNotes(Session &session, QWidget *parent = nullptr);
     ~frmNotes() override;
     Q_DISABLE_COPY_MOVE(frmNotes)
 
     // Read aloud: the selection, or else the whole note.
     QString textToRead() const override;
 
-    // The single instance: made when `create` is set and there is none.
-    static frmNotes *instance(bool create = true);
+    // The session's notes window: made when `create` is set and there is none.
+    static frmNotes *open(Session &session, bool create = true);
 
     // Controls.
     QMenuBar *const menuBar;
@@ -127,6 +128,7 @@ private:
     void unloadFontPalette();
     std::optional<recovery::Work> unsavedWork() const;
 
+    Session &m_session;
     QList<QAction *> m_buttons;
     QPointer<QMdiSubWindow> m_watchedSub;
     bool m_loaded = false;

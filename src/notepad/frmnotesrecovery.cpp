@@ -1,9 +1,12 @@
 #include "frmnotes.h"
 #include "modeditor.h"
 
+#include <notepadstate.h>
+
 #include <recoverystore.h>
 #include <richtextbox.h>
 #include <rtf.h>
+#include <session.h>
 #include <workkeeper.h>
 
 // The note is kept as RTF through our own writer, as the notepad saves it.
@@ -14,14 +17,14 @@ std::optional<recovery::Work> frmNotes::unsavedWork() const
     recovery::Work work;
     work.content = richtext::writeDocument(*notes->document());
     work.extension = QStringLiteral("rtf");
-    work.details.insert(QStringLiteral("fileName"), modEditor::CurrentFile);
+    work.details.insert(QStringLiteral("fileName"), m_session.notepad().CurrentFile);
     return work;
 }
 
 void frmNotes::RestoreWork(const recovery::Entry &lost)
 {
     notes->LoadFile(lost.contentPath);
-    modEditor::CurrentFile = lost.details.value(QStringLiteral("fileName")).toString();
+    m_session.notepad().CurrentFile = lost.details.value(QStringLiteral("fileName")).toString();
     // Unsaved, as it was: the closing asks about it and a save writes to its file.
     NotesDirty = true;
     Recovery->takeOver(lost);

@@ -8,8 +8,10 @@
 #include <errorpolicy.h>
 #include <logging.h>
 #include <msgbox.h>
+#include <notepadstate.h>
 #include <richtextbox.h>
 #include <runtimeerror.h>
+#include <session.h>
 #include <workkeeper.h>
 
 #include <QAction>
@@ -27,12 +29,6 @@
 namespace modEditor {
 
 namespace {
-
-std::function<void(int)> &printJobObserver()
-{
-    static std::function<void(int)> observer;
-    return observer;
-}
 
 // The hourglass for as long as the scope lasts, also when a save fails.
 auto hourglass()
@@ -82,19 +78,19 @@ struct ActiveControl
     }
 };
 
-ActiveControl activeControl()
+ActiveControl activeControl(Session &session)
 {
     if (auto *field = qobject_cast<QLineEdit *>(QApplication::focusWidget()))
         return {field, nullptr};
-    return {nullptr, notesForm().notes};
+    return {nullptr, notesForm(session).notes};
 }
 
 // One of the character toggles: with no selection the attribute at the caret and its
 // button change together; over a selection the button is left to the selection's event.
-void toggle(
-    const QString &key, std::optional<bool> (RichTextBox::*read)() const, void (RichTextBox::*write)(bool))
+void toggle(Session &session, const QString &key, std::optional<bool> (RichTextBox::*read)() const,
+    void (RichTextBox::*write)(bool))
 {
-    frmNotes &form = notesForm();
+    frmNotes &form = notesForm(session);
     RichTextBox &notes = *form.notes;
     const bool on = (notes.*read)() == true;
     (notes.*write)(!on);
@@ -104,11 +100,6 @@ void toggle(
 
 } // namespace
 
-void setPrintJobObserver(std::function<void(int pages)> observer)
-{
-    printJobObserver() = std::move(observer);
-}
-
 // --- Files ----------------------------------------------------------------------------------
 
 namespace {
@@ -116,32 +107,33 @@ namespace {
 // Asks whether to save the note before it is replaced. False when the pupil said "Yes"
 // and nothing was written (the save dialog cancelled, the file not written): the note
 // must then stay, or it would be lost.
-bool SaveBeforeReplacing(const QString &title)
+bool SaveBeforeReplacing(Session &session, const QString &title)
 {
     if (platform::MsgBox(QStringLiteral("Θέλετε να αποθηκεύσετε το παρόν έγγραφο;"), platform::vbYesNo, title,
-            &notesForm())
+            &notesForm(session))
         != platform::vbYes)
         return true;
-    SaveFailed = false;
-    FileSave();
-    return !SaveFailed;
+    NotepadState &state = session.notepad();
+    state.SaveFailed = false;
+    FileSave(session);
+    return !state.SaveFailed;
 }
 
 } // namespace
 
-void FileNew()
+void FileNew(Session &session)
 {
     // Asked always, changed or not.
-    if (!SaveBeforeReplacing(QStringLiteral("Εισαγωγή νέου εγγράφου")))
+    if (!SaveBeforeReplacing(session, QStringLiteral("Εισαγωγή νέου εγγράφου")))
         return;
     // The remembered file stays: saving the new text writes over the file opened before.
-    notesForm().notes->setText(QString());
-    notesForm().Recovery->discarded();
+    notesForm(session).notes->setText(QString());
+    notesForm(session).Recovery->discarded();
 }
 
-QString AskFileToOpen()
+QString AskFileToOpen(Session &session)
 {
-    frmNotes &form = notesForm();
+    frmNotes &form = notesForm(session);
     try {
         form.CMDialog1.DialogTitle = QStringLiteral("Άνοιγμα κειμένου ...");
         form.CMDialog1.Filter = QStringLiteral("*.RTF|*.Rtf|*.TXT|*.Txt");
@@ -153,39 +145,42 @@ QString AskFileToOpen()
     }
 }
 
-void FileOpen()
+void FileOpen(Session &session)
 {
     // A changed note is not replaced unasked.
-    if (notesForm().NotesDirty && !SaveBeforeReplacing(QStringLiteral("Άνοιγμα κειμένου")))
+    if (notesForm(session).NotesDirty && !SaveBeforeReplacing(session, QStringLiteral("Άνοιγμα κειμένου")))
         return;
     // Cancelling forgets the remembered file.
-    CurrentFile = AskFileToOpen();
-    if (CurrentFile.isEmpty())
+    QString &currentFile = session.notepad().CurrentFile;
+    currentFile = AskFileToOpen(session);
+    if (currentFile.isEmpty())
         return;
-    RichTextBox &notes = *notesForm().notes;
-    notes.LoadFile(CurrentFile);
+    RichTextBox &notes = *notesForm(session).notes;
+    notes.LoadFile(currentFile);
     notes.setVisible(true);
-    notesForm().Recovery->saved();
+    notesForm(session).Recovery->saved();
 }
 
-void FileSave()
+void FileSave(Session &session)
 {
-    if (CurrentFile.isEmpty()) {
-        FileSaveAs();
+    NotepadState &state = session.notepad();
+    if (state.CurrentFile.isEmpty()) {
+        FileSaveAs(session);
         return;
     }
     const auto restore = hourglass();
-    SaveFailed = true;
-    notesForm().notes->SaveFile(CurrentFile);
-    SaveFailed = false;
-    notesForm().Recovery->saved();
+    state.SaveFailed = true;
+    notesForm(session).notes->SaveFile(state.CurrentFile);
+    state.SaveFailed = false;
+    notesForm(session).Recovery->saved();
 }
 
-void FileSaveAs()
+void FileSaveAs(Session &session)
 {
-    frmNotes &form = notesForm();
+    frmNotes &form = notesForm(session);
     CommonDialog &dialog = form.CMDialog1;
-    SaveFailed = false;
+    bool &saveFailed = session.notepad().SaveFailed;
+    saveFailed = false;
     platform::resumeNext([&] {
         dialog.DialogTitle = QStringLiteral("Σώσιμο κειμένου ...");
         dialog.Flags = 9220;
@@ -194,46 +189,39 @@ void FileSaveAs()
         dialog.Flags = dialog.Flags | CommonDialog::OverwritePrompt;
     });
     // The proposal is a file named after the window, in the folder the dialogs start in.
-    dialog.FileName = CommonDialog::startFolder() + u'/' + form.windowTitle();
+    dialog.FileName = dialog.startFolder() + u'/' + form.windowTitle();
     dialog.CancelError = true;
     try {
         dialog.ShowSave();
     } catch (const platform::RuntimeError &e) {
         // Nothing written: a note that was to be kept by this save is kept open instead.
         if (e.number() == platform::errors::CommonDialogCancelled) {
-            SaveFailed = true;
+            saveFailed = true;
             return;
         }
     }
     // The name chosen is not remembered: the next FileSave asks again. A failed save is
     // passed over, and the status line reports the save all the same.
     const auto restore = hourglass();
-    SaveFailed = !platform::resumeNext([&] { form.notes->SaveFile(dialog.FileName); });
-    if (!SaveFailed)
+    saveFailed = !platform::resumeNext([&] { form.notes->SaveFile(dialog.FileName); });
+    if (!saveFailed)
         form.Recovery->saved();
     form.setSimpleText(QStringLiteral("Σώσιμο εγγράφου ως ") + dialog.FileTitle);
 }
 
 // --- Printing -------------------------------------------------------------------------------
 
-QPrinter &Printer()
+QPrinter &Printer(Session &session)
 {
-    static QPrinter *printer = nullptr;
-    if (!printer) {
-        printer = new QPrinter(QPrinter::HighResolution);
-        // The printer lives as long as the program, and goes while the application still
-        // stands, before the print system it talks to.
-        qAddPostRoutine([] {
-            delete printer;
-            printer = nullptr;
-        });
-    }
+    std::shared_ptr<QPrinter> &printer = session.notepad().printer;
+    if (!printer)
+        printer = std::make_shared<QPrinter>(QPrinter::HighResolution);
     return *printer;
 }
 
-QPrinter *PrepareForPrinter(RichTextBox &rtf, int leftMarginWidth, int rightMarginWidth)
+QPrinter *PrepareForPrinter(Session &session, RichTextBox &rtf, int leftMarginWidth, int rightMarginWidth)
 {
-    QPrinter &printer = Printer();
+    QPrinter &printer = Printer(session);
     const PageTwips page = pageTwips(printer);
     const double leftMargin = leftMarginWidth - page.leftOffset;
     const double rightMargin = (page.width - rightMarginWidth) - page.leftOffset;
@@ -241,10 +229,10 @@ QPrinter *PrepareForPrinter(RichTextBox &rtf, int leftMarginWidth, int rightMarg
     return &printer;
 }
 
-void PrintRichText(
-    RichTextBox &rtf, int leftMarginWidth, int topMarginHeight, int rightMarginWidth, int bottomMarginHeight)
+void PrintRichText(Session &session, RichTextBox &rtf, int leftMarginWidth, int topMarginHeight,
+    int rightMarginWidth, int bottomMarginHeight)
 {
-    QPrinter &printer = Printer();
+    QPrinter &printer = Printer(session);
     const PageTwips page = pageTwips(printer);
     const QRectF drawing(QPointF(leftMarginWidth - page.leftOffset, topMarginHeight - page.topOffset),
         QPointF((page.width - rightMarginWidth) - page.leftOffset,
@@ -264,13 +252,13 @@ void PrintRichText(
         painter.end();
     }
     rtf.FormatRangeDone();
-    if (printJobObserver())
-        printJobObserver()(pages);
+    if (const auto &observer = session.notepad().printJobObserver)
+        observer(pages);
 }
 
-void PrintDocument()
+void PrintDocument(Session &session)
 {
-    frmNotes &form = notesForm();
+    frmNotes &form = notesForm(session);
     RichTextBox &notes = *form.notes;
     CommonDialog &dialog = form.CMDialog1;
     try {
@@ -279,17 +267,18 @@ void PrintDocument()
             dialog.Flags += CommonDialog::PrintSelection;
         dialog.DialogTitle = QStringLiteral("Εκτύπωση κειμένου ως ...");
         dialog.CancelError = true;
-        dialog.ShowPrinter(Printer());
+        QPrinter &printer = Printer(session);
+        dialog.ShowPrinter(printer);
         const int copies = dialog.Copies;
         // The copies are printed here, one job each; the printer itself makes one.
-        Printer().setCopyCount(1);
+        printer.setCopyCount(1);
         if (notes.SelLength() == 0) {
             for (int copy = 1; copy <= copies; ++copy)
-                PrintRichText(notes, 1440, 1440, 1440, 1440);
+                PrintRichText(session, notes, 1440, 1440, 1440, 1440);
         } else {
-            notes.SelPrint(&Printer());
-            if (printJobObserver())
-                printJobObserver()(0);
+            notes.SelPrint(&printer);
+            if (const auto &observer = session.notepad().printJobObserver)
+                observer(0);
         }
     } catch (const platform::RuntimeError &e) {
         // Cancelled, or the printer failed: nothing more is done.
@@ -300,65 +289,65 @@ void PrintDocument()
 
 // --- Clipboard ------------------------------------------------------------------------------
 
-void EditCopy()
+void EditCopy(Session &session)
 {
-    const ActiveControl control = activeControl();
+    const ActiveControl control = activeControl(session);
     QClipboard *clipboard = QApplication::clipboard();
     clipboard->clear();
     clipboard->setText(control.SelText());
 }
 
-void EditCut()
+void EditCut(Session &session)
 {
-    EditCopy();
-    activeControl().setSelText(QString());
+    EditCopy(session);
+    activeControl(session).setSelText(QString());
 }
 
-void EditPaste()
+void EditPaste(Session &session)
 {
-    activeControl().setSelText(QApplication::clipboard()->text());
+    activeControl(session).setSelText(QApplication::clipboard()->text());
 }
 
-void EditDelete()
+void EditDelete(Session &session)
 {
-    const ActiveControl control = activeControl();
+    const ActiveControl control = activeControl(session);
     control.setSelText(QString());
     control.setFocus();
 }
 
-void SelectAllText()
+void SelectAllText(Session &session)
 {
-    RichTextBox &notes = *notesForm().notes;
+    RichTextBox &notes = *notesForm(session).notes;
     notes.setSelStart(0);
     notes.setSelLength(notes.TextLength());
 }
 
 // --- Character and paragraph format -----------------------------------------------------------
 
-void ToggleBold()
+void ToggleBold(Session &session)
 {
-    toggle(QStringLiteral("Bold"), &RichTextBox::SelBold, &RichTextBox::setSelBold);
+    toggle(session, QStringLiteral("Bold"), &RichTextBox::SelBold, &RichTextBox::setSelBold);
 }
 
-void ToggleItalic()
+void ToggleItalic(Session &session)
 {
-    toggle(QStringLiteral("Italic"), &RichTextBox::SelItalic, &RichTextBox::setSelItalic);
+    toggle(session, QStringLiteral("Italic"), &RichTextBox::SelItalic, &RichTextBox::setSelItalic);
 }
 
-void ToggleUnderline()
+void ToggleUnderline(Session &session)
 {
-    toggle(QStringLiteral("Underline"), &RichTextBox::SelUnderline, &RichTextBox::setSelUnderline);
+    toggle(session, QStringLiteral("Underline"), &RichTextBox::SelUnderline, &RichTextBox::setSelUnderline);
 }
 
-void ToggleBullet()
+void ToggleBullet(Session &session)
 {
-    RichTextBox &notes = *notesForm().notes;
+    RichTextBox &notes = *notesForm(session).notes;
     notes.setSelBullet(!(notes.SelBullet() == true));
 }
 
-void SetAlignment(qint16 alignment)
+void SetAlignment(Session &session, qint16 alignment)
 {
-    frmNotes &form = notesForm();
+    frmNotes &form = notesForm(session);
     if (alignment >= 0 && alignment <= 2) {
         form.setButtonValue(QStringLiteral("Left"), alignment == 0 ? 1 : 0);
         form.setButtonValue(QStringLiteral("Right"), alignment == 1 ? 1 : 0);
@@ -368,9 +357,9 @@ void SetAlignment(qint16 alignment)
     form.notes->setSelAlignment(alignment);
 }
 
-void ChooseFont()
+void ChooseFont(Session &session)
 {
-    frmNotes &form = notesForm();
+    frmNotes &form = notesForm(session);
     CommonDialog &dialog = form.CMDialog1;
     dialog.CancelError = true;
     // Cancelling, or any failure on the way, ends it without a word.

@@ -3,72 +3,47 @@
 #include <QString>
 #include <QtGlobal>
 
-#include <functional>
-
 class QPrinter;
 class RichTextBox;
+class Session;
 
 // Every operation on the one document of the notepad: new, open, save, print, the
 // clipboard, the character and paragraph toggles, the font dialog, and finding and
-// replacing. The procedures work on the single frmNotes; without one they raise the
-// run-time error 424.
+// replacing. The procedures work on the session's single frmNotes; without one they raise
+// the run-time error 424. What they remember is the session's NotepadState.
 namespace modEditor {
 
-// The path given by the last open dialog; the next FileSave writes there.
-inline QString CurrentFile;
-// The notes window's colour palette is up.
-inline bool FontPaletteShown = false;
-// The last save wrote no file: its error showed or passed silently, or its save dialog
-// was cancelled; closing keeps such a note open rather than let it go unsaved.
-inline bool SaveFailed = false;
-
-// Finding, kept for as long as the program runs.
-inline QString FindText;
-inline QString ReplaceText;
-inline qint16 MatchCaseSetting = 0;
-inline qint16 WholeWordSetting = 0;
-inline qint16 FindDirection = 0; // 0 up, 1 down
-inline qint32 LastFindStart = 0;
-inline bool FindFirstTime = false;
-inline qint32 BackwardCursor = 0;
-inline QString LastFoundText;
-inline bool LastSearchFound = false;
-inline bool ReplaceRequested = false;
-
-void FileNew();
-void FileOpen();
-QString AskFileToOpen();
-void FileSave();
-void FileSaveAs();
+void FileNew(Session &session);
+void FileOpen(Session &session);
+QString AskFileToOpen(Session &session);
+void FileSave(Session &session);
+void FileSaveAs(Session &session);
 
 // Margins in twips. PrepareForPrinter makes the box wrap its lines at the width the
 // page leaves between the margins and returns the printer that stays bound to it.
-QPrinter *PrepareForPrinter(RichTextBox &rtf, int leftMarginWidth, int rightMarginWidth);
+QPrinter *PrepareForPrinter(Session &session, RichTextBox &rtf, int leftMarginWidth, int rightMarginWidth);
 // Prints the whole text as one job, a page at a time from the place the last page ended.
-void PrintRichText(
-    RichTextBox &rtf, int leftMarginWidth, int topMarginHeight, int rightMarginWidth, int bottomMarginHeight);
-void PrintDocument();
-// The printer of the program, made at its first use.
-QPrinter &Printer();
+void PrintRichText(Session &session, RichTextBox &rtf, int leftMarginWidth, int topMarginHeight,
+    int rightMarginWidth, int bottomMarginHeight);
+void PrintDocument(Session &session);
+// The notepad's printer, made at its first use; the session owns it.
+QPrinter &Printer(Session &session);
 
-void EditCopy();
-void EditCut();
-void EditPaste();
-void EditDelete();
-void SelectAllText();
+void EditCopy(Session &session);
+void EditCut(Session &session);
+void EditPaste(Session &session);
+void EditDelete(Session &session);
+void SelectAllText(Session &session);
 
-void ToggleBold();
-void ToggleItalic();
-void ToggleUnderline();
-void ToggleBullet();
+void ToggleBold(Session &session);
+void ToggleItalic(Session &session);
+void ToggleUnderline(Session &session);
+void ToggleBullet(Session &session);
 // 0 left, 1 right, 2 centre.
-void SetAlignment(qint16 alignment);
-void ChooseFont();
+void SetAlignment(Session &session, qint16 alignment);
+void ChooseFont(Session &session);
 
-void FindNext();
-void ReplaceNext();
-
-// Tests learn of each print job as it ends, with its number of pages.
-void setPrintJobObserver(std::function<void(int pages)> observer);
+void FindNext(Session &session);
+void ReplaceNext(Session &session);
 
 } // namespace modEditor

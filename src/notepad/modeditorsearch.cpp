@@ -5,6 +5,7 @@
 #include "notesform.h"
 
 #include <msgbox.h>
+#include <notepadstate.h>
 #include <richtextbox.h>
 
 #include <QCheckBox>
@@ -18,19 +19,20 @@ QString quoted(const QString &text)
     return u'"' + text + u'"';
 }
 
-void RunSearch(bool replacing)
+void RunSearch(Session &session, bool replacing)
 {
-    frmNotes &form = notesForm();
+    frmNotes &form = notesForm(session);
+    NotepadState &state = session.notepad();
     RichTextBox &notes = *form.notes;
-    frmFind *find = frmFind::instance(true, &form);
+    frmFind *find = frmFind::open(session);
 
     // Places reach the whole note, however long it is.
     const qint32 selStart = notes.SelStart();
-    qint32 offset = selStart == LastFindStart ? 1 : 0;
-    if (FindFirstTime)
+    qint32 offset = selStart == state.LastFindStart ? 1 : 0;
+    if (state.FindFirstTime)
         offset = 0;
     const qint32 start = selStart + offset;
-    const QString findText = FindText;
+    const QString findText = state.FindText;
     const QString text = notes.Text();
     int options = 0;
     if (find->ChWholeWord->isChecked())
@@ -40,7 +42,7 @@ void RunSearch(bool replacing)
     const qint64 findLength = findText.size();
 
     qint64 result = 0;
-    if (FindDirection == 1) {
+    if (state.FindDirection == 1) {
         // Downwards the search begins one place after the start, so a hit at the caret
         // is passed over.
         result = notes.Find(findText, start + 1, int(text.size()), options);
@@ -48,64 +50,65 @@ void RunSearch(bool replacing)
         // The box searches forwards only: upwards is a walk from the top that keeps the
         // last hit before the caret.
         const qint32 end = start == 0 ? 0 : start - 1;
-        BackwardCursor = 0;
+        state.BackwardCursor = 0;
         qint64 previous = 1;
         result = 0;
         for (;;) {
-            if (BackwardCursor > end || previous == result)
+            if (state.BackwardCursor > end || previous == result)
                 break;
             if (result == -1) {
                 result = previous - findLength;
                 break;
             }
-            result = notes.Find(findText, BackwardCursor, end, options);
-            previous = BackwardCursor;
-            BackwardCursor = qint32(findLength + result);
+            result = notes.Find(findText, state.BackwardCursor, end, options);
+            previous = state.BackwardCursor;
+            state.BackwardCursor = qint32(findLength + result);
         }
     }
 
     if (result < 0) {
-        const QString message = findText == LastFoundText && LastSearchFound
+        const QString message = findText == state.LastFoundText && state.LastSearchFound
             ? QStringLiteral("Έχει ολοκληρωθεί η αναζήτηση της συμβολοσειράς ") + quoted(findText)
                 + QStringLiteral(" στην καθορισμένη περιοχή κειμένου")
             : QStringLiteral("Η συμβολοσειρά ") + quoted(findText)
                 + QStringLiteral(" δεν έχει βρεθεί στην καθορισμένη περιοχή κειμένου");
         platform::MsgBox(message, platform::vbOKOnly, platform::ProgramTitle.toString(), &form);
-        LastSearchFound = false;
+        state.LastSearchFound = false;
     } else {
         notes.setSelStart(int(result));
         notes.setSelLength(int(findLength));
         if (replacing)
-            notes.setSelRTF(ReplaceText);
+            notes.setSelRTF(state.ReplaceText);
         form.activateWindow();
         form.setSimpleText(
             QStringLiteral("Γραμμή ") + QString::number(notes.GetLineFromChar(int(result)) + 1));
-        LastSearchFound = true;
+        state.LastSearchFound = true;
     }
-    LastFindStart = notes.SelStart();
-    FindFirstTime = false;
-    LastFoundText = findText;
+    state.LastFindStart = notes.SelStart();
+    state.FindFirstTime = false;
+    state.LastFoundText = findText;
     notes.setFocus();
 }
 
 } // namespace
 
-void FindNext()
+void FindNext(Session &session)
 {
-    RunSearch(false);
+    RunSearch(session, false);
 }
 
-void ReplaceNext()
+void ReplaceNext(Session &session)
 {
-    RichTextBox &notes = *notesForm().notes;
+    const NotepadState &state = session.notepad();
+    RichTextBox &notes = *notesForm(session).notes;
     notes.setFocus();
     // A selection that is the find text, exactly, is replaced, and the search waits for
     // the next press.
-    if (notes.SelText() == FindText) {
-        notes.setSelText(ReplaceText);
+    if (notes.SelText() == state.FindText) {
+        notes.setSelText(state.ReplaceText);
         return;
     }
-    RunSearch(true);
+    RunSearch(session, true);
 }
 
 } // namespace modEditor

@@ -7,6 +7,8 @@
 // An opener shows its window and returns it; a window the shell shows inside itself is
 // returned as the program's widget, and frameOf gives the shell's frame round it.
 
+#include "../support/testsession.h"
+
 #include <btn.h>
 #include <chotword.h>
 #include <frmborderwidth.h>
@@ -91,9 +93,15 @@ inline frmResPhoto *openPhoto(qint32 resourceID)
 }
 
 // The notepad, shown in the shell as its toolbar key shows it.
+// session: the running session, until these windows are handed one.
+inline Session &runningSession()
+{
+    return *Session::current();
+}
+
 inline frmNotes *openNotepad()
 {
-    frmNotes *notes = frmNotes::instance(true);
+    frmNotes *notes = frmNotes::open(runningSession(), true);
     modGlobal::CenterAndShow(notes);
     return notes;
 }
@@ -102,7 +110,7 @@ inline frmNotes *openNotepad()
 // by its key.
 inline frmDrawing *openPainter()
 {
-    auto *drawing = new frmDrawing;
+    auto *drawing = new frmDrawing(runningSession());
     drawing->Load();
     modGlobal::CenterAndShow(drawing);
     return drawing;
@@ -203,20 +211,22 @@ inline QList<ProgramWindow> programWindows()
             }},
         {"notepad_find",
             [](MDIForm1 *) -> QWidget * {
-                frmNotes *notes = openNotepad();
-                frmFind *find = frmFind::instance(true, notes);
+                openNotepad();
+                frmFind *find = frmFind::open(runningSession());
                 find->show();
                 return find;
             }},
         {"notepad_format",
             [](MDIForm1 *) -> QWidget * {
-                frmFormat *format = frmFormat::instance(openNotepad());
+                openNotepad();
+                frmFormat *format = frmFormat::open(runningSession());
                 format->show();
                 return format;
             }},
         {"notepad_bullets",
             [](MDIForm1 *) -> QWidget * {
-                frmBullets *bullets = frmBullets::instance(openNotepad());
+                openNotepad();
+                frmBullets *bullets = frmBullets::open(runningSession());
                 bullets->show();
                 return bullets;
             }},
@@ -282,7 +292,7 @@ inline void closeProgramWindows(MDIForm1 *shell)
 {
     if (frmToolTips *tip = frmToolTips::existing())
         tip->close();
-    if (frmNotes *notes = frmNotes::instance(false))
+    if (frmNotes *notes = frmNotes::open(runningSession(), false))
         notes->NotesDirty = false;
     for (QWidget *w : QApplication::topLevelWidgets()) {
         if (w != shell && w->isVisible())
@@ -300,6 +310,8 @@ inline void closeProgramWindows(MDIForm1 *shell)
 // index in a cache folder of the test's own.
 class WindowsOnTheSample
 {
+    testing::TestSession m_session;
+
 public:
     // False when the sample is not built.
     bool open(const QString &cacheFolder)

@@ -39,6 +39,7 @@ class tst_Accessibility : public QObject
 {
     Q_OBJECT
 
+    testing::TestSession m_session;
     testing::MsgBoxRecorder m_boxes;
     QTemporaryDir m_cache;
 

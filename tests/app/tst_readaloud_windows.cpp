@@ -3,6 +3,7 @@
 // selection or its note, a photograph's caption and legend.
 
 #include "../speech/recordingspeaker.h"
+#include "../support/testsession.h"
 #include "childwindows.h"
 #include "mdiform1.h"
 
@@ -39,6 +40,7 @@ class tst_ReadAloudWindows : public QObject
 {
     Q_OBJECT
 
+    testing::TestSession m_session;
     QPointer<MDIForm1> m_shell;
     testing::RecordingSpeaker *m_speaker = nullptr;
     QStringList m_boxes;
@@ -94,7 +96,7 @@ private slots:
     {
         if (frmToolTips *tip = frmToolTips::existing())
             tip->close();
-        if (frmNotes *notes = frmNotes::instance(false))
+        if (frmNotes *notes = frmNotes::open(m_session, false))
             notes->NotesDirty = false;
         if (m_shell) {
             for (QMdiSubWindow *sub : m_shell->area->subWindowList())
@@ -163,7 +165,7 @@ private slots:
 
     void theNotepadReadsItsSelectionOrElseItsNote()
     {
-        frmNotes *notes = frmNotes::instance(true);
+        frmNotes *notes = frmNotes::open(m_session, true);
         showInShell(notes);
         notes->notes->setText(u"Πρώτη σημείωση. Δεύτερη σημείωση."_s);
         pressSoundKey();

@@ -60,6 +60,7 @@ class tst_TextSize : public QObject
 
     QTemporaryDir m_dir;
     QTemporaryDir m_config;
+    testing::TestSession m_session;
     testing::NotesShell *m_shell = nullptr;
 
     frmTextResource *openText()
@@ -102,7 +103,7 @@ private slots:
     void init()
     {
         TextZoom::instance().reset();
-        m_shell = new testing::NotesShell;
+        m_shell = new testing::NotesShell(m_session);
         m_shell->show();
         QVERIFY(QTest::qWaitForWindowExposed(m_shell));
     }
@@ -111,7 +112,7 @@ private slots:
     {
         if (frmToolTips *tip = frmToolTips::existing())
             tip->close();
-        if (frmNotes *notes = frmNotes::instance(false))
+        if (frmNotes *notes = frmNotes::open(m_session, false))
             notes->NotesDirty = false;
         delete m_shell;
         m_shell = nullptr;

@@ -1,7 +1,10 @@
 #pragma once
 
-// What the painter's tests share: a shell that keeps the drawing window's check mark,
-// boxes and file dialogs answered for the user, and gestures on the canvas.
+// What the painter's tests share: a session for each test, a shell that keeps the drawing
+// window's check mark, boxes and file dialogs answered for the user through the session's
+// recording host, and gestures on the canvas.
+
+#include "../support/testsession.h"
 
 #include <drawingdialog.h>
 #include <drawingtoolbar.h>
@@ -19,11 +22,16 @@
 #include <QMainWindow>
 #include <QMdiArea>
 #include <QMenu>
+#include <QPrinter>
 #include <QTest>
 #include <QTimer>
 
+#include <memory>
+
 namespace testing {
 
+// session: the shell is the process's current one (ShellWindow::setCurrent) until the
+// shell is the session's own window.
 class DrawingShell final : public QMainWindow, public ShellWindow
 {
 public:
@@ -55,37 +63,46 @@ public:
     QAction *mnuDraw;
 };
 
-struct Box
+// The session of one test: made in init(), ended in cleanup().
+class DrawingFixture
 {
-    QString text;
-    int style = 0;
-    QString title;
+public:
+    void beginSession() { m_session = std::make_unique<TestSession>(); }
+    void endSession() { m_session.reset(); }
+
+    Session &session() { return *m_session; }
+    RecordingHost &host() { return *m_session->host; }
+
+private:
+    std::unique_ptr<TestSession> m_session;
 };
 
-// Records each box and answers from a list (OK when the list is empty).
-class AnsweringBoxes : public QList<Box>
+// Records each box the session's host shows and answers from a list (OK when the list
+// is empty).
+class AnsweringBoxes : public QList<ShownBox>
 {
 public:
     QList<int> answers;
 
-    void install()
+    void install(RecordingHost &host)
     {
         clear();
-        platform::setMsgBoxHook([this](const QString &text, int style, const QString &title) {
-            append({text, style, title});
-            return answers.isEmpty() ? int(platform::vbOK) : answers.takeFirst();
-        });
+        answers.clear();
+        host.onBox = [this, &host](const ShownBox &box) {
+            append(box);
+            host.answers = {answers.isEmpty() ? int(platform::vbOK) : answers.takeFirst()};
+        };
     }
-    ~AnsweringBoxes() { platform::setMsgBoxHook({}); }
 };
 
 // Answers the file and print dialogs: a name to choose, or a cancel.
 class AnsweringDialogs
 {
 public:
+    using Action = platform::DialogRequest::Kind;
     struct Shown
     {
-        drawing::CommonDialog::Action action;
+        Action action;
         QString title;
         int flags;
         QString filter;
@@ -93,27 +110,29 @@ public:
     };
     QList<Shown> shown;
     QList<QString> names; // an empty name cancels
-    std::function<void(drawing::CommonDialog &)> onPrint;
+    std::function<void(QPrinter &)> onPrint;
 
-    AnsweringDialogs()
+    void install(RecordingHost &host)
     {
-        drawing::CommonDialog::setHook(
-            [this](drawing::CommonDialog &d, drawing::CommonDialog::Action action) {
-                shown.append({action, d.DialogTitle, d.Flags, d.Filter, d.DefaultExt});
-                if (action == drawing::CommonDialog::Action::Print) {
-                    if (!onPrint)
-                        return false;
-                    onPrint(d);
-                    return true;
+        shown.clear();
+        names.clear();
+        onPrint = {};
+        host.onDialog = [this](const platform::DialogRequest &request) {
+            shown.append({request.kind, request.title, request.flags, request.filter,
+                request.defaultSuffix.isEmpty() ? QString() : u'.' + request.defaultSuffix});
+            platform::DialogAnswer answer;
+            if (request.kind == Action::Print) {
+                if (onPrint && request.printer) {
+                    onPrint(*request.printer);
+                    answer.accepted = true;
                 }
-                const QString name = names.isEmpty() ? QString() : names.takeFirst();
-                if (name.isEmpty())
-                    return false;
-                d.FileName = name;
-                return true;
-            });
+                return answer;
+            }
+            answer.fileName = names.isEmpty() ? QString() : names.takeFirst();
+            answer.accepted = !answer.fileName.isEmpty();
+            return answer;
+        };
     }
-    ~AnsweringDialogs() { drawing::CommonDialog::setHook({}); }
 };
 
 inline double tw(int pixels)

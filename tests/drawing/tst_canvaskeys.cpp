@@ -13,7 +13,8 @@ namespace {
 struct MapWindow
 {
     frmDrawing w;
-    MapWindow(QSize map = QSize(2400, 1800))
+    explicit MapWindow(Session &session, QSize map = QSize(2400, 1800))
+        : w(session)
     {
         w.Load();
         QImage picture(map, QImage::Format_RGB32);
@@ -39,18 +40,23 @@ const int Step = CanvasScrollKeys::StepPixels;
 
 } // namespace
 
-class tst_CanvasKeys : public QObject
+class tst_CanvasKeys : public QObject, public DrawingFixture
 {
     Q_OBJECT
 
     AnsweringBoxes boxes;
 
 private slots:
-    void init() { boxes.install(); }
+    void init()
+    {
+        beginSession();
+        boxes.install(host());
+    }
+    void cleanup() { endSession(); }
 
     void arrowsScrollAStepEachWay()
     {
-        MapWindow t;
+        MapWindow t(session());
         QVERIFY(t.w.HS->isVisible());
         QVERIFY(t.w.VS->isVisible());
         QCOMPARE(t.at(), QPoint(0, 0));
@@ -71,7 +77,7 @@ private slots:
 
     void pageKeysScrollWhatTheWindowShowsAndShiftScrollsAcross()
     {
-        MapWindow t;
+        MapWindow t(session());
         const int pageDown = t.w.picContainer->height() - Step;
         const int pageAcross = t.w.picContainer->width() - Step;
         t.press(Qt::Key_PageDown);
@@ -86,7 +92,7 @@ private slots:
 
     void homeAndEndGoToTheEdgesAndWithCtrlToTheCorners()
     {
-        MapWindow t;
+        MapWindow t(session());
         const int farRight = -platform::pixelsFromTwipsX(t.w.HS->maximum());
         const int farDown = -platform::pixelsFromTwipsY(t.w.VS->maximum());
         QVERIFY(farRight < -1000);
@@ -114,7 +120,7 @@ private slots:
 
     void aMapThatFitsAcrossOnlyScrollsDown()
     {
-        MapWindow t(QSize(100, 2000));
+        MapWindow t(session(), QSize(100, 2000));
         QVERIFY(!t.w.HS->isVisible());
         t.press(Qt::Key_Right);
         t.press(Qt::Key_End);
@@ -125,7 +131,7 @@ private slots:
 
     void keysElsewhereInTheWindowDoNotScroll()
     {
-        MapWindow t;
+        MapWindow t(session());
         QToolButton *pen = t.w.tlbTools->Buttons(QStringLiteral("Pen"));
         QVERIFY(pen);
         pen->setFocus();

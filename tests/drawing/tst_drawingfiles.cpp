@@ -19,7 +19,8 @@ const QString SaveQuestion = QStringLiteral("Θέλετε να αποθηκεύ�
 struct Window
 {
     frmDrawing w;
-    Window()
+    explicit Window(Session &session)
+        : w(session)
     {
         w.Load();
         w.show();
@@ -47,23 +48,23 @@ quint16 bitsPerPixel(const QString &path)
 
 } // namespace
 
-class tst_DrawingFiles : public QObject
+class tst_DrawingFiles : public QObject, public DrawingFixture
 {
     Q_OBJECT
 
 private slots:
     void init()
     {
-        boxes.install();
-        dialogs.names.clear();
-        dialogs.shown.clear();
-        dialogs.onPrint = {};
+        beginSession();
+        boxes.install(host());
+        dialogs.install(host());
         QVERIFY(dir.isValid());
     }
+    void cleanup() { endSession(); }
 
     void saveThenOpenGivesTheSameBitsInATwentyFourBitFile()
     {
-        Window t;
+        Window t(session());
         const QImage picture = patterned(QSize(37, 23));
         t.w.picPhoto->setPicture(picture);
         const QString path = dir.filePath(QStringLiteral("ζωγραφιά.bmp"));
@@ -75,7 +76,7 @@ private slots:
         QCOMPARE(dialogs.shown.last().defaultExt, QStringLiteral(".bmp"));
         QCOMPARE(bitsPerPixel(path), quint16(24));
 
-        Window other;
+        Window other(session());
         dialogs.names = {path};
         other.click(QStringLiteral("Open"));
         QCOMPARE(dialogs.shown.last().title, QStringLiteral("Άνοιγμα εικόνας"));
@@ -90,7 +91,7 @@ private slots:
 
     void saveWithAFileWritesOverItWithoutADialog()
     {
-        Window t;
+        Window t(session());
         const QString path = dir.filePath(QStringLiteral("a.bmp"));
         t.w.picPhoto->setPicture(patterned(QSize(10, 10)));
         dialogs.names = {path};
@@ -104,7 +105,7 @@ private slots:
 
     void afterSaveExitStillAsks()
     {
-        Window t;
+        Window t(session());
         t.w.picPhoto->setPicture(patterned(QSize(10, 10)));
         dialogs.names = {dir.filePath(QStringLiteral("b.bmp"))};
         t.click(QStringLiteral("Save"));
@@ -119,7 +120,7 @@ private slots:
 
     void closingByTheFrameAfterDrawingAsksAndCancelKeepsTheWindow()
     {
-        Window t;
+        Window t(session());
         stroke(t.w, {QPoint(5, 5), QPoint(40, 30)});
         QVERIFY(t.w.PictureChangedSinceKept());
         boxes.answers = {platform::vbCancel};
@@ -138,7 +139,7 @@ private slots:
 
     void closingByTheFrameWithYesSavesTheDrawingFirst()
     {
-        Window t;
+        Window t(session());
         stroke(t.w, {QPoint(5, 5), QPoint(40, 30)});
         const QString path = dir.filePath(QStringLiteral("πριν το κλείσιμο.bmp"));
         dialogs.names = {path};
@@ -151,13 +152,13 @@ private slots:
     void closingAnUntouchedOrJustSavedPictureAsksNothing()
     {
         {
-            Window t;
+            Window t(session());
             t.w.setMapPicture(QStringLiteral(TREMIDIA_SOURCE_DIR "/src/resources/svg/XARTIS.svg"));
             QVERIFY(!t.w.PictureChangedSinceKept());
             t.w.close();
             QVERIFY(boxes.isEmpty());
         }
-        Window t;
+        Window t(session());
         stroke(t.w, {QPoint(5, 5), QPoint(40, 30)});
         dialogs.names = {dir.filePath(QStringLiteral("saved.bmp"))};
         t.click(QStringLiteral("SaveAs"));
@@ -168,7 +169,7 @@ private slots:
 
     void exitAsksOnceAndTheClosingThatFollowsAsksNothingMore()
     {
-        Window t;
+        Window t(session());
         stroke(t.w, {QPoint(5, 5), QPoint(40, 30)});
         boxes.answers = {platform::vbNo};
         t.click(QStringLiteral("Exit"));
@@ -178,7 +179,7 @@ private slots:
 
     void emptyUntouchedCanvasAsksNothing()
     {
-        Window t;
+        Window t(session());
         t.click(QStringLiteral("New"));
         dialogs.names = {QString()};
         t.click(QStringLiteral("Open"));
@@ -190,7 +191,7 @@ private slots:
 
     void cancelInTheSaveDialogWithNoFileStopsTheCommand()
     {
-        Window t;
+        Window t(session());
         const QImage picture = patterned(QSize(10, 10));
         t.w.picPhoto->setPicture(picture);
         boxes.answers = {platform::vbYes, platform::vbYes};
@@ -204,7 +205,7 @@ private slots:
 
     void yesWhoseSaveWritesNothingIsACancelEvenAfterAnEarlierFile()
     {
-        Window t;
+        Window t(session());
         // An open that failed leaves its name in the dialog and none in the window.
         const QString path = dir.filePath(QStringLiteral("not-a-picture.bmp"));
         QFile f(path);
@@ -233,7 +234,7 @@ private slots:
 
     void cancelledOpenMakesThePresentDrawingTheStartingPicture()
     {
-        Window t;
+        Window t(session());
         const QImage picture = patterned(QSize(10, 10));
         t.w.picPhoto->setPicture(picture);
         boxes.answers = {platform::vbNo};
@@ -245,7 +246,7 @@ private slots:
 
     void failedOpenTellsAndKeepsThePicture()
     {
-        Window t;
+        Window t(session());
         const QString path = dir.filePath(QStringLiteral("broken.bmp"));
         QFile f(path);
         QVERIFY(f.open(QIODevice::WriteOnly));
@@ -262,7 +263,7 @@ private slots:
 
     void failedSaveTellsAndKeepsTheName()
     {
-        Window t;
+        Window t(session());
         t.w.picPhoto->setPicture(patterned(QSize(10, 10)));
         const QString path = dir.filePath(QStringLiteral("missing/folder/d.bmp"));
         dialogs.names = {path};
@@ -274,7 +275,7 @@ private slots:
 
     void newKeepsTheFileNameAndEmptiesTheCanvas()
     {
-        Window t;
+        Window t(session());
         const QString path = dir.filePath(QStringLiteral("e.bmp"));
         patterned(QSize(300, 300)).save(path, "BMP");
         dialogs.names = {path};
@@ -289,12 +290,12 @@ private slots:
 
     void copyThenPasteBringsThePictureBack()
     {
-        Window t;
+        Window t(session());
         const QImage picture = patterned(QSize(16, 9));
         t.w.picPhoto->setPicture(picture);
         t.click(QStringLiteral("Copy"));
         QCOMPARE(QGuiApplication::clipboard()->image().convertToFormat(QImage::Format_RGB32), picture);
-        Window other;
+        Window other(session());
         other.click(QStringLiteral("Paste"));
         QCOMPARE(other.w.picPhoto->Picture(), picture);
         QCOMPARE(other.w.InitialPicture(), picture);
@@ -302,7 +303,7 @@ private slots:
 
     void textOnTheClipboardKeepsPasteSilent()
     {
-        Window t;
+        Window t(session());
         t.w.picPhoto->setPicture(patterned(QSize(16, 9)));
         QGuiApplication::clipboard()->setText(QStringLiteral("κείμενο"));
         const QImage before = t.w.picPhoto->Picture();
@@ -313,7 +314,7 @@ private slots:
 
     void aMetafileThatDoesNotDecodeLeavesThePictureAlone()
     {
-        Window t;
+        Window t(session());
         t.w.picPhoto->setPicture(patterned(QSize(16, 9)));
         const QImage before = t.w.picPhoto->Picture();
         auto *data = new QMimeData;
@@ -329,14 +330,14 @@ private slots:
 
     void wideDrawingPrintsLandscapeAcrossThePage()
     {
-        Window t;
+        Window t(session());
         t.w.picPhoto->setPicture(patterned(QSize(300, 100)));
         const QString pdf = dir.filePath(QStringLiteral("print.pdf"));
         QPrinter *used = nullptr;
-        dialogs.onPrint = [&](drawing::CommonDialog &d) {
-            d.Printer().setOutputFormat(QPrinter::PdfFormat);
-            d.Printer().setOutputFileName(pdf);
-            used = &d.Printer();
+        dialogs.onPrint = [&](QPrinter &printer) {
+            printer.setOutputFormat(QPrinter::PdfFormat);
+            printer.setOutputFileName(pdf);
+            used = &printer;
         };
         t.click(QStringLiteral("Print"));
         QVERIFY(boxes.isEmpty());
@@ -376,7 +377,7 @@ private slots:
 
     void cancelledPrintIsSilent()
     {
-        Window t;
+        Window t(session());
         t.w.picPhoto->setPicture(patterned(QSize(30, 10)));
         t.click(QStringLiteral("Print"));
         QVERIFY(boxes.isEmpty());
@@ -384,10 +385,10 @@ private slots:
 
     void printingNoPictureTellsOfThePrinter()
     {
-        Window t;
-        dialogs.onPrint = [&](drawing::CommonDialog &d) {
-            d.Printer().setOutputFormat(QPrinter::PdfFormat);
-            d.Printer().setOutputFileName(dir.filePath(QStringLiteral("none.pdf")));
+        Window t(session());
+        dialogs.onPrint = [&](QPrinter &printer) {
+            printer.setOutputFormat(QPrinter::PdfFormat);
+            printer.setOutputFileName(dir.filePath(QStringLiteral("none.pdf")));
         };
         t.click(QStringLiteral("Print"));
         QCOMPARE(boxes.size(), 1);

@@ -4,7 +4,6 @@
 // activity and the shell all stay as they were.
 #include "../app/shellcontent.h"
 #include "../support/deferreddeletes.h"
-#include "../support/msgboxrecorder.h"
 #include "drawingtesting.h"
 
 #include <btn.h>
@@ -30,12 +29,12 @@ const QString SaveQuestion = QStringLiteral("Θέλετε να αποθηκεύ�
 
 } // namespace
 
-class tst_DrawingKept : public QObject
+class tst_DrawingKept : public QObject, public DrawingFixture
 {
     Q_OBJECT
 
     ShellContent *m_content = nullptr;
-    MsgBoxRecorder m_boxes;
+    AnsweringBoxes m_boxes;
     int m_ends = 0;
     int m_startScreens = 0;
 
@@ -51,7 +50,7 @@ class tst_DrawingKept : public QObject
     {
         Opened o;
         o.shell = static_cast<MDIForm1 *>(ShellWindow::instance());
-        modGlobal::gScenarioID = 10;
+        modGlobal::gScenarioID = 10; // session: the shell's scenario, until it is the session's
         o.shell->setSelectedActivity(106);
         o.shell->show();
         o.tile = o.shell->Tiles().value(2);
@@ -106,6 +105,8 @@ private slots:
         registerChildWindows();
         m_content = new ShellContent;
         QVERIFY(m_content->open());
+        // session: the shell's own start screen and end are still set here until the
+        // shell is the session's.
         MDIForm1::registerDefaultInstance();
         MDIForm1::setStartScreenFactory([this] {
             ++m_startScreens;
@@ -117,12 +118,14 @@ private slots:
     void cleanupTestCase()
     {
         delete m_content;
+        // session: the shell's content is still modGlobal's until the shell is the session's.
         modGlobal::gDatabase.reset();
     }
 
     void init()
     {
-        m_boxes.install();
+        beginSession();
+        m_boxes.install(host());
         m_ends = 0;
         m_startScreens = 0;
     }
@@ -130,13 +133,14 @@ private slots:
     void cleanup()
     {
         // Everything goes now, with OK (which is "No") to any question.
-        m_boxes.install();
+        m_boxes.install(host());
         for (QWidget *w : QApplication::topLevelWidgets())
             w->close();
         flushDeletes();
         for (QWidget *w : QApplication::topLevelWidgets())
             delete w;
         flushDeletes();
+        endSession();
         QCOMPARE(ShellWindow::existing(), nullptr);
     }
 
@@ -170,6 +174,7 @@ private slots:
         QCOMPARE(tiles.size(), 6);
 
         AnsweringDialogs dialogs;
+        dialogs.install(host());
         if (answer.startsWith(u"Άκυρο")) {
             m_boxes.answers = {platform::vbCancel};
         } else {
@@ -199,6 +204,7 @@ private slots:
         QVERIFY(shell);
         QVERIFY(shell->isVisible());
         QCOMPARE(shell->ActivityID(), 106);
+        // session: the shell's activity, until it is the session's.
         QCOMPARE(modGlobal::gActivityID, 106);
         for (const QPointer<frmSmallButton> &tile : std::as_const(tiles)) {
             QVERIFY(tile);
@@ -227,7 +233,7 @@ private slots:
 
     void copyOfAnEmptyCanvasLeavesTheClipboardAsItWas()
     {
-        frmDrawing w;
+        frmDrawing w(session());
         w.Load();
         QGuiApplication::clipboard()->setText(QStringLiteral("ό,τι είχε"));
         emit w.tlbGeneral->ButtonClick(QStringLiteral("Copy"));
@@ -238,7 +244,7 @@ private slots:
 
     void pasteOrDropOfDataThatIsNoPictureChangesNothingAndAsksNothing()
     {
-        frmDrawing w;
+        frmDrawing w(session());
         w.Load();
         w.show();
         chooseTool(w, QStringLiteral("Pen"));

@@ -4,6 +4,7 @@
 #include "drawingtesting.h"
 
 #include <childwindows.h>
+#include <drawingwindows.h>
 #include <frmsmallbutton.h>
 #include <mdiform1.h>
 #include <modglobal.h>
@@ -19,7 +20,7 @@
 
 using namespace testing;
 
-class tst_DrawingMapTile : public QObject
+class tst_DrawingMapTile : public QObject, public DrawingFixture
 {
     Q_OBJECT
 
@@ -36,10 +37,17 @@ private slots:
     void cleanupTestCase()
     {
         delete m_content;
+        // session: the shell's content is still modGlobal's until the shell is the session's.
         modGlobal::gDatabase.reset();
     }
 
-    void init() { boxes.install(); }
+    void init()
+    {
+        beginSession();
+        registerDrawingWindows(session());
+        boxes.install(host());
+    }
+    void cleanup() { endSession(); }
 
     void mapTileOpensADrawingWindowWithTheMapToDrawOn()
     {
@@ -87,6 +95,7 @@ private slots:
         QCOMPARE(drawing->picPhoto->Picture(), drawn);
         QTemporaryDir dir;
         AnsweringDialogs dialogs;
+        dialogs.install(host());
         dialogs.names = {dir.filePath(QStringLiteral("χάρτης.bmp"))};
         drawing->tlbGeneral_ButtonClick(QStringLiteral("SaveAs"));
         QCOMPARE(
@@ -100,6 +109,8 @@ private slots:
 
     void theShellsDrawingWindowComesAndGoesWithItsMenuCheck()
     {
+        // session: the shell's own start screen is still set here until the shell is the
+        // session's.
         MDIForm1::registerDefaultInstance();
         MDIForm1::setStartScreenFactory([] { return new QWidget; });
         auto *shell = static_cast<MDIForm1 *>(ShellWindow::instance());
@@ -139,8 +150,10 @@ private slots:
     void closingAWindowOfTheSearchUnghostsItsItem()
     {
         QStringList unghosted;
+        // session: the search list's un-ghosting is still the viewers' table until it is
+        // the session's.
         viewerlinks::setSearchItemUnghoster([&](const QString &tag) { unghosted.append(tag); });
-        auto *fromSearch = qobject_cast<frmDrawing *>(SourceViewer::create(SourceViewer::Kind::Map));
+        auto *fromSearch = qobject_cast<frmDrawing *>(session().makeViewer(int(SourceViewer::Kind::Map)));
         QVERIFY(fromSearch);
         fromSearch->setAttribute(Qt::WA_DeleteOnClose);
         fromSearch->Load();

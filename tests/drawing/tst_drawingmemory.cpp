@@ -1,7 +1,6 @@
 // A picture too large for the memory left: drawing on it gives the program's error box
 // (7) and the picture stays as it was, instead of writing through a row that was never
 // allocated.
-#include "../support/msgboxrecorder.h"
 #include "drawingtesting.h"
 
 #include <sys/resource.h>
@@ -88,20 +87,25 @@ private:
 
 } // namespace
 
-class tst_DrawingMemory : public QObject
+class tst_DrawingMemory : public QObject, public DrawingFixture
 {
     Q_OBJECT
 
-    MsgBoxRecorder m_boxes;
+    AnsweringBoxes m_boxes;
 
 private slots:
-    void init() { m_boxes.install(); }
+    void init()
+    {
+        beginSession();
+        m_boxes.install(host());
+    }
+    void cleanup() { endSession(); }
 
     void drawingOnAPictureTooLargeForTheMemoryLeftIsErrorSeven()
     {
         if (AddressSanitizer)
             QSKIP("the address sanitizer reserves more address space than any limit leaves");
-        frmDrawing w;
+        frmDrawing w(session());
         w.Load();
         w.show();
         QImage big(8000, 8000, QImage::Format_RGB32);
@@ -136,7 +140,7 @@ private slots:
 
     void aPastedBitmapLargerThanAPictureFileMayBeIsErrorSevenAndChangesNothing()
     {
-        frmDrawing w;
+        frmDrawing w(session());
         w.Load();
         const QImage picture = solidPicture(QSize(30, 20), Qt::green);
         w.picPhoto->setPicture(picture);

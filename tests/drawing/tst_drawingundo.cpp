@@ -10,7 +10,8 @@ namespace {
 struct Window
 {
     frmDrawing w;
-    Window()
+    explicit Window(Session &session)
+        : w(session)
     {
         w.Load();
         w.show();
@@ -20,16 +21,21 @@ struct Window
 
 } // namespace
 
-class tst_DrawingUndo : public QObject
+class tst_DrawingUndo : public QObject, public DrawingFixture
 {
     Q_OBJECT
 
 private slots:
-    void init() { boxes.install(); }
+    void init()
+    {
+        beginSession();
+        boxes.install(host());
+    }
+    void cleanup() { endSession(); }
 
     void undoOnAFreshWindowEmptiesAndASecondBringsThePictureBack()
     {
-        Window t;
+        Window t(session());
         const QImage map = solidPicture(QSize(60, 40), Qt::yellow);
         t.w.picPhoto->setPicture(map);
         t.click(QStringLiteral("Undo"));
@@ -42,7 +48,7 @@ private slots:
 
     void twoStrokesThenThreeUndosAlternate()
     {
-        Window t;
+        Window t(session());
         chooseTool(t.w, QStringLiteral("Pen"));
         stroke(t.w, {{5, 5}, {20, 5}});
         const QImage afterFirst = t.w.picPhoto->Picture();
@@ -62,7 +68,7 @@ private slots:
 
     void undoExchangesPicturesWithoutCopying()
     {
-        Window t;
+        Window t(session());
         chooseTool(t.w, QStringLiteral("Pen"));
         stroke(t.w, {{5, 5}, {20, 5}});
         const qint64 committed = t.w.picPhoto->Picture().cacheKey();
@@ -74,7 +80,7 @@ private slots:
 
     void arrowClickThenUndoKeepsWhatIsOnScreen()
     {
-        Window t;
+        Window t(session());
         chooseTool(t.w, QStringLiteral("Pen"));
         stroke(t.w, {{5, 5}, {20, 5}});
         const QImage drawn = t.w.picPhoto->Picture();
@@ -87,7 +93,7 @@ private slots:
 
     void pictureOnATilesDrawingWithoutOpenEmptiesTheCanvas()
     {
-        Window t;
+        Window t(session());
         const QImage map = solidPicture(QSize(80, 60), Qt::cyan);
         t.w.picPhoto->setPicture(map);
         t.w.SetScrollBars();
@@ -100,7 +106,7 @@ private slots:
 
     void pictureAfterAPressOnTheMapCanBeUndone()
     {
-        Window t;
+        Window t(session());
         const QImage map = solidPicture(QSize(80, 60), Qt::cyan);
         t.w.picPhoto->setPicture(map);
         stroke(t.w, {{3, 3}});
@@ -112,7 +118,7 @@ private slots:
 
     void newLeavesTheUndoPicture()
     {
-        Window t;
+        Window t(session());
         chooseTool(t.w, QStringLiteral("Pen"));
         stroke(t.w, {{5, 5}, {20, 5}});
         const QImage before = t.w.UndoPicture();

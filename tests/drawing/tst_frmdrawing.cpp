@@ -33,7 +33,8 @@ QRgb rgb(quint32 color)
 struct Window
 {
     frmDrawing w;
-    Window()
+    explicit Window(Session &session)
+        : w(session)
     {
         w.Load();
         w.show();
@@ -43,16 +44,21 @@ struct Window
 
 } // namespace
 
-class tst_frmDrawing : public QObject
+class tst_frmDrawing : public QObject, public DrawingFixture
 {
     Q_OBJECT
 
 private slots:
-    void init() { boxes.install(); }
+    void init()
+    {
+        beginSession();
+        boxes.install(host());
+    }
+    void cleanup() { endSession(); }
 
     void loadStartsWithArrowBlackWidthOneAndSolidFill()
     {
-        Window t;
+        Window t(session());
         QCOMPARE(t.w.windowTitle(), QStringLiteral("Σχεδιαστήριο"));
         QCOMPARE(t.w.CurrentTool(), frmDrawing::Arrow);
         QCOMPARE(t.w.picPhoto->MousePointer(), 0);
@@ -70,7 +76,7 @@ private slots:
 
     void windowSizedBelowTheSmallestSnapsBackWidthFirst()
     {
-        Window t;
+        Window t(session());
         t.w.resize(100, 100);
         QTRY_COMPARE(platform::twipsFromPixelsX(t.w.width()), frmDrawing::MinimumWidth);
         QVERIFY(platform::twipsFromPixelsX(t.w.width() - 1) < frmDrawing::MinimumWidth);
@@ -80,7 +86,7 @@ private slots:
 
     void emptyCanvasFillsTheContainerAndNeverShowsScrollBars()
     {
-        Window t;
+        Window t(session());
         t.w.resize(700, 500);
         QTRY_COMPARE(t.w.width(), 700);
         QCOMPARE(t.w.picPhoto->width(), t.w.picContainer->width() - 10);
@@ -95,7 +101,7 @@ private slots:
 
     void pictureAtMostTheMarginSmallerThanTheContainerShowsNoScrollBar()
     {
-        Window t;
+        Window t(session());
         const QSize room = t.w.picContainer->size();
         t.w.picPhoto->setPicture(solidPicture(room - QSize(10, 10), Qt::red));
         t.w.SetScrollBars();
@@ -112,7 +118,7 @@ private slots:
 
     void scrollingMovesTheCanvasByTwips()
     {
-        Window t;
+        Window t(session());
         t.w.picPhoto->setPicture(solidPicture(QSize(1500, 1200), Qt::green));
         t.w.SetScrollBars();
         QVERIFY(t.w.HS->isVisible() && t.w.VS->isVisible());
@@ -125,7 +131,7 @@ private slots:
 
     void aBigMapScrollsToItsLastRowAndColumnAndIsDrawnThere()
     {
-        Window t;
+        Window t(session());
         const QSize map(6000, 4500);
         t.w.picPhoto->setPicture(solidPicture(map, Qt::white));
         t.w.SetScrollBars();
@@ -153,7 +159,7 @@ private slots:
 
     void aRealDragOnTheCanvasDrawsAndCommits()
     {
-        Window t;
+        Window t(session());
         chooseTool(t.w, QStringLiteral("Line"));
         QTest::mousePress(t.w.picPhoto, Qt::LeftButton, {}, QPoint(10, 40));
         QVERIFY(t.w.MouseIsDown());
@@ -166,7 +172,7 @@ private slots:
 
     void rightButtonDrawsLikeTheLeft()
     {
-        Window t;
+        Window t(session());
         chooseTool(t.w, QStringLiteral("Pen"));
         stroke(t.w, {{10, 10}, {30, 10}}, 2);
         QCOMPARE(t.w.picPhoto->Picture().pixel(20, 10), rgb(0));
@@ -174,7 +180,7 @@ private slots:
 
     void releaseWithoutPressReachesTheToolAndCommits()
     {
-        Window t;
+        Window t(session());
         chooseTool(t.w, QStringLiteral("Rectangle"));
         stroke(t.w, {{10, 10}, {40, 30}});
         const QImage first = t.w.picPhoto->Picture();
@@ -190,7 +196,7 @@ private slots:
 
     void movesWithoutAPressDoNothing()
     {
-        Window t;
+        Window t(session());
         chooseTool(t.w, QStringLiteral("Pen"));
         t.w.picPhoto->CurrentX = 0;
         t.w.picPhoto->CurrentY = 0;
@@ -200,7 +206,7 @@ private slots:
 
     void clickWithArrowReplacesTheUndoPictureWithThePresentOne()
     {
-        Window t;
+        Window t(session());
         const QImage picture = solidPicture(QSize(50, 40), Qt::blue);
         t.w.picPhoto->setPicture(picture);
         stroke(t.w, {{5, 5}});
@@ -210,10 +216,10 @@ private slots:
 
     void rubberBandDragUpAndLeftGivesTheSameBox()
     {
-        Window a;
+        Window a(session());
         chooseTool(a.w, QStringLiteral("Rectangle"));
         stroke(a.w, {{10, 12}, {25, 30}, {40, 44}});
-        Window b;
+        Window b(session());
         chooseTool(b.w, QStringLiteral("Rectangle"));
         b.w.picPhoto->resize(a.w.picPhoto->size());
         stroke(b.w, {{40, 44}, {20, 20}, {10, 12}});
@@ -224,7 +230,7 @@ private slots:
 
     void rubberBandsShowOnlyDuringTheGestureAndLeaveThePicture()
     {
-        Window t;
+        Window t(session());
         chooseTool(t.w, QStringLiteral("FilledEllipse"));
         const QImage before = t.w.picPhoto->Picture();
         t.w.picPhoto_MouseDown(1, 0, tw(5), tw(5));
@@ -250,7 +256,7 @@ private slots:
 
     void rectangleWithAHatchChosenDrawsUnfilledAndKeepsTheStyle()
     {
-        Window t;
+        Window t(session());
         t.w.vFormFillStyle_NewFillStyle(2);
         t.w.vFormFillColor_NewColor(0x0000FF);
         chooseTool(t.w, QStringLiteral("Rectangle"));
@@ -267,7 +273,7 @@ private slots:
 
     void filledRectangleUsesTheChosenPattern()
     {
-        Window t;
+        Window t(session());
         t.w.vFormFillStyle_NewFillStyle(3);
         t.w.vFormFillColor_NewColor(0x0000FF);
         chooseTool(t.w, QStringLiteral("FilledRectangle"));
@@ -278,7 +284,7 @@ private slots:
 
     void penWithoutAMoveDrawsNothingAndLineDrawsADot()
     {
-        Window t;
+        Window t(session());
         chooseTool(t.w, QStringLiteral("Pen"));
         stroke(t.w, {{20, 20}});
         QCOMPARE(t.w.picPhoto->Picture().pixel(20, 20), rgb(White));
@@ -290,7 +296,7 @@ private slots:
 
     void penDrawsWithTheOutlineColourAndWidth()
     {
-        Window t;
+        Window t(session());
         t.w.vFormBorderColor_NewColor(0x00FF00);
         t.w.vFormBorderWidth_NewBorderWidth(5);
         chooseTool(t.w, QStringLiteral("Pen"));
@@ -302,7 +308,7 @@ private slots:
 
     void floodFillOutsideThePictureSeedsWithMinusOneAndChangesNothing()
     {
-        Window t;
+        Window t(session());
         chooseTool(t.w, QStringLiteral("FloodFill"));
         const QImage before = t.w.picPhoto->Image();
         QCOMPARE(t.w.picPhoto->Point(tw(-3), tw(5)), qint64(-1));
@@ -313,7 +319,7 @@ private slots:
 
     void floodFillActsOnThePressAloneAndTheReleaseStillCommits()
     {
-        Window t;
+        Window t(session());
         t.w.vFormFillColor_NewColor(0x0000FF);
         chooseTool(t.w, QStringLiteral("FloodFill"));
         const QImage before = t.w.picPhoto->Picture();
@@ -329,7 +335,7 @@ private slots:
 
     void floodFillFillsTheSeedsSurfaceWithTheHatch()
     {
-        Window t;
+        Window t(session());
         chooseTool(t.w, QStringLiteral("Rectangle"));
         stroke(t.w, {{10, 10}, {50, 50}});
         t.w.vFormFillStyle_NewFillStyle(drawing::Cross);
@@ -363,7 +369,7 @@ private slots:
         QFETCH(QString, key);
         QFETCH(int, tool);
         QFETCH(QList<bool>, enabled);
-        Window t;
+        Window t(session());
         chooseTool(t.w, QStringLiteral("Pen"));
         QTest::mouseClick(t.w.tlbTools->Buttons(key), Qt::LeftButton);
         QCOMPARE(t.w.CurrentTool(), tool);
@@ -376,7 +382,7 @@ private slots:
 
     void toolTipsAndOrderOfTheToolbars()
     {
-        Window t;
+        Window t(session());
         QCOMPARE(t.w.tlbTools->keys(),
             QStringList({u"Arrow"_s, u"Pen"_s, u"Line"_s, u"Ellipse"_s, u"Rectangle"_s, u"FilledEllipse"_s,
                 u"FilledRectangle"_s, u"FloodFill"_s, u"Text"_s}));
@@ -391,7 +397,7 @@ private slots:
 
     void floodFillChoiceLeavesWidthAndColourAsTheyWere()
     {
-        Window t;
+        Window t(session());
         t.w.vFormBorderColor_NewColor(0x123456);
         t.w.vFormBorderWidth_NewBorderWidth(4);
         chooseTool(t.w, QStringLiteral("FloodFill"));
@@ -403,7 +409,7 @@ private slots:
 
     void unknownKeyShowsItself()
     {
-        Window t;
+        Window t(session());
         t.w.tlbGeneral_ButtonClick(QStringLiteral("Nothing"));
         QCOMPARE(boxes.size(), 1);
         QCOMPARE(boxes.first().text, QStringLiteral("Nothing"));
@@ -412,7 +418,7 @@ private slots:
 
     void paletteHangsUnderItsButton()
     {
-        Window t;
+        Window t(session());
         t.w.move(20, 20);
         t.w.tlbGeneral_ButtonClick(QStringLiteral("Shape"));
         frmPastePicture *palette = t.w.PastePicture();
@@ -426,7 +432,7 @@ private slots:
 
     void paletteNearTheRightScreenEdgeMeetsIt()
     {
-        Window t;
+        Window t(session());
         const int screenWidth = QGuiApplication::primaryScreen()->geometry().width();
         const QToolButton *button = t.w.tlbGeneral->Buttons(QStringLiteral("Shape"));
         t.w.move(screenWidth - button->x() - 20, 10);
@@ -440,7 +446,7 @@ private slots:
 
     void afterTextTheOutlinePaletteOpensAndItsColourBecomesTheTexts()
     {
-        Window t;
+        Window t(session());
         t.w.vFormBorderColor_NewColor(0x003333);
         chooseTool(t.w, QStringLiteral("Text"));
         QToolButton *button = t.w.tlbGeneral->Buttons(QStringLiteral("BorderColor"));
@@ -463,7 +469,7 @@ private slots:
 
     void fillColourPaletteStartsAtTheFillColour()
     {
-        Window t;
+        Window t(session());
         t.w.vFormFillColor_NewColor(0xFFFFFF);
         chooseTool(t.w, QStringLiteral("FilledRectangle"));
         t.w.tlbGeneral_ButtonClick(QStringLiteral("FillColor"));
@@ -480,7 +486,7 @@ private slots:
 
     void widthAndPatternPalettesStartAtTheCanvasValuesAndSetAllThree()
     {
-        Window t;
+        Window t(session());
         t.w.vFormBorderWidth_NewBorderWidth(3);
         t.w.vFormFillStyle_NewFillStyle(4);
         chooseTool(t.w, QStringLiteral("FilledEllipse"));
@@ -508,7 +514,7 @@ private slots:
 
     void aNewPaletteObjectEachTimeItDropsDown()
     {
-        Window t;
+        Window t(session());
         chooseTool(t.w, QStringLiteral("Pen"));
         t.w.ShowPaletteDropdown(QStringLiteral("BorderColor"));
         QPointer<frmColors> first = t.w.BorderColorPalette();
@@ -520,7 +526,7 @@ private slots:
 
     void colourPaletteNearTheRightScreenEdgeMeetsIt()
     {
-        Window t;
+        Window t(session());
         const int screenWidth = QGuiApplication::primaryScreen()->geometry().width();
         const QToolButton *button = t.w.tlbGeneral->Buttons(QStringLiteral("BorderColor"));
         t.w.move(screenWidth - button->x() - 30, 10);
@@ -534,7 +540,7 @@ private slots:
 
     void stampChoiceLeavesTheCanvasAndItsUndo()
     {
-        Window t;
+        Window t(session());
         chooseTool(t.w, QStringLiteral("Pen"));
         stroke(t.w, {{1, 1}, {9, 9}});
         const QImage picture = t.w.picPhoto->Picture();
@@ -551,9 +557,9 @@ private slots:
     void everyWindowChecksTheMenuAndAnyClosingUnchecksIt()
     {
         DrawingShell shell;
-        auto *shellWindow = new frmDrawing;
-        auto *tileA = new frmDrawing;
-        auto *tileB = new frmDrawing;
+        auto *shellWindow = new frmDrawing(session());
+        auto *tileA = new frmDrawing(session());
+        auto *tileB = new frmDrawing(session());
         for (frmDrawing *w : {shellWindow, tileA, tileB}) {
             w->setAttribute(Qt::WA_DeleteOnClose);
             w->Load();
@@ -571,7 +577,7 @@ private slots:
 
     void dropOfABitmapTakesItAndTextIsRefused()
     {
-        Window t;
+        Window t(session());
         QMimeData text;
         text.setText(QStringLiteral("λέξη"));
         bool accept = true;

@@ -22,7 +22,8 @@ namespace {
 struct Window
 {
     frmDrawing w;
-    Window()
+    explicit Window(Session &session)
+        : w(session)
     {
         w.Load();
         w.show();
@@ -42,12 +43,17 @@ int firstInkedRow(const QImage &image)
 
 } // namespace
 
-class tst_frmDrawingText : public QObject
+class tst_frmDrawingText : public QObject, public DrawingFixture
 {
     Q_OBJECT
 
 private slots:
-    void init() { boxes.install(); }
+    void init()
+    {
+        beginSession();
+        boxes.install(host());
+    }
+    void cleanup() { endSession(); }
 
     void dialogStartsWithItsOwnTextFontAndSizes()
     {
@@ -111,7 +117,7 @@ private slots:
 
     void applyWithTheTextUntouchedWritesJustThat()
     {
-        Window t;
+        Window t(session());
         answerTextDialog([](frmDrawingText &d) { d.cmdApply->click(); });
         stroke(t.w, {{20, 10}});
         QCOMPARE(t.w.TextToWrite(), QStringLiteral("Γράψτε εδώ"));
@@ -125,7 +131,7 @@ private slots:
 
     void cancelOrAnEmptyBoxWritesNothing()
     {
-        Window t;
+        Window t(session());
         const QImage before = t.w.picPhoto->Image();
         answerTextDialog([](frmDrawingText &d) { d.cmdCancel->click(); });
         stroke(t.w, {{20, 10}});
@@ -140,7 +146,7 @@ private slots:
 
     void fontStaysOnTheCanvasAndTheNextDialogStartsAfresh()
     {
-        Window t;
+        Window t(session());
         answerTextDialog([](frmDrawingText &d) {
             d.cmbFontSize->setEditText(QStringLiteral("10"));
             d.cmbFontSize_Click();
@@ -170,7 +176,7 @@ private slots:
 
     void charactersOutsideTheGreekCodePageReachTheCanvasAsQuestionMarks()
     {
-        Window t;
+        Window t(session());
         answerTextDialog([](frmDrawingText &d) {
             d.txtText->setText(QStringLiteral("ἀνήρ"));
             d.cmdApply->click();
@@ -183,7 +189,7 @@ private slots:
 
     void textIsWrittenAtThePressNotTheRelease()
     {
-        Window t;
+        Window t(session());
         answerTextDialog([](frmDrawingText &d) {
             d.txtText->setText(QStringLiteral("Α"));
             d.cmdApply->click();
@@ -198,7 +204,7 @@ private slots:
 
     void textTakesTheOutlineColourAndOneUndoTakesItAway()
     {
-        Window t;
+        Window t(session());
         t.w.vFormBorderColor_NewColor(0x0000FF);
         const QImage before = t.w.picPhoto->Picture();
         answerTextDialog([](frmDrawingText &d) {

@@ -340,7 +340,7 @@ private slots:
         b.row(u"Resources"_s, {u"ResourceID"_s, u"ResTypeID"_s, u"Caption"_s, u"PicturePath"_s},
             {3, 5, u"Χάρτης"_s, u"lost.gif"_s});
         registerProgramViewers();
-        setViewer(SourceViewer::Kind::Map, [] { return new frmDrawing; });
+        setViewer(SourceViewer::Kind::Map, [this] { return new frmDrawing(session()); });
         frmSearchResources *search = open(b.database(), contentFile());
         QCOMPARE(search->lvwResources->topLevelItemCount(), 3);
         const auto viewers = [] {

@@ -16,7 +16,7 @@
 
 using namespace testing;
 
-class tst_ExportToWord : public QObject
+class tst_ExportToWord : public QObject, public NotesFixture
 {
     Q_OBJECT
 
@@ -36,23 +36,29 @@ private slots:
     {
         QFile::remove(argvFile());
         qputenv("PATH", (m_bin.path() + QStringLiteral(":/usr/bin:/bin")).toUtf8());
+        beginSession();
+        // The word processor the host starts is the recorder in PATH, really started.
+        host().onLaunch = [](const Launch &launch) {
+            return platform::launchDetached(launch.program, launch.arguments, launch.workingDirectory);
+        };
     }
     void cleanup()
     {
         qputenv("PATH", m_path);
-        closeAll();
+        closeAll(session());
+        endSession();
     }
 
     void theWholeNoteGoesFormattedToANewUntitledDocument()
     {
-        NotesShell shell;
+        NotesShell shell(session());
         frmNotes *form = shell.openNotes();
         form->notes->setText(QStringLiteral("έντονο και απλό\nδεύτερη γραμμή"));
         select(*form->notes, 0, 6);
         form->notes->setSelBold(true);
         select(*form->notes, 7, 3);
         form->NotesDirty = false;
-        Boxes boxes;
+        Boxes boxes(host());
         form->button(QStringLiteral("Word"))->trigger();
 
         QCOMPARE(form->notes->SelStart(), 7);
@@ -81,11 +87,11 @@ private slots:
     void withoutAWordProcessorNothingIsShownAndTheSelectionComesBack()
     {
         qputenv("PATH", "/nonexistent");
-        NotesShell shell;
+        NotesShell shell(session());
         frmNotes *form = shell.openNotes();
         form->notes->setText(QStringLiteral("κείμενο"));
         form->notes->setSelStart(3);
-        Boxes boxes;
+        Boxes boxes(host());
         form->button(QStringLiteral("Word"))->trigger();
         QVERIFY(boxes.isEmpty());
         QCOMPARE(form->notes->SelStart(), 3);
@@ -95,7 +101,7 @@ private slots:
 
     void anEmptyNoteOpensAnEmptyDocument()
     {
-        NotesShell shell;
+        NotesShell shell(session());
         frmNotes *form = shell.openNotes();
         form->button(QStringLiteral("Word"))->trigger();
         QTRY_VERIFY(QFile::exists(argvFile()));
@@ -106,9 +112,8 @@ private slots:
 
     void theCopyGoesOnceTheWordProcessorHasReadIt()
     {
-        exporttoword::setReadGrace(std::chrono::milliseconds(0));
-        const auto restore = qScopeGuard([] { exporttoword::setReadGrace(std::chrono::seconds(10)); });
-        NotesShell shell;
+        exporttoword::handedCopies(session()).setReadGrace(std::chrono::milliseconds(0));
+        NotesShell shell(session());
         frmNotes *form = shell.openNotes();
         form->notes->setText(QStringLiteral("κείμενο"));
         form->button(QStringLiteral("Word"))->trigger();
@@ -119,32 +124,32 @@ private slots:
         // once it has read its arguments.
         QTRY_VERIFY_WITH_TIMEOUT(!QFileInfo::exists(copy), 15000);
         QVERIFY(!QFileInfo::exists(QFileInfo(copy).path()));
-        QCOMPARE(exporttoword::handedCopies(), 0);
+        QCOMPARE(exporttoword::handedCopies(session()).count(), 0);
     }
 
     void aCopyWhoseReaderStillRunsGoesWhenTheProgramEnds()
     {
-        exporttoword::setReadGrace(std::chrono::milliseconds(0));
-        const auto restore = qScopeGuard([] {
-            exporttoword::setReadGrace(std::chrono::seconds(10));
-            platform::setLauncher({});
-        });
+        exporttoword::handedCopies(session()).setReadGrace(std::chrono::milliseconds(0));
         QString copy;
         // A Writer started anew runs until the pupil closes it: here, this very process.
-        platform::setLauncher([&copy](const QString &, const QStringList &arguments, const QString &) {
-            copy = arguments.value(1);
+        host().onLaunch = [&copy](const Launch &launch) {
+            copy = launch.arguments.value(1);
             return platform::LaunchResult {true, QCoreApplication::applicationPid(), {}};
-        });
-        NotesShell shell;
-        frmNotes *form = shell.openNotes();
+        };
+        auto shell = std::make_unique<NotesShell>(session());
+        frmNotes *form = shell->openNotes();
         form->notes->setText(QStringLiteral("κείμενο"));
         form->button(QStringLiteral("Word"))->trigger();
         QVERIFY(QFileInfo::exists(copy));
         QTest::qWait(2500);
         QVERIFY(QFileInfo::exists(copy));
-        QCOMPARE(exporttoword::handedCopies(), 1);
+        QCOMPARE(exporttoword::handedCopies(session()).count(), 1);
 
-        exporttoword::removeHandedCopies(); // what the program's end runs
+        // The program's end: its session's.
+        closeAll(session());
+        shell.reset();
+        endSession();
+        beginSession();
         QVERIFY(!QFileInfo::exists(copy));
         QVERIFY(!QFileInfo::exists(QFileInfo(copy).path()));
     }

@@ -22,7 +22,7 @@ struct Search
 
 } // namespace
 
-class tst_frmFind : public QObject
+class tst_frmFind : public QObject, public NotesFixture
 {
     Q_OBJECT
 
@@ -33,7 +33,7 @@ private:
         form->notes->setText(text);
         form->notes->setSelStart(0);
         form->mnuFind->trigger();
-        return {form, frmFind::instance(false)};
+        return {form, frmFind::open(session(), false)};
     }
 
     std::unique_ptr<NotesShell> m_shell;
@@ -41,20 +41,15 @@ private:
 private slots:
     void init()
     {
-        m_shell = std::make_unique<NotesShell>();
-        modEditor::FindText.clear();
-        modEditor::ReplaceText.clear();
-        modEditor::MatchCaseSetting = 0;
-        modEditor::FindDirection = 1;
-        modEditor::LastFindStart = 0;
-        modEditor::LastFoundText.clear();
-        modEditor::LastSearchFound = false;
-        modEditor::ReplaceRequested = false;
+        beginSession();
+        m_shell = std::make_unique<NotesShell>(session());
+        state().FindDirection = 1;
     }
     void cleanup()
     {
-        closeAll();
+        closeAll(session());
         m_shell.reset();
+        endSession();
     }
 
     void theWindowHasItsCaptionsAndStartsInFindMode()
@@ -71,7 +66,7 @@ private slots:
 
     void theFirstSearchOfTheProgramGoesUp()
     {
-        modEditor::FindDirection = 0;
+        state().FindDirection = 0;
         const Search s = open(QStringLiteral("α"));
         QVERIFY(s.find->optionDirection[0]->isChecked());
     }
@@ -80,7 +75,7 @@ private slots:
     {
         const Search s = open(QStringLiteral("λέξη και λέξη"));
         s.find->txtFind->setText(QStringLiteral("λέξη"));
-        Boxes boxes;
+        Boxes boxes(host());
         s.find->cmdFind->click();
         QCOMPARE(s.form->notes->SelStart(), 9);
         QCOMPARE(s.form->notes->SelLength(), 4);
@@ -117,7 +112,7 @@ private slots:
         s.find->chCase->setChecked(matchCase);
         s.find->ChWholeWord->setChecked(wholeWord);
         s.form->notes->setSelStart(0);
-        Boxes boxes;
+        Boxes boxes(host());
         s.find->cmdFind->click();
         QCOMPARE(s.form->notes->SelStart(), found);
     }
@@ -126,10 +121,10 @@ private slots:
     {
         const Search s = open(QStringLiteral("x αβ αβ αβ"));
         s.find->optionDirection[0]->click();
-        QCOMPARE(modEditor::FindDirection, 0);
+        QCOMPARE(state().FindDirection, 0);
         s.find->txtFind->setText(QStringLiteral("αβ"));
         s.form->notes->setSelStart(9);
-        Boxes boxes;
+        Boxes boxes(host());
         s.find->cmdFind->click();
         QCOMPARE(s.form->notes->SelStart(), 5);
         QVERIFY(boxes.isEmpty());
@@ -141,7 +136,7 @@ private slots:
         s.find->optionDirection[0]->click();
         s.find->txtFind->setText(QStringLiteral("αβ"));
         s.form->notes->setSelStart(6);
-        Boxes boxes;
+        Boxes boxes(host());
         s.find->cmdFind->click();
         // Touching occurrences: the walk stops at the first, not at the last before the caret.
         QCOMPARE(s.form->notes->SelStart(), 0);
@@ -164,7 +159,7 @@ private slots:
         s.form->notes->setText(QStringLiteral("σκύλος και γάτα και γάτα"));
         s.find->txtFind->setText(QStringLiteral("Γάτα"));
         select(*s.form->notes, 11, 4);
-        Boxes boxes;
+        Boxes boxes(host());
         s.find->cmdReplace->click();
         QVERIFY(boxes.isEmpty());
         QCOMPARE(s.form->notes->Text(), QStringLiteral("σκύλος και γάτα και σκύλος"));
@@ -177,7 +172,7 @@ private slots:
         s.find->cmdReplace->click();
         s.find->TxtRep->setText(QStringLiteral("τρία"));
         s.form->notes->setSelStart(1);
-        Boxes boxes;
+        Boxes boxes(host());
         s.find->cmdReplace->click();
         QCOMPARE(s.form->notes->Text(), QStringLiteral("ένα δύο τρία"));
         QVERIFY(boxes.isEmpty());
@@ -187,16 +182,16 @@ private slots:
     {
         const Search s = open(QStringLiteral("αβγ αβγ"));
         s.find->txtFind->setText(QStringLiteral("βγ"));
-        Boxes boxes;
+        Boxes boxes(host());
         s.find->cmdFind->click();
-        QVERIFY(!modEditor::FindFirstTime);
+        QVERIFY(!state().FindFirstTime);
         s.find->txtFind->setText(QStringLiteral("ωω"));
-        QVERIFY(modEditor::FindFirstTime);
+        QVERIFY(state().FindFirstTime);
         s.find->cmdFind->click();
         QCOMPARE(boxes.size(), 1);
         QCOMPARE(boxes.first().text,
             QStringLiteral("Η συμβολοσειρά \"ωω\" δεν έχει βρεθεί στην καθορισμένη περιοχή κειμένου"));
-        QVERIFY(!modEditor::LastSearchFound);
+        QVERIFY(!state().LastSearchFound);
     }
 
     void anEmptyFindTextDisablesOnlyTheFindButton()
@@ -220,7 +215,7 @@ private slots:
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
         s.form->notes->setSelStart(0);
         s.form->mnuFind->trigger();
-        frmFind *again = frmFind::instance(false);
+        frmFind *again = frmFind::open(session(), false);
         QVERIFY(again);
         QCOMPARE(again->txtFind->text(), QStringLiteral("κεί"));
         QVERIFY(again->chCase->isChecked());
@@ -234,8 +229,8 @@ private slots:
         form->notes->setText(QStringLiteral("ένα δύο"));
         select(*form->notes, 4, 3);
         form->button(QStringLiteral("Find"))->trigger();
-        QCOMPARE(frmFind::instance(false)->txtFind->text(), QStringLiteral("δύο"));
-        QVERIFY(modEditor::FindFirstTime);
+        QCOMPARE(frmFind::open(session(), false)->txtFind->text(), QStringLiteral("δύο"));
+        QVERIFY(state().FindFirstTime);
     }
 
     void menuReplaceOnAClosedWindowOpensTheRowAndReplacesNothing()
@@ -243,12 +238,12 @@ private slots:
         frmNotes *form = m_shell->openNotes();
         form->notes->setText(QStringLiteral("κείμενο"));
         form->notes->setSelStart(2);
-        Boxes boxes;
+        Boxes boxes(host());
         form->mnuReplace->trigger();
-        frmFind *find = frmFind::instance(false);
+        frmFind *find = frmFind::open(session(), false);
         QVERIFY(find);
         QVERIFY(!find->TxtRep->isHidden());
-        QVERIFY(!modEditor::ReplaceRequested);
+        QVERIFY(!state().ReplaceRequested);
         QCOMPARE(form->notes->Text(), QStringLiteral("κείμενο"));
         QVERIFY(boxes.isEmpty());
     }
@@ -259,10 +254,10 @@ private slots:
         form->notes->setText(
             QString(33000, u'α') + QStringLiteral("β") + QString(100, u'α') + QStringLiteral("β"));
         form->mnuFind->trigger();
-        frmFind *find = frmFind::instance(false);
+        frmFind *find = frmFind::open(session(), false);
         find->txtFind->setText(QStringLiteral("β"));
         form->notes->setSelStart(32800);
-        Boxes boxes;
+        Boxes boxes(host());
         find->cmdFind->click();
         QCOMPARE(form->notes->SelStart(), 33000);
         QCOMPARE(form->notes->SelLength(), 1);

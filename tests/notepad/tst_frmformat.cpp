@@ -15,7 +15,7 @@
 
 using namespace testing;
 
-class tst_frmFormat : public QObject
+class tst_frmFormat : public QObject, public NotesFixture
 {
     Q_OBJECT
 
@@ -33,22 +33,21 @@ private:
 private slots:
     void init()
     {
-        m_shell = std::make_unique<NotesShell>();
-        frmFormat::LeftChanged = frmFormat::RightChanged = false;
-        frmFormat::HangingChanged = frmFormat::FirstLineChanged = false;
-        frmBullets::BulletChanged = frmBullets::TextChanged = false;
+        beginSession();
+        m_shell = std::make_unique<NotesShell>(session());
     }
     void cleanup()
     {
-        closeAll();
+        closeAll(session());
         m_shell.reset();
+        endSession();
     }
 
     void loadingOffersTheThreeAlignmentsAndTheIndentKinds()
     {
         frmNotes *form = openWithText();
         form->notes->setSelAlignment(RichTextBox::AlignRight);
-        frmFormat *dialog = frmFormat::instance(form);
+        frmFormat *dialog = frmFormat::open(session());
         QCOMPARE(dialog->windowTitle(), QStringLiteral("Παράγραφος"));
         QCOMPARE(dialog->imgCombo->count(), 3);
         QCOMPARE(dialog->imgCombo->itemText(1), QStringLiteral("Κεντρική στοίχιση"));
@@ -63,7 +62,7 @@ private slots:
         frmNotes *form = openWithText();
         select(*form->notes, 0, 20);
         form->notes->setSelIndent(300);
-        frmFormat *dialog = frmFormat::instance(form);
+        frmFormat *dialog = frmFormat::open(session());
         dialog->imgCombo->setCurrentIndex(1);
         dialog->cmdOK->click();
         QCOMPARE(form->notes->SelAlignment(), std::optional<int>(RichTextBox::AlignCenter));
@@ -80,7 +79,7 @@ private slots:
         form->notes->setSelAlignment(RichTextBox::AlignCenter);
         select(*form->notes, 0, 30);
         QCOMPARE(form->notes->SelAlignment(), std::nullopt);
-        frmFormat *dialog = frmFormat::instance(form);
+        frmFormat *dialog = frmFormat::open(session());
         QCOMPARE(dialog->imgCombo->currentIndex(), 0);
         dialog->cmdOK->click();
         QCOMPARE(form->notes->SelAlignment(), std::optional<int>(RichTextBox::AlignLeft));
@@ -91,27 +90,27 @@ private slots:
     {
         for (const QString &typed : {QStringLiteral("12"), QStringLiteral("12 mm")}) {
             frmNotes *form = openWithText();
-            frmFormat *dialog = frmFormat::instance(form);
+            frmFormat *dialog = frmFormat::open(session());
             dialog->Text1->setText(typed);
             dialog->Text2->setText(typed);
-            QVERIFY(frmFormat::LeftChanged);
-            QCOMPARE(frmFormat::Indentation, typed);
+            QVERIFY(state().LeftChanged);
+            QCOMPARE(state().Indentation, typed);
             dialog->cmdOK->click();
             QCOMPARE(form->notes->SelIndent(), std::optional<int>(1200));
             QCOMPARE(form->notes->SelRightIndent(), std::optional<int>(1200));
-            QVERIFY(!frmFormat::LeftChanged);
-            QVERIFY(!frmFormat::RightChanged);
-            closeAll();
+            QVERIFY(!state().LeftChanged);
+            QVERIFY(!state().RightChanged);
+            closeAll(session());
         }
     }
 
     void aSpinnerPressFillsAnEmptyFieldAndSetsTheFlag()
     {
         frmNotes *form = openWithText();
-        frmFormat *dialog = frmFormat::instance(form);
+        frmFormat *dialog = frmFormat::open(session());
         dialog->UpDown2->upButton->click();
         QCOMPARE(dialog->Text2->text(), QStringLiteral("1 mm"));
-        QVERIFY(frmFormat::RightChanged);
+        QVERIFY(state().RightChanged);
         dialog->UpDown2->upButton->click();
         dialog->cmdOK->click();
         QCOMPARE(form->notes->SelRightIndent(), std::optional<int>(200));
@@ -120,43 +119,43 @@ private slots:
     void typingAnAmountWithTheKindEmptySelectsFirstLine()
     {
         frmNotes *form = openWithText();
-        frmFormat *dialog = frmFormat::instance(form);
+        frmFormat *dialog = frmFormat::open(session());
         dialog->Text3->setText(QStringLiteral("5"));
         QCOMPARE(dialog->Combo1->currentText(), QStringLiteral("Πρώτη γραμμή"));
-        QVERIFY(frmFormat::FirstLineChanged);
+        QVERIFY(state().FirstLineChanged);
         dialog->cmdOK->click();
         // The first line is set by one tab stop.
         QCOMPARE(form->notes->SelTabCount(), std::optional<int>(1));
         QCOMPARE(form->notes->SelTabs(0), std::optional<int>(500));
-        QVERIFY(!frmFormat::FirstLineChanged);
+        QVERIFY(!state().FirstLineChanged);
     }
 
     void anAmountWithNoneSetsTheHangingIndent()
     {
         frmNotes *form = openWithText();
-        frmFormat *dialog = frmFormat::instance(form);
+        frmFormat *dialog = frmFormat::open(session());
         dialog->Combo1->setCurrentIndex(0);
         QCOMPARE(dialog->Combo1->currentText(), QStringLiteral("Καμία"));
         dialog->Text3->setText(QStringLiteral("7 mm"));
-        QVERIFY(frmFormat::HangingChanged);
+        QVERIFY(state().HangingChanged);
         dialog->cmdOK->click();
         QCOMPARE(form->notes->SelHangingIndent(), std::optional<int>(700));
-        QVERIFY(!frmFormat::HangingChanged);
+        QVERIFY(!state().HangingChanged);
     }
 
     void aFieldTouchedAndCancelledFailsAtTheNextOkInTheConversion()
     {
         frmNotes *form = openWithText();
-        frmFormat *dialog = frmFormat::instance(form);
+        frmFormat *dialog = frmFormat::open(session());
         dialog->Text1->setText(QStringLiteral("3"));
         dialog->cmdCancel->click();
-        QVERIFY(frmFormat::LeftChanged);
+        QVERIFY(state().LeftChanged);
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-        frmFormat *again = frmFormat::instance(form);
+        frmFormat *again = frmFormat::open(session());
         QVERIFY(again != dialog || again->Text1->text().isEmpty());
         QCOMPARE(again->Text1->text(), QString());
         again->show();
-        Boxes boxes;
+        Boxes boxes(host());
         again->cmdOK->click();
         QCOMPARE(boxes.size(), 1);
         QVERIFY2(boxes.first().text.startsWith(QStringLiteral("Λάθος # 13")), qPrintable(boxes.first().text));
@@ -174,7 +173,7 @@ private slots:
     void bulletsOkWithBothFieldsUntouchedChangesNothing()
     {
         frmNotes *form = openWithText();
-        frmBullets *dialog = frmBullets::instance(form);
+        frmBullets *dialog = frmBullets::open(session());
         QCOMPARE(dialog->windowTitle(), QStringLiteral("Κουκίδες"));
         dialog->cmdOK->click();
         QCOMPARE(form->notes->SelBullet(), std::optional<bool>(false));
@@ -184,24 +183,24 @@ private slots:
     void theBulletStandsAtSelIndentAndTheTextAtTheHangingIndent()
     {
         frmNotes *form = openWithText();
-        frmBullets *dialog = frmBullets::instance(form);
+        frmBullets *dialog = frmBullets::open(session());
         dialog->Text1->setText(QStringLiteral("3 mm"));
         dialog->UpDown2->upButton->click();
         dialog->UpDown2->upButton->click();
         QCOMPARE(dialog->Text2->text(), QStringLiteral("2 mm"));
-        QCOMPARE(frmBullets::BulIndentation, QStringLiteral("3 mm"));
+        QCOMPARE(state().BulIndentation, QStringLiteral("3 mm"));
         dialog->cmdOK->click();
         QCOMPARE(form->notes->SelBullet(), std::optional<bool>(true));
         QCOMPARE(form->notes->SelIndent(), std::optional<int>(300));
         QCOMPARE(form->notes->SelHangingIndent(), std::optional<int>(200));
-        QVERIFY(!frmBullets::BulletChanged);
-        QVERIFY(!frmBullets::TextChanged);
+        QVERIFY(!state().BulletChanged);
+        QVERIFY(!state().TextChanged);
     }
 
     void theBulletIsDrawnWhereItsPositionPutsItAndTheTextBehind()
     {
         frmNotes *form = openWithText();
-        frmBullets *dialog = frmBullets::instance(form);
+        frmBullets *dialog = frmBullets::open(session());
         dialog->Text1->setText(QStringLiteral("6 mm"));
         dialog->Text2->setText(QStringLiteral("8 mm"));
         dialog->cmdOK->click();
@@ -216,10 +215,10 @@ private slots:
     void aBulletsFieldTouchedAndCancelledKeepsItsFlag()
     {
         frmNotes *form = openWithText();
-        frmBullets *dialog = frmBullets::instance(form);
+        frmBullets *dialog = frmBullets::open(session());
         dialog->Text2->setText(QStringLiteral("1"));
         dialog->cmdCancel->click();
-        QVERIFY(frmBullets::TextChanged);
+        QVERIFY(state().TextChanged);
         QCOMPARE(form->notes->SelBullet(), std::optional<bool>(false));
     }
 };

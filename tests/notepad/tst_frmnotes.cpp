@@ -15,16 +15,21 @@
 
 using namespace testing;
 
-class tst_frmNotes : public QObject
+class tst_frmNotes : public QObject, public NotesFixture
 {
     Q_OBJECT
 
 private slots:
-    void cleanup() { closeAll(); }
+    void init() { beginSession(); }
+    void cleanup()
+    {
+        closeAll(session());
+        endSession();
+    }
 
     void menusHaveTheirCaptionsInOrder()
     {
-        NotesShell shell;
+        NotesShell shell(session());
         frmNotes *form = shell.openNotes();
         QCOMPARE(form->windowTitle(), QStringLiteral("Σημειωματάριο"));
         QStringList menus;
@@ -56,7 +61,7 @@ private slots:
 
     void toolbarHasItsKeysAtTheirPlacesWithSeparatorsCounted()
     {
-        NotesShell shell;
+        NotesShell shell(session());
         frmNotes *form = shell.openNotes();
         QVERIFY(form->Buttons(28));
         QVERIFY(!form->Buttons(29));
@@ -79,7 +84,7 @@ private slots:
 
     void loadingSetsTheFontChecksTheShellAndPlacesTheWindow()
     {
-        NotesShell shell;
+        NotesShell shell(session());
         shell.show();
         frmNotes *form = shell.openNotes();
         QVERIFY(shell.studNotesChecked());
@@ -94,7 +99,7 @@ private slots:
 
     void anyEditAlsoNewOrOpenSetsNotesDirtyAndSavingNeverClearsIt()
     {
-        NotesShell shell;
+        NotesShell shell(session());
         frmNotes *form = shell.openNotes();
         QVERIFY(!form->NotesDirty);
         QTest::keyClicks(form->notes, QStringLiteral("Kalimera"));
@@ -102,21 +107,21 @@ private slots:
 
         QTemporaryDir dir;
         const QString file = dir.filePath(QStringLiteral("σημειώσεις.rtf"));
-        modEditor::CurrentFile = file;
-        modEditor::FileSave();
+        state().CurrentFile = file;
+        modEditor::FileSave(session());
         QVERIFY(QFile::exists(file));
         QVERIFY(form->NotesDirty);
 
         form->NotesDirty = false;
-        Dialogs dialogs([&](CommonDialog::Kind, CommonDialog &dialog, QPrinter *) {
+        Dialogs dialogs(host(), [&](DialogKind, SeenDialog &dialog, QPrinter *) {
             dialog.FileName = file;
             return true;
         });
-        modEditor::FileOpen();
+        modEditor::FileOpen(session());
         QVERIFY(form->NotesDirty);
         form->NotesDirty = false;
-        Boxes boxes(platform::vbNo);
-        modEditor::FileNew();
+        Boxes boxes(host(), platform::vbNo);
+        modEditor::FileNew(session());
         QVERIFY(form->NotesDirty);
 
         // Closing after a save asks again.
@@ -129,15 +134,15 @@ private slots:
 
     void closingUnchangedAsksNothingAndUnchecksTheShell()
     {
-        NotesShell shell;
+        NotesShell shell(session());
         frmNotes *form = shell.openNotes();
-        modEditor::CurrentFile = QStringLiteral("/tmp/x.rtf");
-        Boxes boxes;
+        state().CurrentFile = QStringLiteral("/tmp/x.rtf");
+        Boxes boxes(host());
         form->close();
         QVERIFY(boxes.isEmpty());
         QVERIFY(!shell.studNotesChecked());
-        QVERIFY(modEditor::CurrentFile.isEmpty());
-        QVERIFY(!frmNotes::instance(false));
+        QVERIFY(state().CurrentFile.isEmpty());
+        QVERIFY(!frmNotes::open(session(), false));
     }
 
     void closingAnsweredYesSavesAndTheWindowClosesEitherWay()
@@ -145,19 +150,19 @@ private slots:
         QTemporaryDir dir;
         const QString file = dir.filePath(QStringLiteral("a.rtf"));
         for (int answer : {int(platform::vbYes), int(platform::vbNo)}) {
-            NotesShell shell;
+            NotesShell shell(session());
             frmNotes *form = shell.openNotes();
             form->notes->setText(QStringLiteral("κείμενο"));
-            modEditor::CurrentFile = file;
+            state().CurrentFile = file;
             QFile::remove(file);
-            Boxes boxes(answer);
+            Boxes boxes(host(), answer);
             QPointer<QMdiSubWindow> sub = form->subWindow();
             // Closed by its frame, as the shell closes its children.
             sub->close();
             QCOMPARE(boxes.size(), 1);
             QCOMPARE(QFile::exists(file), answer == platform::vbYes);
             QTRY_VERIFY(!sub);
-            QVERIFY(!frmNotes::instance(false));
+            QVERIFY(!frmNotes::open(session(), false));
         }
     }
 
@@ -167,15 +172,15 @@ private slots:
         // and either way the note stays on screen instead of going unsaved.
         const QString unwritable = QStringLiteral("/nonexistent-folder/σημειώσεις.rtf");
         for (bool saveAs : {false, true}) {
-            NotesShell shell;
+            NotesShell shell(session());
             frmNotes *form = shell.openNotes();
             form->notes->setText(QStringLiteral("κείμενο"));
-            modEditor::CurrentFile = saveAs ? QString() : unwritable;
-            Dialogs dialogs([&](CommonDialog::Kind, CommonDialog &dialog, QPrinter *) {
+            state().CurrentFile = saveAs ? QString() : unwritable;
+            Dialogs dialogs(host(), [&](DialogKind, SeenDialog &dialog, QPrinter *) {
                 dialog.FileName = unwritable;
                 return true;
             });
-            Boxes boxes(platform::vbYes);
+            Boxes boxes(host(), platform::vbYes);
             QPointer<QMdiSubWindow> sub = form->subWindow();
             QVERIFY(!sub->close());
             QCOMPARE(boxes.first().title, QStringLiteral("Κλείσιμο Σημειωματαρίου"));
@@ -185,29 +190,29 @@ private slots:
             QCOMPARE(dialogs.shown.size(), saveAs ? 1 : 0);
             QTest::qWait(1);
             QVERIFY(sub && sub->isVisible());
-            QCOMPARE(frmNotes::instance(false), form);
+            QCOMPARE(frmNotes::open(session(), false), form);
             QCOMPARE(form->notes->Text(), QStringLiteral("κείμενο"));
             QVERIFY(shell.studNotesChecked());
-            QCOMPARE(modEditor::CurrentFile, saveAs ? QString() : unwritable);
+            QCOMPARE(state().CurrentFile, saveAs ? QString() : unwritable);
 
             // Answered no, it closes as ever.
             boxes.answer = platform::vbNo;
             QVERIFY(sub->close());
             QTRY_VERIFY(!sub);
-            QVERIFY(!frmNotes::instance(false));
+            QVERIFY(!frmNotes::open(session(), false));
         }
     }
 
     void mnuExitUnloadsAndTheExitKeyMinimises()
     {
-        NotesShell shell;
+        NotesShell shell(session());
         shell.show();
         frmNotes *form = shell.openNotes();
         QPointer<QMdiSubWindow> sub = form->subWindow();
         form->Buttons(5)->trigger();
         QVERIFY(sub->isMinimized());
         QVERIFY(shell.studNotesChecked());
-        QCOMPARE(frmNotes::instance(false), form);
+        QCOMPARE(frmNotes::open(session(), false), form);
 
         form->mnuExit->trigger();
         QVERIFY(!shell.studNotesChecked());
@@ -216,17 +221,17 @@ private slots:
 
     void resizingOrMinimisingClosesAnOpenPaletteWhichIsNotReopened()
     {
-        NotesShell shell;
+        NotesShell shell(session());
         frmNotes *form = shell.openNotes();
         for (bool minimise : {false, true}) {
             form->button(QStringLiteral("SetFontColor"))->trigger();
-            QVERIFY(modEditor::FontPaletteShown);
+            QVERIFY(state().FontPaletteShown);
             QVERIFY(form->frmFontColors->isVisible());
             if (minimise)
                 form->subWindow()->showMinimized();
             else
                 form->subWindow()->resize(form->subWindow()->width() - 30, form->subWindow()->height() + 20);
-            QVERIFY(!modEditor::FontPaletteShown);
+            QVERIFY(!state().FontPaletteShown);
             QVERIFY(!form->frmFontColors->isVisible());
             QTest::qWait(20);
             QVERIFY(!form->frmFontColors->isVisible());
@@ -235,7 +240,7 @@ private slots:
 
     void openingTwiceGivesTheOneInstanceAndAfterUnloadAFreshOne()
     {
-        NotesShell shell;
+        NotesShell shell(session());
         frmNotes *first = shell.openNotes();
         first->notes->setText(QStringLiteral("πρώτο"));
         QCOMPARE(shell.openNotes(), first);
@@ -252,7 +257,7 @@ private slots:
 
     void aPartlyBoldSelectionShowsBoldUpAndThePressMakesItAllBold()
     {
-        NotesShell shell;
+        NotesShell shell(session());
         frmNotes *form = shell.openNotes();
         form->notes->setText(QStringLiteral("μισό έντονο"));
         select(*form->notes, 0, 4);
@@ -267,7 +272,7 @@ private slots:
 
     void selectionChangeKeepsTheStateKeysInStep()
     {
-        NotesShell shell;
+        NotesShell shell(session());
         frmNotes *form = shell.openNotes();
         form->notes->setText(QStringLiteral("α\nβ\nγ"));
         select(*form->notes, 2, 1);
@@ -295,22 +300,20 @@ private slots:
 
     void theKeysTipStandsInTheStatusLineOnlyWhileItsActionRuns()
     {
-        NotesShell shell;
+        NotesShell shell(session());
         frmNotes *form = shell.openNotes();
         QString during;
-        platform::setMsgBoxHook([&](const QString &, int, const QString &) {
-            during = form->SimpleText();
-            return int(platform::vbNo);
-        });
+        host().onBox = [&](const ShownBox &) { during = form->SimpleText(); };
+        host().answers = {platform::vbNo};
         form->button(QStringLiteral("New"))->trigger();
-        platform::setMsgBoxHook({});
+        host().onBox = {};
         QCOMPARE(during, QStringLiteral("Καινούριο έγγραφο"));
         QCOMPARE(form->SimpleText(), QString());
     }
 
     void theUndoKeyUndoesTheLastChange()
     {
-        NotesShell shell;
+        NotesShell shell(session());
         frmNotes *form = shell.openNotes();
         form->notes->setText(QStringLiteral("αβγ"));
         form->notes->setSelStart(3);
@@ -322,7 +325,7 @@ private slots:
 
     void droppingABitmapPastesTheClipboardAndOtherDataIsIgnored()
     {
-        NotesShell shell;
+        NotesShell shell(session());
         frmNotes *form = shell.openNotes();
         QApplication::clipboard()->setText(QStringLiteral("από το πρόχειρο"));
         QMimeData text;
@@ -343,7 +346,7 @@ private slots:
 
     void pictureInsertionPutsThePictureAtTheCaretAndCancelIsQuiet()
     {
-        NotesShell shell;
+        NotesShell shell(session());
         frmNotes *form = shell.openNotes();
         form->notes->setText(QStringLiteral("αβ"));
         form->notes->setSelStart(1);
@@ -352,15 +355,15 @@ private slots:
         QImage image(10, 6, QImage::Format_RGB32);
         image.fill(Qt::blue);
         QVERIFY(image.save(path));
-        Boxes boxes;
+        Boxes boxes(host());
         {
-            Dialogs cancel;
+            Dialogs cancel(host());
             form->mnuInsPicture->trigger();
             QCOMPARE(cancel.titles, QStringList({QStringLiteral("Εισαγωγή εικόνας")}));
         }
         QCOMPARE(form->notes->TextLength(), 2);
-        Dialogs choose([&](CommonDialog::Kind kind, CommonDialog &dialog, QPrinter *) {
-            if (kind != CommonDialog::Kind::Open || dialog.Flags != 6144 || dialog.FilterIndex != 1)
+        Dialogs choose(host(), [&](DialogKind kind, SeenDialog &dialog, QPrinter *) {
+            if (kind != DialogKind::Open || dialog.Flags != 6144 || dialog.FilterIndex != 1)
                 return false;
             dialog.FileName = path;
             return true;
@@ -373,7 +376,7 @@ private slots:
 
     void thePalettesColourGoesToTheSelection()
     {
-        NotesShell shell;
+        NotesShell shell(session());
         frmNotes *form = shell.openNotes();
         form->notes->setText(QStringLiteral("χρώμα"));
         select(*form->notes, 0, 5);
@@ -383,12 +386,12 @@ private slots:
 
     void theColourKeyShowsThePaletteBelowItsKeyAndAPickColoursTheSelection()
     {
-        NotesShell shell;
+        NotesShell shell(session());
         frmNotes *form = shell.openNotes();
         form->notes->setText(QStringLiteral("χρώμα"));
         select(*form->notes, 0, 5);
         form->button(QStringLiteral("SetFontColor"))->trigger();
-        QVERIFY(modEditor::FontPaletteShown);
+        QVERIFY(state().FontPaletteShown);
         QCOMPARE(form->SimpleText(), QString());
         frmColors *palette = form->frmFontColors;
         QVERIFY(palette && palette->isVisible());

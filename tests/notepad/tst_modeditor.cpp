@@ -36,8 +36,8 @@ QString run(const QString &program, const QStringList &args)
 // A printer dialog answered with PDF output to the file.
 Dialogs::Answer printToPdf(const QString &pdf, int copies = 1)
 {
-    return [pdf, copies](CommonDialog::Kind kind, CommonDialog &dialog, QPrinter *printer) {
-        if (kind != CommonDialog::Kind::Print)
+    return [pdf, copies](DialogKind kind, SeenDialog &dialog, QPrinter *printer) {
+        if (kind != DialogKind::Print)
             return false;
         printer->setOutputFormat(QPrinter::PdfFormat);
         printer->setOutputFileName(pdf);
@@ -49,39 +49,40 @@ Dialogs::Answer printToPdf(const QString &pdf, int copies = 1)
 
 } // namespace
 
-class tst_modEditor : public QObject
+class tst_modEditor : public QObject, public NotesFixture
 {
     Q_OBJECT
 
 private slots:
+    void init() { beginSession(); }
     void cleanup()
     {
-        modEditor::setPrintJobObserver({});
-        closeAll();
+        closeAll(session());
+        endSession();
     }
 
     void cancellingTheOpenDialogForgetsTheFileAndKeepsTheText()
     {
-        NotesShell shell;
+        NotesShell shell(session());
         frmNotes *form = shell.openNotes();
         form->notes->setText(QStringLiteral("μένει"));
-        modEditor::CurrentFile = QStringLiteral("/tmp/παλιό.rtf");
+        state().CurrentFile = QStringLiteral("/tmp/παλιό.rtf");
         {
-            Dialogs cancel;
-            Boxes dontSave(platform::vbNo);
-            modEditor::FileOpen();
+            Dialogs cancel(host());
+            Boxes dontSave(host(), platform::vbNo);
+            modEditor::FileOpen(session());
             QCOMPARE(cancel.titles, QStringList({QStringLiteral("Άνοιγμα κειμένου ...")}));
         }
-        QVERIFY(modEditor::CurrentFile.isEmpty());
+        QVERIFY(state().CurrentFile.isEmpty());
         QCOMPARE(form->notes->Text(), QStringLiteral("μένει"));
-        Dialogs next;
-        modEditor::FileSave();
-        QCOMPARE(next.shown, QList<CommonDialog::Kind>({CommonDialog::Kind::Save}));
+        Dialogs next(host());
+        modEditor::FileSave(session());
+        QCOMPARE(next.shown, QList<DialogKind>({DialogKind::Save}));
     }
 
     void afterSaveAsTheNextSaveAsksAgainAndTheNoteStaysChanged()
     {
-        NotesShell shell;
+        NotesShell shell(session());
         frmNotes *form = shell.openNotes();
         form->notes->setText(QStringLiteral("κείμενο"));
         QTemporaryDir dir;
@@ -89,14 +90,14 @@ private slots:
         QString proposal;
         int flags = 0;
         QString defaultExt;
-        Dialogs dialogs([&](CommonDialog::Kind, CommonDialog &dialog, QPrinter *) {
+        Dialogs dialogs(host(), [&](DialogKind, SeenDialog &dialog, QPrinter *) {
             proposal = dialog.FileName;
             flags = dialog.Flags;
             defaultExt = dialog.DefaultExt;
             dialog.FileName = file;
             return true;
         });
-        modEditor::FileSaveAs();
+        modEditor::FileSaveAs(session());
         QCOMPARE(flags, 9222);
         QCOMPARE(defaultExt, QStringLiteral(".rtf"));
         QVERIFY(proposal.endsWith(QStringLiteral("/Σημειωματάριο")));
@@ -104,34 +105,34 @@ private slots:
         QVERIFY(QFile::exists(file));
         QCOMPARE(form->SimpleText(), QStringLiteral("Σώσιμο εγγράφου ως νέο.rtf"));
         QVERIFY(form->NotesDirty);
-        QVERIFY(modEditor::CurrentFile.isEmpty());
-        modEditor::FileSave();
+        QVERIFY(state().CurrentFile.isEmpty());
+        modEditor::FileSave(session());
         QCOMPARE(dialogs.shown.size(), 2);
     }
 
     void cancellingSaveAsWritesNothing()
     {
-        NotesShell shell;
+        NotesShell shell(session());
         shell.openNotes()->notes->setText(QStringLiteral("κείμενο"));
-        Dialogs cancel;
-        modEditor::FileSaveAs();
-        QCOMPARE(frmNotes::instance(false)->SimpleText(), QString());
+        Dialogs cancel(host());
+        modEditor::FileSaveAs(session());
+        QCOMPARE(frmNotes::open(session(), false)->SimpleText(), QString());
     }
 
     void aFailingSaveIsTheRunTimeErrorAndAFailingSaveAsPassesSilently()
     {
-        NotesShell shell;
+        NotesShell shell(session());
         frmNotes *form = shell.openNotes();
         form->notes->setText(QStringLiteral("κείμενο"));
         const QString nowhere = QStringLiteral("/nonexistent-folder/σημειώσεις.rtf");
-        modEditor::CurrentFile = nowhere;
-        Boxes boxes;
+        state().CurrentFile = nowhere;
+        Boxes boxes(host());
         form->mnuSave->trigger();
         QCOMPARE(boxes.size(), 1);
         QVERIFY2(boxes.first().text.startsWith(QStringLiteral("Λάθος # 75")), qPrintable(boxes.first().text));
         QCOMPARE(boxes.first().style, int(platform::vbCritical));
 
-        Dialogs dialogs([&](CommonDialog::Kind, CommonDialog &dialog, QPrinter *) {
+        Dialogs dialogs(host(), [&](DialogKind, SeenDialog &dialog, QPrinter *) {
             dialog.FileName = nowhere;
             return true;
         });
@@ -142,32 +143,32 @@ private slots:
 
     void afterOpenNewAndSaveTheOldFileHoldsTheNewText()
     {
-        NotesShell shell;
+        NotesShell shell(session());
         frmNotes *form = shell.openNotes();
         QTemporaryDir dir;
         const QString file = dir.filePath(QStringLiteral("παλιό.rtf"));
         form->notes->setText(QStringLiteral("παλιό κείμενο"));
         form->notes->SaveFile(file);
-        Dialogs dialogs([&](CommonDialog::Kind, CommonDialog &dialog, QPrinter *) {
+        Dialogs dialogs(host(), [&](DialogKind, SeenDialog &dialog, QPrinter *) {
             dialog.FileName = file;
             return true;
         });
         {
-            Boxes dontSave(platform::vbNo);
-            modEditor::FileOpen();
+            Boxes dontSave(host(), platform::vbNo);
+            modEditor::FileOpen(session());
         }
         QCOMPARE(form->notes->Text(), QStringLiteral("παλιό κείμενο"));
-        QCOMPARE(modEditor::CurrentFile, file);
+        QCOMPARE(state().CurrentFile, file);
         {
-            Boxes boxes(platform::vbNo);
-            modEditor::FileNew();
+            Boxes boxes(host(), platform::vbNo);
+            modEditor::FileNew(session());
             QCOMPARE(boxes.size(), 1);
             QCOMPARE(boxes.first().text, QStringLiteral("Θέλετε να αποθηκεύσετε το παρόν έγγραφο;"));
             QCOMPARE(boxes.first().title, QStringLiteral("Εισαγωγή νέου εγγράφου"));
         }
         QCOMPARE(form->notes->Text(), QString());
         form->notes->setText(QStringLiteral("νέο κείμενο"));
-        modEditor::FileSave();
+        modEditor::FileSave(session());
         RichTextBox reread;
         reread.LoadFile(file);
         QCOMPARE(reread.Text(), QStringLiteral("νέο κείμενο"));
@@ -175,58 +176,58 @@ private slots:
 
     void newAsksEvenWhenUnchangedAndYesSavesFirst()
     {
-        NotesShell shell;
+        NotesShell shell(session());
         frmNotes *form = shell.openNotes();
         QTemporaryDir dir;
         const QString file = dir.filePath(QStringLiteral("α.rtf"));
-        modEditor::CurrentFile = file;
+        state().CurrentFile = file;
         form->notes->setText(QStringLiteral("πριν"));
-        Boxes boxes(platform::vbYes);
-        modEditor::FileNew();
+        Boxes boxes(host(), platform::vbYes);
+        modEditor::FileNew(session());
         QCOMPARE(boxes.size(), 1);
         RichTextBox reread;
         reread.LoadFile(file);
         QCOMPARE(reread.Text(), QStringLiteral("πριν"));
-        QCOMPARE(modEditor::CurrentFile, file);
-        modEditor::FileNew();
+        QCOMPARE(state().CurrentFile, file);
+        modEditor::FileNew(session());
         QCOMPARE(boxes.size(), 2);
     }
 
     void newAfterASaveThatCannotWriteKeepsTheText()
     {
-        NotesShell shell;
+        NotesShell shell(session());
         frmNotes *form = shell.openNotes();
         const QString unwritable = QStringLiteral("/nonexistent-folder/σημειώσεις.rtf");
         form->notes->setText(QStringLiteral("κείμενο"));
-        Boxes boxes(platform::vbYes);
-        Dialogs dialogs([&](CommonDialog::Kind, CommonDialog &dialog, QPrinter *) {
+        Boxes boxes(host(), platform::vbYes);
+        Dialogs dialogs(host(), [&](DialogKind, SeenDialog &dialog, QPrinter *) {
             dialog.FileName = unwritable;
             return true;
         });
         // Save-as passes the failure by without a word; the note stays.
-        modEditor::FileNew();
+        modEditor::FileNew(session());
         QCOMPARE(dialogs.shown.size(), 1);
         QCOMPARE(boxes.size(), 1);
         QCOMPARE(form->notes->Text(), QStringLiteral("κείμενο"));
         // The remembered file that cannot be written: the error shows and the note stays.
-        modEditor::CurrentFile = unwritable;
-        QVERIFY(!platform::guarded([] { modEditor::FileNew(); }));
+        state().CurrentFile = unwritable;
+        QVERIFY(!platform::guarded([this] { modEditor::FileNew(session()); }));
         QCOMPARE(boxes.size(), 3);
         QCOMPARE(form->notes->Text(), QStringLiteral("κείμενο"));
         // "Yes" and then a cancelled save-as: nothing was kept, so the note stays too.
-        modEditor::CurrentFile.clear();
+        state().CurrentFile.clear();
         dialogs.answer = {};
-        modEditor::FileNew();
+        modEditor::FileNew(session());
         QCOMPARE(form->notes->Text(), QStringLiteral("κείμενο"));
         // "No" lets it go.
         boxes.answer = platform::vbNo;
-        modEditor::FileNew();
+        modEditor::FileNew(session());
         QCOMPARE(form->notes->Text(), QString());
     }
 
     void aPlainTextFileOpens()
     {
-        NotesShell shell;
+        NotesShell shell(session());
         frmNotes *form = shell.openNotes();
         QTemporaryDir dir;
         const QString file = dir.filePath(QStringLiteral("σημείωμα.txt"));
@@ -234,11 +235,11 @@ private slots:
         QVERIFY(out.open(QIODevice::WriteOnly));
         out.write(QStringLiteral("πρώτη\nδεύτερη\n").toUtf8());
         out.close();
-        Dialogs dialogs([&](CommonDialog::Kind, CommonDialog &dialog, QPrinter *) {
+        Dialogs dialogs(host(), [&](DialogKind, SeenDialog &dialog, QPrinter *) {
             dialog.FileName = file;
             return true;
         });
-        modEditor::FileOpen();
+        modEditor::FileOpen(session());
         QCOMPARE(form->notes->Text(), QStringLiteral("πρώτη\nδεύτερη\n"));
         QCOMPARE(form->notes->font().family(), QStringLiteral("Times New Roman"));
     }
@@ -252,7 +253,7 @@ private slots:
         image.fill(Qt::darkGreen);
         QVERIFY(image.save(picture));
         {
-            NotesShell shell;
+            NotesShell shell(session());
             frmNotes *form = shell.openNotes();
             RichTextBox &notes = *form->notes;
             notes.setText(QStringLiteral(
@@ -278,19 +279,19 @@ private slots:
             notes.setSelBullet(true);
             notes.setSelStart(notes.TextLength());
             notes.InsertPicture(picture);
-            modEditor::CurrentFile = file;
-            modEditor::FileSave();
+            state().CurrentFile = file;
+            modEditor::FileSave(session());
             form->NotesDirty = false;
             form->close();
         }
-        closeAll();
-        NotesShell shell;
+        closeAll(session());
+        NotesShell shell(session());
         frmNotes *form = shell.openNotes();
-        Dialogs dialogs([&](CommonDialog::Kind, CommonDialog &dialog, QPrinter *) {
+        Dialogs dialogs(host(), [&](DialogKind, SeenDialog &dialog, QPrinter *) {
             dialog.FileName = file;
             return true;
         });
-        modEditor::FileOpen();
+        modEditor::FileOpen(session());
         RichTextBox &notes = *form->notes;
         QCOMPARE(notes.Text().left(60),
             QStringLiteral("έντονο πλάγιο υπογραμμισμένο κόκκινο μεγάλο\nκέντρο\nεσοχή\nκουκίδα\nεικ")
@@ -339,11 +340,11 @@ private slots:
 
     void theScreenWrapsAsThePageBetweenOneInchMargins()
     {
-        NotesShell shell;
+        NotesShell shell(session());
         frmNotes *form = shell.openNotes();
-        modEditor::Printer().setPageSize(QPageSize(QPageSize::A4));
-        QPrinter *context = modEditor::PrepareForPrinter(*form->notes, 1440, 1440);
-        QCOMPARE(context, &modEditor::Printer());
+        modEditor::Printer(session()).setPageSize(QPageSize(QPageSize::A4));
+        QPrinter *context = modEditor::PrepareForPrinter(session(), *form->notes, 1440, 1440);
+        QCOMPARE(context, &modEditor::Printer(session()));
         const int paperTwips = qRound(QPageSize(QPageSize::A4).size(QPageSize::Point).width() * 20);
         QCOMPARE(form->notes->targetDeviceWidth(), paperTwips - 2880);
     }
@@ -352,7 +353,7 @@ private slots:
     {
         if (QStandardPaths::findExecutable(QStringLiteral("pdftotext")).isEmpty())
             QSKIP("poppler-utils (pdftotext, pdfinfo) are not installed");
-        NotesShell shell;
+        NotesShell shell(session());
         frmNotes *form = shell.openNotes();
         QStringList lines;
         // About fifty lines of 12 points fill a page between one-inch margins.
@@ -363,8 +364,8 @@ private slots:
         QTemporaryDir dir;
         const QString pdf = dir.filePath(QStringLiteral("notes.pdf"));
         QList<int> jobs;
-        modEditor::setPrintJobObserver([&](int pages) { jobs.append(pages); });
-        Dialogs dialogs(printToPdf(pdf));
+        state().printJobObserver = [&](int pages) { jobs.append(pages); };
+        Dialogs dialogs(host(), printToPdf(pdf));
         form->mnuPrint->trigger();
         QCOMPARE(dialogs.titles, QStringList({QStringLiteral("Εκτύπωση κειμένου ως ...")}));
         QCOMPARE(jobs, QList<int>({3}));
@@ -403,14 +404,14 @@ private slots:
 
     void anEmptyNotePrintsOneBlankPage()
     {
-        NotesShell shell;
+        NotesShell shell(session());
         shell.openNotes();
         QTemporaryDir dir;
         const QString pdf = dir.filePath(QStringLiteral("empty.pdf"));
         QList<int> jobs;
-        modEditor::setPrintJobObserver([&](int pages) { jobs.append(pages); });
-        Dialogs dialogs(printToPdf(pdf));
-        frmNotes::instance(false)->button(QStringLiteral("Print"))->trigger();
+        state().printJobObserver = [&](int pages) { jobs.append(pages); };
+        Dialogs dialogs(host(), printToPdf(pdf));
+        frmNotes::open(session(), false)->button(QStringLiteral("Print"))->trigger();
         QCOMPARE(jobs, QList<int>({1}));
         QVERIFY(QFileInfo(pdf).size() > 0);
         if (!QStandardPaths::findExecutable(QStringLiteral("pdfinfo")).isEmpty())
@@ -420,27 +421,27 @@ private slots:
 
     void copiesPrintOneJobEachButASelectionPrintsOnce()
     {
-        NotesShell shell;
+        NotesShell shell(session());
         frmNotes *form = shell.openNotes();
         form->notes->setText(QStringLiteral("λίγο κείμενο"));
         QTemporaryDir dir;
         QList<int> jobs;
-        modEditor::setPrintJobObserver([&](int pages) { jobs.append(pages); });
+        state().printJobObserver = [&](int pages) { jobs.append(pages); };
         {
-            Dialogs dialogs(printToPdf(dir.filePath(QStringLiteral("a.pdf")), 3));
+            Dialogs dialogs(host(), printToPdf(dir.filePath(QStringLiteral("a.pdf")), 3));
             form->mnuPrint->trigger();
         }
         QCOMPARE(jobs.size(), 3);
         jobs.clear();
         {
-            Dialogs dialogs(printToPdf(dir.filePath(QStringLiteral("b.pdf")), 0));
+            Dialogs dialogs(host(), printToPdf(dir.filePath(QStringLiteral("b.pdf")), 0));
             form->mnuPrint->trigger();
         }
         QCOMPARE(jobs.size(), 0);
         select(*form->notes, 0, 4);
         int flags = 0;
         {
-            Dialogs dialogs([&](CommonDialog::Kind kind, CommonDialog &dialog, QPrinter *printer) {
+            Dialogs dialogs(host(), [&](DialogKind kind, SeenDialog &dialog, QPrinter *printer) {
                 flags = dialog.Flags;
                 return printToPdf(dir.filePath(QStringLiteral("c.pdf")), 3)(kind, dialog, printer);
             });
@@ -453,32 +454,32 @@ private slots:
 
     void aCancelledPrintPrintsNothing()
     {
-        NotesShell shell;
+        NotesShell shell(session());
         shell.openNotes()->notes->setText(QStringLiteral("κείμενο"));
         int jobs = 0;
-        modEditor::setPrintJobObserver([&](int) { ++jobs; });
-        Boxes boxes;
-        Dialogs cancel;
-        frmNotes::instance(false)->mnuPrint->trigger();
+        state().printJobObserver = [&](int) { ++jobs; };
+        Boxes boxes(host());
+        Dialogs cancel(host());
+        frmNotes::open(session(), false)->mnuPrint->trigger();
         QCOMPARE(jobs, 0);
         QVERIFY(boxes.isEmpty());
     }
 
     void copyOfFormattedTextLosesItsFormatting()
     {
-        NotesShell shell;
+        NotesShell shell(session());
         frmNotes *form = shell.openNotes();
         form->notes->setText(QStringLiteral("έντονο απλό"));
         select(*form->notes, 0, 6);
         form->notes->setSelBold(true);
         form->notes->setFocus();
-        modEditor::EditCopy();
+        modEditor::EditCopy(session());
         const QMimeData *data = QApplication::clipboard()->mimeData();
         QCOMPARE(data->text(), QStringLiteral("έντονο"));
         QVERIFY(!data->hasHtml());
         QCOMPARE(data->formats(), QStringList({QStringLiteral("text/plain")}));
         form->notes->setSelStart(11);
-        modEditor::EditPaste();
+        modEditor::EditPaste(session());
         QCOMPARE(form->notes->Text(), QStringLiteral("έντονο απλόέντονο"));
         select(*form->notes, 11, 6);
         QCOMPARE(form->notes->SelBold(), std::optional<bool>(false));
@@ -486,17 +487,17 @@ private slots:
 
     void cutDeleteAndSelectAllWorkOnTheDocumentOrOnAFocusedField()
     {
-        NotesShell shell;
+        NotesShell shell(session());
         frmNotes *form = shell.openNotes();
         form->notes->setText(QStringLiteral("ένα δύο τρία"));
         select(*form->notes, 4, 4);
-        modEditor::EditCut();
+        modEditor::EditCut(session());
         QCOMPARE(form->notes->Text(), QStringLiteral("ένα τρία"));
         QCOMPARE(QApplication::clipboard()->text(), QStringLiteral("δύο "));
         select(*form->notes, 0, 4);
-        modEditor::EditDelete();
+        modEditor::EditDelete(session());
         QCOMPARE(form->notes->Text(), QStringLiteral("τρία"));
-        modEditor::SelectAllText();
+        modEditor::SelectAllText(session());
         QCOMPARE(form->notes->SelLength(), 4);
 
         QLineEdit field;
@@ -506,62 +507,62 @@ private slots:
         field.setFocus();
         QTRY_VERIFY(field.hasFocus());
         field.selectAll();
-        modEditor::EditCopy();
+        modEditor::EditCopy(session());
         QCOMPARE(QApplication::clipboard()->text(), QStringLiteral("πεδίο"));
         QCOMPARE(form->notes->Text(), QStringLiteral("τρία"));
     }
 
     void togglesWithoutASelectionSetTheirButtonAndOverOneLeaveIt()
     {
-        NotesShell shell;
+        NotesShell shell(session());
         frmNotes *form = shell.openNotes();
         form->notes->setText(QStringLiteral("αβγ"));
         form->notes->setSelStart(3);
-        modEditor::ToggleItalic();
+        modEditor::ToggleItalic(session());
         QCOMPARE(form->buttonValue(QStringLiteral("Italic")), 1);
         QCOMPARE(form->notes->SelItalic(), std::optional<bool>(true));
-        modEditor::ToggleItalic();
+        modEditor::ToggleItalic(session());
         QCOMPARE(form->buttonValue(QStringLiteral("Italic")), 0);
         select(*form->notes, 0, 3);
         form->setButtonValue(QStringLiteral("Underline"), 0);
-        modEditor::ToggleUnderline();
+        modEditor::ToggleUnderline(session());
         QCOMPARE(form->notes->SelUnderline(), std::optional<bool>(true));
         QCOMPARE(form->buttonValue(QStringLiteral("Underline")), 0);
-        modEditor::ToggleBullet();
+        modEditor::ToggleBullet(session());
         QCOMPARE(form->notes->SelBullet(), std::optional<bool>(true));
-        modEditor::ToggleBullet();
+        modEditor::ToggleBullet(session());
         QCOMPARE(form->notes->SelBullet(), std::optional<bool>(false));
     }
 
     void setAlignmentSetsTheThreeKeysAndTheParagraphs()
     {
-        NotesShell shell;
+        NotesShell shell(session());
         frmNotes *form = shell.openNotes();
         form->notes->setText(QStringLiteral("α\nβ"));
         select(*form->notes, 0, 3);
-        modEditor::SetAlignment(1);
+        modEditor::SetAlignment(session(), 1);
         QCOMPARE(form->buttonValue(QStringLiteral("Right")), 1);
         QCOMPARE(form->buttonValue(QStringLiteral("Left")), 0);
         QCOMPARE(form->notes->SelAlignment(), std::optional<int>(RichTextBox::AlignRight));
-        modEditor::SetAlignment(2);
+        modEditor::SetAlignment(session(), 2);
         QCOMPARE(form->buttonValue(QStringLiteral("Center")), 1);
         QCOMPARE(form->buttonValue(QStringLiteral("Right")), 0);
     }
 
     void theFontDialogAppliesItsChoiceAndCancelChangesNothing()
     {
-        NotesShell shell;
+        NotesShell shell(session());
         frmNotes *form = shell.openNotes();
         form->notes->setText(QStringLiteral("γράμματα"));
         select(*form->notes, 0, 8);
         form->notes->setSelColor(0x00FF00);
         {
-            Dialogs cancel;
-            modEditor::ChooseFont();
+            Dialogs cancel(host());
+            modEditor::ChooseFont(session());
         }
         QCOMPARE(form->notes->SelColor(), std::optional<quint32>(0x00FF00));
         int flags = 0;
-        Dialogs dialogs([&flags](CommonDialog::Kind, CommonDialog &dialog, QPrinter *) {
+        Dialogs dialogs(host(), [&flags](DialogKind, SeenDialog &dialog, QPrinter *) {
             flags = dialog.Flags;
             dialog.FontName = QStringLiteral("DejaVu Sans");
             dialog.FontSize = 14.5;
@@ -572,7 +573,7 @@ private slots:
             dialog.Color = 0x800000;
             return true;
         });
-        modEditor::ChooseFont();
+        modEditor::ChooseFont(session());
         QCOMPARE(flags, 459527);
         QCOMPARE(form->notes->SelFontName(), std::optional<QString>(QStringLiteral("DejaVu Sans")));
         QCOMPARE(form->notes->SelFontSize(), std::optional<double>(14));
@@ -584,13 +585,16 @@ private slots:
 
     void theFontDialogHasItsOwnTitleAndOffersTheColour()
     {
-        NotesShell shell;
+        NotesShell shell(session());
         frmNotes *form = shell.openNotes();
         form->notes->setText(QStringLiteral("γράμματα"));
         select(*form->notes, 0, 8);
         // The title the file dialog was given before stays with the file dialog.
         form->CMDialog1.DialogTitle = QStringLiteral("Αποθήκευση ως");
-        CommonDialog::setHook({});
+        // The desktop's own dialog, answered below as the user would.
+        host().onDialog = [](const platform::DialogRequest &request) {
+            return platform::DesktopHost().dialog(request, nullptr);
+        };
         QString title;
         QString family;
         QStringList colours;
@@ -615,7 +619,7 @@ private slots:
             dialog->accept();
         };
         QTimer::singleShot(0, answer);
-        modEditor::ChooseFont();
+        modEditor::ChooseFont(session());
         QCOMPARE(title, CommonDialog::FontDialogTitle);
         QCOMPARE(title, QStringLiteral("Γραμματοσειρά"));
         // The designed "Times New Roman" is chosen as the family that stands in for it.

@@ -3,7 +3,6 @@
 // "Άνοιγμα" over a changed note keep it the same way.
 
 #include "../app/shellcontent.h"
-#include "../support/msgboxrecorder.h"
 #include "notestest.h"
 
 #include <childwindows.h>
@@ -18,12 +17,11 @@
 
 using namespace testing;
 
-class tst_NoteKept : public QObject
+class tst_NoteKept : public QObject, public NotesFixture
 {
     Q_OBJECT
 
     ShellContent m_content;
-    MsgBoxRecorder m_boxes;
     int m_startScreens = 0;
     int m_ends = 0;
 
@@ -33,7 +31,7 @@ class tst_NoteKept : public QObject
         shell->setSelectedActivity(106);
         shell->show();
         shell->TlbMain_ButtonClick(QStringLiteral("Notes"));
-        frmNotes::instance(false)->notes->setText(QStringLiteral("σημείωση που μένει"));
+        frmNotes::open(session(), false)->notes->setText(QStringLiteral("σημείωση που μένει"));
         return shell;
     }
 
@@ -41,6 +39,8 @@ private slots:
     void initTestCase()
     {
         QVERIFY(m_content.open());
+        // session: the shell's own start screen and end are still set here until the
+        // shell is the session's.
         MDIForm1::registerDefaultInstance();
         MDIForm1::setStartScreenFactory([this] {
             ++m_startScreens;
@@ -49,23 +49,22 @@ private slots:
         modGlobal::setEndHook([this] { ++m_ends; });
         registerChildWindows();
     }
+    // session: the shell's content is still modGlobal's until the shell is the session's.
     void cleanupTestCase() { modGlobal::gDatabase.reset(); }
     void init()
     {
-        m_boxes.install();
+        beginSession();
         m_startScreens = 0;
         m_ends = 0;
-        modEditor::CurrentFile.clear();
     }
     void cleanup()
     {
-        platform::setMsgBoxHook({});
-        CommonDialog::setHook({});
-        closeAll();
+        closeAll(session());
         for (int i = 0; i < 3; ++i)
             QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
         for (QWidget *w : QApplication::topLevelWidgets())
             delete w;
+        endSession();
     }
 
     void yesWithACancelledSaveAsKeepsTheNoteAndTheShell_data()
@@ -85,10 +84,10 @@ private slots:
         QFETCH(QString, way);
         MDIForm1 *shell = openShellWithAChangedNote();
         QPointer<MDIForm1> guard(shell);
-        QPointer<frmNotes> notes = frmNotes::instance(false);
-        Dialogs dialogs; // cancels
-        m_boxes.install();
-        m_boxes.answers = {platform::vbYes, platform::vbYes};
+        QPointer<frmNotes> notes = frmNotes::open(session(), false);
+        Dialogs dialogs(host()); // cancels
+        host().boxes.clear();
+        host().answers = {platform::vbYes, platform::vbYes};
         if (way == u"menu exit")
             shell->mnuExit->trigger();
         else if (way == u"menu back")
@@ -102,8 +101,8 @@ private slots:
         for (int i = 0; i < 3; ++i)
             QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
 
-        QCOMPARE(m_boxes.size(), 1);
-        QCOMPARE(m_boxes.first().title, QStringLiteral("Κλείσιμο Σημειωματαρίου"));
+        QCOMPARE(host().boxes.size(), 1);
+        QCOMPARE(host().boxes.first().title, QStringLiteral("Κλείσιμο Σημειωματαρίου"));
         QCOMPARE(dialogs.shown.size(), 1);
         QVERIFY(notes);
         QVERIFY(notes->isVisible());
@@ -121,12 +120,12 @@ private slots:
     void newAnsweredYesWithACancelledSaveAsKeepsTheText()
     {
         openShellWithAChangedNote();
-        frmNotes *form = frmNotes::instance(false);
-        Dialogs dialogs;
-        m_boxes.install();
-        m_boxes.answers = {platform::vbYes, platform::vbYes};
+        frmNotes *form = frmNotes::open(session(), false);
+        Dialogs dialogs(host());
+        host().boxes.clear();
+        host().answers = {platform::vbYes, platform::vbYes};
         form->mnuNew->trigger();
-        QCOMPARE(m_boxes.size(), 1);
+        QCOMPARE(host().boxes.size(), 1);
         QCOMPARE(dialogs.shown.size(), 1);
         QCOMPARE(form->notes->Text(), QStringLiteral("σημείωση που μένει"));
     }
@@ -134,7 +133,7 @@ private slots:
     void openOverAChangedNoteAsksFirst()
     {
         openShellWithAChangedNote();
-        frmNotes *form = frmNotes::instance(false);
+        frmNotes *form = frmNotes::open(session(), false);
         QTemporaryDir dir;
         const QString other = dir.filePath(QStringLiteral("άλλο.txt"));
         {
@@ -145,30 +144,30 @@ private slots:
 
         // Yes, then the save cancelled: nothing opens and the note stays.
         {
-            QList<CommonDialog::Kind> kinds;
-            Dialogs dialogs([&kinds](CommonDialog::Kind kind, CommonDialog &, QPrinter *) {
+            QList<DialogKind> kinds;
+            Dialogs dialogs(host(), [&kinds](DialogKind kind, SeenDialog &, QPrinter *) {
                 kinds.append(kind);
                 return false;
             });
-            m_boxes.install();
-            m_boxes.answers = {platform::vbYes, platform::vbYes};
+            host().boxes.clear();
+            host().answers = {platform::vbYes, platform::vbYes};
             form->mnuOpen->trigger();
-            QCOMPARE(m_boxes.size(), 1);
-            QCOMPARE(m_boxes.first().text, QStringLiteral("Θέλετε να αποθηκεύσετε το παρόν έγγραφο;"));
-            QCOMPARE(m_boxes.first().style, int(platform::vbYesNo));
+            QCOMPARE(host().boxes.size(), 1);
+            QCOMPARE(host().boxes.first().text, QStringLiteral("Θέλετε να αποθηκεύσετε το παρόν έγγραφο;"));
+            QCOMPARE(host().boxes.first().style, int(platform::vbYesNo));
             QCOMPARE(kinds.size(), 1);
             QCOMPARE(form->notes->Text(), QStringLiteral("σημείωση που μένει"));
         }
         // No: the file opens over it.
         {
-            Dialogs dialogs([&other](CommonDialog::Kind, CommonDialog &dialog, QPrinter *) {
+            Dialogs dialogs(host(), [&other](DialogKind, SeenDialog &dialog, QPrinter *) {
                 dialog.FileName = other;
                 return true;
             });
-            m_boxes.install();
-            m_boxes.answers = {platform::vbNo, platform::vbNo};
+            host().boxes.clear();
+            host().answers = {platform::vbNo, platform::vbNo};
             form->mnuOpen->trigger();
-            QCOMPARE(m_boxes.size(), 1);
+            QCOMPARE(host().boxes.size(), 1);
             QCOMPARE(dialogs.shown.size(), 1);
             QCOMPARE(form->notes->Text(), QStringLiteral("allo"));
         }
@@ -176,13 +175,13 @@ private slots:
         {
             const QString kept = dir.filePath(QStringLiteral("σημείωση.rtf"));
             form->notes->setText(QStringLiteral("δεύτερη"));
-            modEditor::CurrentFile = kept;
-            Dialogs dialogs([&other](CommonDialog::Kind, CommonDialog &dialog, QPrinter *) {
+            state().CurrentFile = kept;
+            Dialogs dialogs(host(), [&other](DialogKind, SeenDialog &dialog, QPrinter *) {
                 dialog.FileName = other;
                 return true;
             });
-            m_boxes.install();
-            m_boxes.answers = {platform::vbYes, platform::vbYes};
+            host().boxes.clear();
+            host().answers = {platform::vbYes, platform::vbYes};
             form->mnuOpen->trigger();
             QVERIFY(QFile::exists(kept));
             QCOMPARE(form->notes->Text(), QStringLiteral("allo"));
@@ -191,14 +190,14 @@ private slots:
 
     void anUnchangedNoteOpensWithoutAQuestion()
     {
-        NotesShell shell;
+        NotesShell shell(session());
         frmNotes *form = shell.openNotes();
         QVERIFY(!form->NotesDirty);
-        Dialogs dialogs;
-        m_boxes.install();
-        m_boxes.answers = {platform::vbYes, platform::vbYes};
+        Dialogs dialogs(host());
+        host().boxes.clear();
+        host().answers = {platform::vbYes, platform::vbYes};
         form->mnuOpen->trigger();
-        QVERIFY(m_boxes.isEmpty());
+        QVERIFY(host().boxes.isEmpty());
         QCOMPARE(dialogs.shown.size(), 1);
     }
 };

@@ -75,19 +75,24 @@ QString fontFamily(QString name)
 
 } // namespace
 
-class tst_NotesLibreOffice : public QObject
+class tst_NotesLibreOffice : public QObject, public NotesFixture
 {
     Q_OBJECT
 
 private slots:
-    void cleanup() { closeAll(); }
+    void init() { beginSession(); }
+    void cleanup()
+    {
+        closeAll(session());
+        endSession();
+    }
 
     void aSavedNoteOpensInWriterWithItsTextFormatsAndPicture()
     {
         if (soffice().isEmpty())
             QSKIP("LibreOffice (soffice) is not installed");
         QTemporaryDir dir;
-        NotesShell shell;
+        NotesShell shell(session());
         frmNotes *form = shell.openNotes();
         RichTextBox &notes = *form->notes;
         notes.setText(QStringLiteral("Έντονο πλάγιο υπογραμμισμένο κόκκινο\nΜεγάλα γράμματα\nΣτο κέντρο\n"
@@ -110,7 +115,7 @@ private slots:
         pick(QStringLiteral("Με εσοχή"));
         notes.setSelIndent(1000);
         pick(QStringLiteral("Κουκίδα"));
-        frmBullets *bullets = frmBullets::instance(form);
+        frmBullets *bullets = frmBullets::open(session());
         bullets->Text1->setText(QStringLiteral("3"));
         bullets->Text2->setText(QStringLiteral("3"));
         bullets->cmdOK->click();
@@ -122,7 +127,7 @@ private slots:
         notes.InsertPicture(picture);
 
         const QString rtf = dir.filePath(QStringLiteral("note.rtf"));
-        Dialogs dialogs([&](CommonDialog::Kind, CommonDialog &dialog, QPrinter *) {
+        Dialogs dialogs(host(), [&](DialogKind, SeenDialog &dialog, QPrinter *) {
             dialog.FileName = rtf;
             return true;
         });

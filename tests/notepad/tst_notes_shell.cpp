@@ -18,7 +18,7 @@
 
 using namespace testing;
 
-class tst_NotesShell : public QObject
+class tst_NotesShell : public QObject, public NotesFixture
 {
     Q_OBJECT
 
@@ -36,16 +36,20 @@ private slots:
     void initTestCase()
     {
         QVERIFY(m_content.open());
+        // session: the shell's own start screen and end are still set here until the
+        // shell is the session's.
         MDIForm1::registerDefaultInstance();
         MDIForm1::setStartScreenFactory([] { return nullptr; });
         registerChildWindows();
     }
+    // session: the shell's content is still modGlobal's until the shell is the session's.
     void cleanupTestCase() { modGlobal::gDatabase.reset(); }
+    void init() { beginSession(); }
     void cleanup()
     {
-        platform::setMsgBoxHook({});
-        closeAll();
+        closeAll(session());
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        endSession();
     }
 
     void theMenuOpensTheNotesChecksItselfAndClosesThemWithTheQuestion()
@@ -53,21 +57,21 @@ private slots:
         MDIForm1 *shell = openShell();
         QVERIFY(!shell->mnuStudNotes->isChecked());
         shell->mnuStudNotes->trigger();
-        frmNotes *form = frmNotes::instance(false);
+        frmNotes *form = frmNotes::open(session(), false);
         QVERIFY(form);
         QVERIFY(form->isVisible());
         QVERIFY(shell->mnuStudNotes->isChecked());
         // The key opens the same one.
         shell->TlbMain_ButtonClick(QStringLiteral("Notes"));
-        QCOMPARE(frmNotes::instance(false), form);
+        QCOMPARE(frmNotes::open(session(), false), form);
 
         form->notes->setText(QStringLiteral("σημείωση"));
-        Boxes boxes(platform::vbNo);
+        Boxes boxes(host(), platform::vbNo);
         shell->mnuStudNotes->trigger();
         QCOMPARE(boxes.size(), 1);
         QCOMPARE(boxes.first().title, QStringLiteral("Κλείσιμο Σημειωματαρίου"));
         QVERIFY(!shell->mnuStudNotes->isChecked());
-        QVERIFY(!frmNotes::instance(false));
+        QVERIFY(!frmNotes::open(session(), false));
         shell->close();
     }
 
@@ -86,21 +90,22 @@ private slots:
     {
         QFETCH(QString, way);
         int ends = 0;
+        // session: the shell's end, until it ends through the session's host.
         modGlobal::setEndHook([&ends] { ++ends; });
         const auto noEnd = qScopeGuard([] { modGlobal::setEndHook({}); });
         MDIForm1 *shell = openShell();
         QPointer<MDIForm1> guard(shell);
         shell->TlbMain_ButtonClick(QStringLiteral("Notes"));
-        frmNotes::instance(false)->notes->setText(QStringLiteral("σημείωση"));
+        frmNotes::open(session(), false)->notes->setText(QStringLiteral("σημείωση"));
 
         // The pupil says yes: the note is saved where the pupil says, before the shell goes.
         QTemporaryDir dir;
         const QString file = dir.filePath(QStringLiteral("σημειώσεις.rtf"));
-        Dialogs dialogs([&file](CommonDialog::Kind, CommonDialog &dialog, QPrinter *) {
+        Dialogs dialogs(host(), [&file](DialogKind, SeenDialog &dialog, QPrinter *) {
             dialog.FileName = file;
             return true;
         });
-        Boxes boxes(platform::vbYes);
+        Boxes boxes(host(), platform::vbYes);
         if (way == u"menu exit")
             shell->mnuExit->trigger();
         else if (way == u"menu back")
@@ -114,7 +119,7 @@ private slots:
         QCOMPARE(boxes.size(), 1);
         QCOMPARE(boxes.first().text, QStringLiteral("Θέλετε να αποθηκευτεί το παρόν έγγραφο;"));
         QCOMPARE(boxes.first().title, QStringLiteral("Κλείσιμο Σημειωματαρίου"));
-        QVERIFY(!frmNotes::instance(false));
+        QVERIFY(!frmNotes::open(session(), false));
         QVERIFY(!guard);
         QCOMPARE(ends, way == u"exit" ? 1 : 0);
         QFile saved(file);
@@ -127,7 +132,7 @@ private slots:
         MDIForm1 *shell = openShell();
         QVERIFY(QTest::qWaitForWindowExposed(shell));
         shell->TlbMain_ButtonClick(QStringLiteral("Notes"));
-        frmNotes *form = frmNotes::instance(false);
+        frmNotes *form = frmNotes::open(session(), false);
         RichTextBox &notes = *form->notes;
         notes.setText(
             QStringLiteral("Οι σημειώσεις μου για τον Παρθενώνα\nΟ ναός χτίστηκε από τον Ικτίνο και τον "

@@ -3,7 +3,7 @@
 // Small helpers of the palette tests: the pointer as the window system moves it, and what
 // the window shows.
 
-#include "../support/msgboxrecorder.h"
+#include "../support/testsession.h"
 
 #include <palettewindow.h>
 
@@ -128,17 +128,23 @@ inline bool showAt(PaletteWindow &palette, int leftTwips = 3000, int topTwips = 
     return QTest::qWaitForWindowExposed(&palette);
 }
 
-// The palette of one test, fresh and shown, and the boxes shown meanwhile.
+// The palette of one test, fresh and shown, in a session of its own, and the boxes its
+// host showed meanwhile.
 template<typename Palette> class Fixture
 {
 public:
-    testing::MsgBoxRecorder boxes;
+    QList<testing::ShownBox> boxes;
 
-    void begin() { boxes.install(); }
+    void begin()
+    {
+        boxes.clear();
+        m_session = std::make_unique<testing::TestSession>();
+        m_session->host->onBox = [this](const testing::ShownBox &box) { boxes.append(box); };
+    }
     void end()
     {
         m_palette.reset();
-        platform::setMsgBoxHook({});
+        m_session.reset();
     }
     Palette &shownPalette()
     {
@@ -149,6 +155,7 @@ public:
     }
 
 private:
+    std::unique_ptr<testing::TestSession> m_session;
     std::unique_ptr<Palette> m_palette;
 };
 

@@ -30,7 +30,7 @@ class tst_frmBorderWidth : public QObject
     Q_OBJECT
 
     Fixture<frmBorderWidth> m_fixture;
-    testing::MsgBoxRecorder &m_boxes = m_fixture.boxes;
+    QList<testing::ShownBox> &m_boxes = m_fixture.boxes;
 
     frmBorderWidth &shownPalette() { return m_fixture.shownPalette(); }
 

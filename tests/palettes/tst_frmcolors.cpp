@@ -31,7 +31,7 @@ class tst_frmColors : public QObject
     Q_OBJECT
 
     Fixture<frmColors> m_fixture;
-    testing::MsgBoxRecorder &m_boxes = m_fixture.boxes;
+    QList<testing::ShownBox> &m_boxes = m_fixture.boxes;
 
     frmColors &shownPalette() { return m_fixture.shownPalette(); }
 

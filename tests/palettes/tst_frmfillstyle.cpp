@@ -34,7 +34,7 @@ class tst_frmFillStyle : public QObject
     Q_OBJECT
 
     Fixture<frmFillStyle> m_fixture;
-    testing::MsgBoxRecorder &m_boxes = m_fixture.boxes;
+    QList<testing::ShownBox> &m_boxes = m_fixture.boxes;
 
     frmFillStyle &shownPalette() { return m_fixture.shownPalette(); }
 

@@ -4,6 +4,7 @@
 
 #include "../app/shellcontent.h"
 #include "../support/msgboxrecorder.h"
+#include "../support/testsession.h"
 #include "lostcopies.h"
 
 #include <childwindows.h>
@@ -15,6 +16,7 @@
 #include <mdiform1.h>
 #include <modeditor.h>
 #include <msgbox.h>
+#include <notepadstate.h>
 #include <picphoto.h>
 #include <recoverystore.h>
 #include <richtextbox.h>
@@ -81,16 +83,17 @@ QImage drawnPicture()
 // draws, and the program runs on until it is killed.
 int editAndRunUntilKilled(const QString &mapFile)
 {
-    frmNotes *notes = frmNotes::instance(true);
+    testing::TestSession session;
+    frmNotes *notes = frmNotes::open(session, true);
     notes->show();
-    modEditor::CurrentFile = NoteFile;
+    session->notepad().CurrentFile = NoteFile;
     type(notes->notes, NoteText);
-    auto *drawing = new frmDrawing;
+    auto *drawing = new frmDrawing(session);
     drawing->Load();
     drawing->show();
     drawing->picPhoto->setPicture(drawnPicture());
     // A map tile's drawing window, drawn on.
-    auto *map = new frmDrawing;
+    auto *map = new frmDrawing(session);
     map->setResourceID(205);
     map->Load();
     map->setMapPicture(mapFile);
@@ -140,6 +143,7 @@ class tst_LostWork : public QObject
 {
     Q_OBJECT
 
+    testing::TestSession m_session;
     QTemporaryDir m_state;
     testing::ShellContent m_content;
     QString m_mapFile;
@@ -172,7 +176,7 @@ private slots:
             Answers no(platform::vbNo);
             if (ShellWindow *shell = ShellWindow::existing())
                 shell->window()->close();
-            if (frmNotes *notes = frmNotes::instance(false))
+            if (frmNotes *notes = frmNotes::open(m_session, false))
                 notes->close();
             QApplication::processEvents();
         }
@@ -183,15 +187,15 @@ private slots:
     void noteIsKeptWhileUnsavedAndGoesWhenSavedOrLetGo()
     {
         QTemporaryDir files;
-        frmNotes *notes = frmNotes::instance(true);
+        frmNotes *notes = frmNotes::open(m_session, true);
         notes->show();
         type(notes->notes, QStringLiteral("Πρώτη"));
         QTRY_COMPARE_WITH_TIMEOUT(Store::instance().ownEntries().size(), 1, 3000);
         QCOMPARE(Store::instance().ownEntries()[0].kind, QStringLiteral("notes"));
 
         // Saved: the copy goes.
-        modEditor::CurrentFile = files.filePath(QStringLiteral("a.rtf"));
-        modEditor::FileSave();
+        m_session->notepad().CurrentFile = files.filePath(QStringLiteral("a.rtf"));
+        modEditor::FileSave(m_session);
         QVERIFY(Store::instance().ownEntries().isEmpty());
 
         // "Νέο", and "Όχι" to saving first: let go.
@@ -199,7 +203,7 @@ private slots:
         QTRY_COMPARE_WITH_TIMEOUT(Store::instance().ownEntries().size(), 1, 3000);
         {
             Answers no(platform::vbNo);
-            modEditor::FileNew();
+            modEditor::FileNew(m_session);
         }
         QTest::qWait(400);
         QVERIFY(Store::instance().ownEntries().isEmpty());
@@ -218,7 +222,7 @@ private slots:
     void drawingIsKeptWhileUnsavedAndGoesWhenSavedOrLetGo()
     {
         QTemporaryDir files;
-        auto *drawing = new frmDrawing;
+        auto *drawing = new frmDrawing(m_session);
         drawing->setAttribute(Qt::WA_DeleteOnClose);
         drawing->Load();
         drawing->show();
@@ -230,12 +234,14 @@ private slots:
         QCOMPARE(QImage(kept.contentPath).convertToFormat(QImage::Format_RGB32), drawnPicture());
 
         // Saved under a name: the copy goes.
-        drawing::CommonDialog::setHook([&](drawing::CommonDialog &dialog, drawing::CommonDialog::Action) {
-            dialog.FileName = files.filePath(QStringLiteral("d.bmp"));
-            return true;
-        });
+        m_session.host->onDialog = [&](const platform::DialogRequest &) {
+            platform::DialogAnswer saved;
+            saved.accepted = true;
+            saved.fileName = files.filePath(QStringLiteral("d.bmp"));
+            return saved;
+        };
         drawing->tlbGeneral_ButtonClick(QStringLiteral("Save"));
-        drawing::CommonDialog::setHook({});
+        m_session.host->onDialog = {};
         QVERIFY(QFile::exists(files.filePath(QStringLiteral("d.bmp"))));
         QVERIFY(Store::instance().ownEntries().isEmpty());
 
@@ -297,15 +303,15 @@ private slots:
         QCOMPARE(yes.styles[0], platform::vbYesNoCancel | platform::vbQuestion);
 
         // The work opens when the pupil goes into an activity.
-        QVERIFY(!frmNotes::instance(false));
+        QVERIFY(!frmNotes::open(m_session, false));
         ShellWindow *shell = ShellWindow::instance();
         shell->setSelectedActivity(101);
         shell->window()->show();
-        QTRY_VERIFY(frmNotes::instance(false) && frmNotes::instance(false)->isVisible());
-        frmNotes *notes = frmNotes::instance(false);
+        QTRY_VERIFY(frmNotes::open(m_session, false) && frmNotes::open(m_session, false)->isVisible());
+        frmNotes *notes = frmNotes::open(m_session, false);
         QCOMPARE(notes->notes->Text(), NoteText);
         QVERIFY(notes->NotesDirty);
-        QCOMPARE(modEditor::CurrentFile, NoteFile);
+        QCOMPARE(m_session->notepad().CurrentFile, NoteFile);
         QTRY_VERIFY(drawingIn(shell->mdiArea(), QStringLiteral("Σχεδιαστήριο")));
         frmDrawing *drawing = drawingIn(shell->mdiArea(), QStringLiteral("Σχεδιαστήριο"));
         QCOMPARE(drawing->picPhoto->Picture().convertToFormat(QImage::Format_RGB32), drawnPicture());
@@ -378,6 +384,8 @@ private slots:
         } else {
             // The box itself, answered from the keyboard or by its window's frame.
             platform::setMsgBoxHook({});
+            platform::DesktopHost desktop;
+            const platform::HostScope desktopBoxes(desktop);
             QList<QMessageBox::StandardButton> buttons;
             QTimer answer;
             answer.setInterval(50);
@@ -453,8 +461,8 @@ private slots:
         ShellWindow *shell = ShellWindow::instance();
         shell->setSelectedActivity(101);
         shell->window()->show();
-        QTRY_VERIFY(frmNotes::instance(false) && frmNotes::instance(false)->isVisible());
-        frmNotes *notes = frmNotes::instance(false);
+        QTRY_VERIFY(frmNotes::open(m_session, false) && frmNotes::open(m_session, false)->isVisible());
+        frmNotes *notes = frmNotes::open(m_session, false);
         QVERIFY2(
             notes->notes->Text().contains(QStringLiteral("Kleisthenis")), qPrintable(notes->notes->Text()));
         QVERIFY(notes->NotesDirty);

@@ -56,7 +56,8 @@ private slots:
         // The sea is one colour, and a large part of the map.
         QVERIFY2(sea > qint64(map.width()) * map.height() / 5, qPrintable(QString::number(sea)));
 
-        frmDrawing w;
+        testing::TestSession session;
+        frmDrawing w(session);
         w.Load();
         w.picPhoto->setPicture(map);
         w.vFormFillStyle_NewFillStyle(drawing::Solid);

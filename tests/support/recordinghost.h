@@ -3,7 +3,8 @@
 // The outside world of a test: stands in for the user in front of the program's message
 // boxes (records each and answers from `answers` in turn, then OK), counts the programs
 // that would start and the program's ends, and keeps a clock the test sets. Delays run as
-// on the desktop, unless the test holds them to run them itself.
+// on the desktop, unless the test holds them to run them itself. The file, print and
+// font dialogs are recorded and answered by `onDialog`, or else cancelled.
 
 #include <host.h>
 #include <msgbox.h>
@@ -49,6 +50,10 @@ public:
     int ends = 0;
     std::function<void()> onEnd;
 
+    QList<platform::DialogRequest> dialogs;
+    // Answers each dialog as the user would (it may set up the request's printer).
+    std::function<platform::DialogAnswer(const platform::DialogRequest &)> onDialog;
+
     QDateTime clock; // an invalid clock reads the system's
     bool holdDelays = false;
     struct Delay
@@ -79,6 +84,12 @@ public:
         ++ends;
         if (onEnd)
             onEnd();
+    }
+
+    platform::DialogAnswer dialog(const platform::DialogRequest &request, QWidget *) override
+    {
+        dialogs.append(request);
+        return onDialog ? onDialog(request) : platform::DialogAnswer {};
     }
 
     QDateTime now() const override { return clock.isValid() ? clock : QDateTime::currentDateTime(); }

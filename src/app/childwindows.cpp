@@ -8,7 +8,9 @@
 #include <frmindex.h>
 #include <frmnotes.h>
 #include <frmsearchresources.h>
+#include <session.h>
 #include <sourceviewer.h>
+#include <viewingwindows.h>
 
 #include <QMdiSubWindow>
 #include <QPointer>
@@ -16,12 +18,17 @@
 // Each subsystem registers its windows in a block of its own.
 void registerChildWindows()
 {
+    Session &session = *Session::current();
+
+    // Viewing: the viewers of texts and photographs, the tip and the picture windows.
+    registerViewingWindows(session);
+
     // Finding: the resource search and the index.
     MDIForm1::setChildWindowProvider(
         MDIForm1::ChildWindow::Index, [](bool create) -> QWidget * { return frmIndex::instance(create); });
     MDIForm1::setChildWindowProvider(MDIForm1::ChildWindow::SearchResources,
         [](bool create) -> QWidget * { return frmSearchResources::instance(create); });
-    finding::registerFindingLinks();
+    finding::registerFindingLinks(session);
     MDIForm1::setChildWindowProvider(MDIForm1::ChildWindow::FullTextSearch,
         [](bool create) -> QWidget * { return frmFullTextSearch::instance(create); });
 
@@ -45,5 +52,6 @@ void registerChildWindows()
         }
         return shellDrawing;
     });
-    SourceViewer::setFactory(SourceViewer::Kind::Map, [] { return new frmDrawing; });
+    session.setViewerFactory(
+        int(SourceViewer::Kind::Map), [](Session &) -> QWidget * { return new frmDrawing; });
 }

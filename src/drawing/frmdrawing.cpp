@@ -15,6 +15,7 @@
 #include <msgbox.h>
 #include <picturefile.h>
 #include <runtimeerror.h>
+#include <session.h>
 #include <shellwindow.h>
 #include <twips.h>
 
@@ -119,7 +120,7 @@ void showToggle(bool checked)
 } // namespace
 
 frmDrawing::frmDrawing(QWidget *parent)
-    : SourceViewer(parent)
+    : SourceViewer(*Session::current(), parent)
     , tlbTools(new DrawingToolbar(QStringLiteral("tlbTools"), Qt::Vertical, this))
     , tlbGeneral(new DrawingToolbar(QStringLiteral("tlbGeneral"), Qt::Horizontal, this))
     , picContainer(new QWidget(this))

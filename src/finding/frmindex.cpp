@@ -14,6 +14,7 @@
 #include <msgbox.h>
 #include <programbitmaps.h>
 #include <richtextbox.h>
+#include <session.h>
 #include <shellwindow.h>
 #include <textzoom.h>
 #include <twips.h>
@@ -269,7 +270,9 @@ void frmIndex::cmdPicture_Click()
 {
     const QString path
         = platform::contentPath(modGlobal::gDataFolder, QStringLiteral("\\Photos\\"), cmdPicture->Tag());
-    frmFoto *foto = frmFoto::instance();
+    auto *foto = Session::current()->window<frmFoto>(Session::Window::Photo);
+    if (!foto)
+        return;
     m_foto = foto;
     foto->LoadPicture(path);
     const QPoint centre = mapToGlobal(rect().center());
@@ -306,7 +309,16 @@ void frmIndex::PlayMedia(
     // One piece plays at a time: another sound or video stops the one playing.
     if (m_player)
         m_player->Unload();
-    auto *player = new frmMediaPlayer;
+    // The player reads the choice as it loads, from this index while it stands.
+    auto *player = new frmMediaPlayer(*Session::current(), [index = QPointer<frmIndex>(this)] {
+        frmMediaPlayer::IndexMedia media;
+        if (index) {
+            media.MediaKind = index->MediaKind;
+            media.SoundPath = index->SoundPath;
+            media.VideoPath = index->VideoPath;
+        }
+        return media;
+    });
     m_player = player;
     player->Load();
     player->setWindowTitle(caption);

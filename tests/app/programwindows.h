@@ -7,6 +7,7 @@
 // An opener shows its window and returns it; a window the shell shows inside itself is
 // returned as the program's widget, and frameOf gives the shell's frame round it.
 
+#include <session.h>
 #include <btn.h>
 #include <chotword.h>
 #include <frmborderwidth.h>
@@ -82,7 +83,7 @@ inline frmIndex *openIndexAt(const QString &term)
 
 inline frmResPhoto *openPhoto(qint32 resourceID)
 {
-    auto *viewer = new frmResPhoto;
+    auto *viewer = new frmResPhoto(*Session::current());
     viewer->setResourceID(resourceID);
     viewer->Load();
     modGlobal::CenterAndShow(viewer);
@@ -136,7 +137,7 @@ inline QList<ProgramWindow> programWindows()
             }},
         {"text_viewer",
             [](MDIForm1 *) -> QWidget * {
-                auto *viewer = new frmTextResource;
+                auto *viewer = new frmTextResource(*Session::current());
                 viewer->setResourceID(101);
                 viewer->Load();
                 modGlobal::CenterAndShow(viewer);
@@ -144,7 +145,7 @@ inline QList<ProgramWindow> programWindows()
             }},
         {"tip",
             [](MDIForm1 *shell) -> QWidget * {
-                frmToolTips *tip = frmToolTips::instance();
+                frmToolTips *tip = Session::current()->window<frmToolTips>(Session::Window::Tip);
                 tip->setTipText(u"Η σμύριδα της Νάξου, πέτρωμα σκληρό, γυάλιζε τα μάρμαρα."_s);
                 tip->Show(shell);
                 return tip;
@@ -154,7 +155,7 @@ inline QList<ProgramWindow> programWindows()
         {"enlarged_photo",
             [](MDIForm1 *) -> QWidget * {
                 openPhoto(121)->Image1_DblClick();
-                return frmMaxPhoto::instance();
+                return Session::current()->window<frmMaxPhoto>(Session::Window::MaxPhoto);
             }},
         {"index", [](MDIForm1 *) -> QWidget * { return openIndexAt(u"Μίνωας"_s); }},
         {"index_picture",
@@ -274,7 +275,7 @@ inline void addProgramWindowRows()
 // Closes every window but the shell, and the shell's child windows, as the pupil would.
 inline void closeProgramWindows(MDIForm1 *shell)
 {
-    if (frmToolTips *tip = frmToolTips::existing())
+    if (frmToolTips *tip = Session::current()->window<frmToolTips>(Session::Window::Tip, false))
         tip->close();
     if (frmNotes *notes = frmNotes::instance(false))
         notes->NotesDirty = false;

@@ -3,6 +3,8 @@
 // The bundled sample course, as the program opens it, for the tests that walk the real
 // windows with the keyboard and read them as a screen reader does.
 
+#include <viewingwindows.h>
+#include <session.h>
 #include <childwindows.h>
 #include <database.h>
 #include <mdiform1.h>
@@ -27,7 +29,7 @@ inline bool openSampleCourse()
     modGlobal::gDataFolder = QFileInfo(SampleDatabase).absolutePath();
     MDIForm1::registerDefaultInstance();
     registerChildWindows();
-    registerStandardViewers();
+    registerViewingWindows(*Session::current());
     return true;
 }
 

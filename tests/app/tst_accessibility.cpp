@@ -3,6 +3,7 @@
 #include "programwindows.h"
 #include "samplecourse.h"
 
+#include <session.h>
 #include <btn.h>
 #include <checklistview.h>
 #include <chotword.h>
@@ -216,7 +217,7 @@ private slots:
                 comment = box->child(i);
         QVERIFY(comment);
         comment->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
-        frmToolTips *tip = frmToolTips::existing();
+        frmToolTips *tip = Session::current()->window<frmToolTips>(Session::Window::Tip, false);
         QVERIFY(tip);
         QTRY_VERIFY(tip->isVisible());
         QVERIFY(comment->state().selected);

@@ -1,6 +1,7 @@
 #include "../support/msgboxrecorder.h"
 #include "samplecourse.h"
 
+#include <session.h>
 #include <btn.h>
 #include <checklistview.h>
 #include <chotword.h>
@@ -344,7 +345,7 @@ private slots:
             key(Qt::Key_Tab);
         QCOMPARE(text->rtbTextResource->SelStart(), text->locatedHotWord(comment)->First());
         key(Qt::Key_Return);
-        frmToolTips *tip = frmToolTips::existing();
+        frmToolTips *tip = Session::current()->window<frmToolTips>(Session::Window::Tip, false);
         QVERIFY(tip);
         QTRY_VERIFY(tip->isVisible());
         QCOMPARE(tip->TipText(), text->locatedHotWord(comment)->Comment());

@@ -6,6 +6,7 @@
 #include "childwindows.h"
 #include "mdiform1.h"
 
+#include <session.h>
 #include <btn.h>
 #include <database.h>
 #include <frmindex.h>
@@ -91,7 +92,7 @@ private slots:
 
     void cleanup()
     {
-        if (frmToolTips *tip = frmToolTips::existing())
+        if (frmToolTips *tip = Session::current()->window<frmToolTips>(Session::Window::Tip, false))
             tip->close();
         if (frmNotes *notes = frmNotes::instance(false))
             notes->NotesDirty = false;
@@ -113,7 +114,7 @@ private slots:
 
     void theSoundKeyReadsTheWholeTextAndAgainStops()
     {
-        auto *viewer = new frmTextResource;
+        auto *viewer = new frmTextResource(*Session::current());
         viewer->setResourceID(101);
         viewer->Load();
         showInShell(viewer);
@@ -127,7 +128,7 @@ private slots:
 
     void theTextViewersSelectionIsReadAlone()
     {
-        auto *viewer = new frmTextResource;
+        auto *viewer = new frmTextResource(*Session::current());
         viewer->setResourceID(101);
         viewer->Load();
         showInShell(viewer);
@@ -139,16 +140,16 @@ private slots:
 
     void theOpenTipIsReadAndEscapeStopsBeforeItCloses()
     {
-        frmToolTips *tip = frmToolTips::instance();
+        frmToolTips *tip = Session::current()->window<frmToolTips>(Session::Window::Tip);
         tip->setTipText(u"Πέτρωμα της Νάξου, σκληρό, που γυάλιζε τα μάρμαρα."_s);
         tip->Show(m_shell);
         QTest::keyClick(tip, Qt::Key_F9);
         QCOMPARE(m_speaker->said, QStringList {u"Πέτρωμα της Νάξου, σκληρό, που γυάλιζε τα μάρμαρα."_s});
         QTest::keyClick(tip, Qt::Key_Escape);
         QCOMPARE(m_speaker->stops, 1);
-        QVERIFY(frmToolTips::existing() == tip && tip->isVisible());
+        QVERIFY(Session::current()->window<frmToolTips>(Session::Window::Tip, false) == tip && tip->isVisible());
         QTest::keyClick(tip, Qt::Key_Escape);
-        QTRY_VERIFY(!frmToolTips::existing());
+        QTRY_VERIFY(!Session::current()->window<frmToolTips>(Session::Window::Tip, false));
     }
 
     void theIndexReadsItsExplanation()
@@ -176,7 +177,7 @@ private slots:
 
     void aPhotographsCaptionAndLegendAreRead()
     {
-        auto *viewer = new frmResPhoto;
+        auto *viewer = new frmResPhoto(*Session::current());
         viewer->setResourceID(121);
         viewer->Load();
         showInShell(viewer);
@@ -191,7 +192,7 @@ private slots:
     void withoutAnEngineTheKeyStaysAndSaysSoOnce()
     {
         testing::RecordingSpeaker *mute = testing::installRecordingSpeaker(false);
-        auto *viewer = new frmTextResource;
+        auto *viewer = new frmTextResource(*Session::current());
         viewer->setResourceID(101);
         viewer->Load();
         showInShell(viewer);

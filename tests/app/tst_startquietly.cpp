@@ -6,6 +6,8 @@
 
 #include "../support/msgboxrecorder.h"
 
+#include <viewingwindows.h>
+#include <session.h>
 #include <checklistview.h>
 #include <childwindows.h>
 #include <database.h>
@@ -90,7 +92,7 @@ private slots:
         m_boxes.install();
         MDIForm1::registerDefaultInstance();
         registerChildWindows();
-        registerStandardViewers();
+        registerViewingWindows(*Session::current());
     }
 
     void cleanupTestCase()

@@ -6,6 +6,7 @@
 #include "../hotwords/testcontent.h"
 #include "../notepad/notestest.h"
 
+#include <session.h>
 #include <frmindex.h>
 #include <frmnotes.h>
 #include <frmtextresource.h>
@@ -63,7 +64,7 @@ class tst_TextSize : public QObject
 
     frmTextResource *openText()
     {
-        auto *viewer = new frmTextResource;
+        auto *viewer = new frmTextResource(*Session::current());
         viewer->setResourceID(7);
         viewer->Load();
         modGlobal::CenterAndShow(viewer);
@@ -108,7 +109,7 @@ private slots:
 
     void cleanup()
     {
-        if (frmToolTips *tip = frmToolTips::existing())
+        if (frmToolTips *tip = Session::current()->window<frmToolTips>(Session::Window::Tip, false))
             tip->close();
         if (frmNotes *notes = frmNotes::instance(false))
             notes->NotesDirty = false;
@@ -169,7 +170,7 @@ private slots:
         TextZoom::instance().setPercent(300);
         frmTextResource *viewer = openText();
         clickAt(viewer, 4);
-        frmToolTips *tip = frmToolTips::existing();
+        frmToolTips *tip = Session::current()->window<frmToolTips>(Session::Window::Tip, false);
         QVERIFY(tip);
         QCOMPARE(tip->TipText(), u"Πέτρωμα της Νάξου"_s);
         // The tip is written at the same size.
@@ -180,7 +181,7 @@ private slots:
     {
         frmTextResource *viewer = openText();
         clickAt(viewer, 4);
-        frmToolTips *tip = frmToolTips::existing();
+        frmToolTips *tip = Session::current()->window<frmToolTips>(Session::Window::Tip, false);
         QVERIFY(tip);
         const QSize normal = tip->size();
         QTest::keyClick(tip, Qt::Key_Plus, Qt::ControlModifier);

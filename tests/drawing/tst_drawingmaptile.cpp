@@ -3,11 +3,11 @@
 #include "../app/shellcontent.h"
 #include "drawingtesting.h"
 
+#include <session.h>
 #include <childwindows.h>
 #include <frmsmallbutton.h>
 #include <mdiform1.h>
 #include <modglobal.h>
-#include <viewerlinks.h>
 
 #include <QApplication>
 #include <QLabel>
@@ -46,7 +46,7 @@ private slots:
         DrawingShell shell;
         shell.show();
         QVERIFY(QTest::qWaitForWindowExposed(&shell));
-        auto *tile = new frmSmallButton;
+        auto *tile = new frmSmallButton(*Session::current());
         tile->setResourceID(303);
         tile->Label1->setText(QStringLiteral("1"));
         tile->resize(tile->Image1->size());
@@ -139,8 +139,8 @@ private slots:
     void closingAWindowOfTheSearchUnghostsItsItem()
     {
         QStringList unghosted;
-        viewerlinks::setSearchItemUnghoster([&](const QString &tag) { unghosted.append(tag); });
-        auto *fromSearch = qobject_cast<frmDrawing *>(SourceViewer::create(SourceViewer::Kind::Map));
+        Session::current()->links().unghostSearchItem = [&](const QString &tag) { unghosted.append(tag); };
+        auto *fromSearch = qobject_cast<frmDrawing *>(SourceViewer::create(*Session::current(), SourceViewer::Kind::Map));
         QVERIFY(fromSearch);
         fromSearch->setAttribute(Qt::WA_DeleteOnClose);
         fromSearch->Load();
@@ -149,7 +149,7 @@ private slots:
         fromSearch->show();
         fromSearch->close();
         QCOMPARE(unghosted, QStringList {QStringLiteral("303")});
-        viewerlinks::setSearchItemUnghoster({});
+        Session::current()->links().unghostSearchItem = {};
     }
 
 private:

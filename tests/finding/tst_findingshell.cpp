@@ -4,6 +4,7 @@
 
 #include "sampleshell.h"
 
+#include <session.h>
 #include <btn.h>
 #include <childwindows.h>
 #include <chotword.h>
@@ -97,7 +98,7 @@ private slots:
 
     void aWordOfATextOpensItsTermAndThePupilHearsIt()
     {
-        auto *text = new frmTextResource;
+        auto *text = new frmTextResource(*Session::current());
         text->setResourceID(104);
         text->Load();
         modGlobal::CenterAndShow(text);

@@ -5,6 +5,7 @@
 #include "../viewing/viewershell.h"
 #include "findingcontent.h"
 
+#include <session.h>
 #include <btn.h>
 #include <database.h>
 #include <errorpolicy.h>
@@ -15,7 +16,6 @@
 #include <modglobal.h>
 #include <richtextbox.h>
 #include <sqliteconnection.h>
-#include <viewerlinks.h>
 
 #include <QDir>
 #include <QFile>
@@ -30,6 +30,16 @@
 using namespace Qt::StringLiterals;
 
 namespace {
+
+// What a text viewer's index word does; false while no index has registered.
+bool openIndexLink(qint32 indexType, const QString &term, const QString &explanation, const QString &picture)
+{
+    const auto &open = Session::current()->links().openIndex;
+    if (!open)
+        return false;
+    open(indexType, term, explanation, picture);
+    return true;
+}
 
 QStringList terms(const QTreeWidget *list)
 {
@@ -111,7 +121,7 @@ private:
 private slots:
     void initTestCase()
     {
-        finding::registerFindingLinks();
+        finding::registerFindingLinks(*Session::current());
         QVERIFY(m_data.isValid());
         modGlobal::gDataFolder = m_data.path();
         QDir(m_data.path()).mkpath(u"Sounds"_s);
@@ -235,7 +245,7 @@ private slots:
 
     void anIndexWordOpensTheIndexOnItsTypesTabAtTheTerm()
     {
-        QVERIFY(viewerlinks::openIndex(3, u"ΝΆΞΟΣ"_s, u"Από τον λόγο του κειμένου."_s, QString()));
+        QVERIFY(openIndexLink(3, u"ΝΆΞΟΣ"_s, u"Από τον λόγο του κειμένου."_s, QString()));
         frmIndex *index = frmIndex::instance(false);
         QVERIFY(index);
         QVERIFY(index->isVisible());
@@ -252,7 +262,7 @@ private slots:
     {
         frmIndex *index = open();
         index->tbs->setCurrentIndex(2);
-        QVERIFY(viewerlinks::openIndex(0, u"Περικλής"_s, u"Εξήγηση."_s, u"pericles.png"_s));
+        QVERIFY(openIndexLink(0, u"Περικλής"_s, u"Εξήγηση."_s, u"pericles.png"_s));
         QCOMPARE(index->tbs->currentIndex(), 0);
         QCOMPARE(index->currentType(), 0);
         QCOMPARE(index->LvEnnoia->topLevelItemCount(), 4);
@@ -264,7 +274,7 @@ private slots:
     void anIndexWordNotInItsTypesListSelectsNothingButShowsTheExplanation()
     {
         // "Περικλής" is a term of type 1, not of type 3.
-        QVERIFY(viewerlinks::openIndex(3, u"Περικλής"_s, u"Από τον λόγο του κειμένου."_s, QString()));
+        QVERIFY(openIndexLink(3, u"Περικλής"_s, u"Από τον λόγο του κειμένου."_s, QString()));
         frmIndex *index = frmIndex::instance(false);
         QVERIFY(index);
         QCOMPARE(index->currentType(), 3);
@@ -286,7 +296,7 @@ private slots:
         QCOMPARE(m_boxes.size(), 1);
         QVERIFY(!frmIndex::instance(false));
         // An index word meets the same failure, and keeps no half-made window either.
-        platform::guarded([] { viewerlinks::openIndex(3, u"Νάξος"_s, u"Εξήγηση."_s, QString()); });
+        platform::guarded([] { openIndexLink(3, u"Νάξος"_s, u"Εξήγηση."_s, QString()); });
         QCOMPARE(m_boxes.size(), 2);
         QVERIFY(!frmIndex::instance(false));
         modGlobal::gDatabase = indexContent();

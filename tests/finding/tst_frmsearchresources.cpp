@@ -6,6 +6,8 @@
 #include "../viewing/viewershell.h"
 #include "findingcontent.h"
 
+#include <viewingwindows.h>
+#include <session.h>
 #include <database.h>
 #include <errorpolicy.h>
 #include <findingwindows.h>
@@ -73,7 +75,7 @@ private:
     }
 
 private slots:
-    void initTestCase() { finding::registerFindingLinks(); }
+    void initTestCase() { finding::registerFindingLinks(*Session::current()); }
 
     void init()
     {
@@ -81,7 +83,7 @@ private slots:
         m_shell = std::make_unique<testing::ViewerShell>();
         m_shell->show();
         modGlobal::gDataFolder = u"/nowhere"_s;
-        testing::FakeViewer::registerAll();
+        testing::FakeViewer::registerAll(*Session::current());
     }
 
     void cleanup()
@@ -223,14 +225,14 @@ private slots:
         QTreeWidgetItem *item = search->lvwResources->topLevelItem(0);
         QCOMPARE(frmSearchResources::IconKey(item), u"xartis"_s);
 
-        SourceViewer::setFactory(SourceViewer::Kind::Map, {});
+        Session::current()->setViewerFactory(int(SourceViewer::Kind::Map), {});
         const qsizetype before = testing::FakeViewer::all().size();
         doubleClick(search->lvwResources, item);
         QCOMPARE(testing::FakeViewer::all().size(), before);
         QVERIFY(!frmSearchResources::Ghosted(item));
         QVERIFY(m_boxes.isEmpty());
 
-        testing::FakeViewer::registerAll();
+        testing::FakeViewer::registerAll(*Session::current());
         doubleClick(search->lvwResources, item);
         QCOMPARE(testing::FakeViewer::all().size(), before + 1);
         testing::FakeViewer *map = testing::FakeViewer::all().last();
@@ -273,7 +275,7 @@ private slots:
         QVERIFY(text.open(QIODevice::WriteOnly));
         text.write("{\\rtf1\\ansi The battle of Marathon.\\par}");
         text.close();
-        registerStandardViewers();
+        registerViewingWindows(*Session::current());
         modGlobal::gDataFolder = data.path();
         frmSearchResources *search = open(
             content::Database::OpenDatabase(QStringLiteral(TREMIDIA_FIXTURES_DIR "/content-jet4.mdb")));
@@ -294,7 +296,7 @@ private slots:
         QVERIFY(frmSearchResources::Ghosted(item));
         opened->close();
         QVERIFY(!frmSearchResources::Ghosted(item));
-        testing::FakeViewer::registerAll();
+        testing::FakeViewer::registerAll(*Session::current());
     }
 
     void aResultWhoseFileIsMissingGivesTheBoxAndLeavesNoWindowBehind()
@@ -305,8 +307,9 @@ private slots:
         b.textResource(2, u"lost.rtf"_s, u"Κείμενο"_s);
         b.row(u"Resources"_s, {u"ResourceID"_s, u"ResTypeID"_s, u"Caption"_s, u"PicturePath"_s},
             {3, 5, u"Χάρτης"_s, u"lost.gif"_s});
-        registerStandardViewers();
-        SourceViewer::setFactory(SourceViewer::Kind::Map, [] { return new frmDrawing; });
+        registerViewingWindows(*Session::current());
+        Session::current()->setViewerFactory(
+            int(SourceViewer::Kind::Map), [](Session &) -> QWidget * { return new frmDrawing; });
         frmSearchResources *search = open(b.database());
         QCOMPARE(search->lvwResources->topLevelItemCount(), 3);
         const auto viewers = [] {
@@ -331,7 +334,7 @@ private slots:
                 QCOMPARE(viewers(), before);
             }
         }
-        testing::FakeViewer::registerAll();
+        testing::FakeViewer::registerAll(*Session::current());
     }
 
     void aFirstLoadThatFailedIsDoneAgainOnTheNextOpening()
@@ -353,7 +356,7 @@ private slots:
         if (!QFileInfo::exists(path))
             QSKIP("the sample course is not built");
         // The program's own viewers, not the stand-ins.
-        registerStandardViewers();
+        registerViewingWindows(*Session::current());
         modGlobal::gDataFolder = QFileInfo(path).absolutePath();
         modGlobal::gDatabasePath = path;
         frmSearchResources *search = nullptr;
@@ -374,7 +377,7 @@ private slots:
         opened->close();
         QVERIFY(!frmSearchResources::Ghosted(item));
         modGlobal::gDatabasePath.clear();
-        testing::FakeViewer::registerAll();
+        testing::FakeViewer::registerAll(*Session::current());
     }
 };
 

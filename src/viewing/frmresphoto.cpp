@@ -131,8 +131,8 @@ void frmResPhoto::takeRow(const SourceRow &row)
         return;
     }
     m_resTypeID = row.ResTypeID;
-    m_photoPath
-        = platform::contentPath(m_session.content().dataFolder, QStringLiteral("\\Pictures\\"), row.PicturePath);
+    m_photoPath = platform::contentPath(
+        m_session.content().dataFolder, QStringLiteral("\\Pictures\\"), row.PicturePath);
     m_photoCaption = row.Caption;
     if (m_resTypeID == 1)
         m_photoLezanda = row.Lezanda;
@@ -151,8 +151,8 @@ void frmResPhoto::Load()
     if (m_resTypeID == 1)
         rtfLezanda->setText(m_photoLezanda);
     else if (m_resTypeID == 6)
-        rtfLezanda->LoadFile(
-            platform::contentPath(m_session.content().dataFolder, QStringLiteral("\\Piges\\"), m_photoLezanda));
+        rtfLezanda->LoadFile(platform::contentPath(
+            m_session.content().dataFolder, QStringLiteral("\\Piges\\"), m_photoLezanda));
 
     const int panelFrame = platform::twipsFromPixelsX(2 * picContainer->frameWidth());
     photolayout::Frames frames;

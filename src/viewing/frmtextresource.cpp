@@ -161,8 +161,8 @@ void frmTextResource::LoadText()
     const QString &dataFolder = m_session.content().dataFolder;
     const SourceRow row = source() ? *source() : readSourceRow(database, ResourceID());
     const clsTexts texts(database, dataFolder);
-    rtbTextResource->LoadFile(
-        platform::contentPath(dataFolder, QStringLiteral("\\piges\\"), row.TextPath), RichTextBox::RichTextFile);
+    rtbTextResource->LoadFile(platform::contentPath(dataFolder, QStringLiteral("\\piges\\"), row.TextPath),
+        RichTextBox::RichTextFile);
     setWindowTitle(row.Book);
     m_hotWords = texts.HotWords(ResourceID());
     FillHotWords();

@@ -7,7 +7,6 @@
 // An opener shows its window and returns it; a window the shell shows inside itself is
 // returned as the program's widget, and frameOf gives the shell's frame round it.
 
-#include <session.h>
 #include <btn.h>
 #include <chotword.h>
 #include <frmborderwidth.h>
@@ -35,6 +34,7 @@
 #include <modglobal.h>
 #include <msgbox.h>
 #include <richtextbox.h>
+#include <session.h>
 
 #include <QApplication>
 #include <QLineEdit>

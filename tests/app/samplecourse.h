@@ -3,13 +3,13 @@
 // The bundled sample course, as the program opens it, for the tests that walk the real
 // windows with the keyboard and read them as a screen reader does.
 
-#include <viewingwindows.h>
-#include <session.h>
 #include <childwindows.h>
 #include <database.h>
 #include <mdiform1.h>
 #include <modglobal.h>
+#include <session.h>
 #include <sourceviewer.h>
+#include <viewingwindows.h>
 
 #include <QFileInfo>
 #include <QString>

@@ -3,7 +3,6 @@
 #include "programwindows.h"
 #include "samplecourse.h"
 
-#include <session.h>
 #include <btn.h>
 #include <checklistview.h>
 #include <chotword.h>
@@ -17,6 +16,7 @@
 #include <frmtextresource.h>
 #include <frmtooltips.h>
 #include <richtextbox.h>
+#include <session.h>
 #include <tlb.h>
 
 #include <QAccessible>

@@ -1,7 +1,6 @@
 #include "../support/msgboxrecorder.h"
 #include "samplecourse.h"
 
-#include <session.h>
 #include <btn.h>
 #include <checklistview.h>
 #include <chotword.h>
@@ -12,6 +11,7 @@
 #include <frmtextresource.h>
 #include <frmtooltips.h>
 #include <richtextbox.h>
+#include <session.h>
 #include <tlb.h>
 
 #include <QApplication>

@@ -6,7 +6,6 @@
 #include "childwindows.h"
 #include "mdiform1.h"
 
-#include <session.h>
 #include <btn.h>
 #include <database.h>
 #include <frmindex.h>
@@ -18,6 +17,7 @@
 #include <msgbox.h>
 #include <readaloud.h>
 #include <richtextbox.h>
+#include <session.h>
 #include <tlb.h>
 
 #include <QApplication>
@@ -147,7 +147,8 @@ private slots:
         QCOMPARE(m_speaker->said, QStringList {u"Πέτρωμα της Νάξου, σκληρό, που γυάλιζε τα μάρμαρα."_s});
         QTest::keyClick(tip, Qt::Key_Escape);
         QCOMPARE(m_speaker->stops, 1);
-        QVERIFY(Session::current()->window<frmToolTips>(Session::Window::Tip, false) == tip && tip->isVisible());
+        QVERIFY(
+            Session::current()->window<frmToolTips>(Session::Window::Tip, false) == tip && tip->isVisible());
         QTest::keyClick(tip, Qt::Key_Escape);
         QTRY_VERIFY(!Session::current()->window<frmToolTips>(Session::Window::Tip, false));
     }

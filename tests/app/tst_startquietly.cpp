@@ -6,8 +6,6 @@
 
 #include "../support/msgboxrecorder.h"
 
-#include <viewingwindows.h>
-#include <session.h>
 #include <checklistview.h>
 #include <childwindows.h>
 #include <database.h>
@@ -15,7 +13,9 @@
 #include <main_routine.h>
 #include <mdiform1.h>
 #include <modglobal.h>
+#include <session.h>
 #include <sourceviewer.h>
+#include <viewingwindows.h>
 
 #include <btn.h>
 

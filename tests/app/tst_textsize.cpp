@@ -6,13 +6,13 @@
 #include "../hotwords/testcontent.h"
 #include "../notepad/notestest.h"
 
-#include <session.h>
 #include <frmindex.h>
 #include <frmnotes.h>
 #include <frmtextresource.h>
 #include <frmtooltips.h>
 #include <modglobal.h>
 #include <richtextbox.h>
+#include <session.h>
 #include <textzoom.h>
 
 #include <QAbstractTextDocumentLayout>

@@ -3,11 +3,11 @@
 #include "../app/shellcontent.h"
 #include "drawingtesting.h"
 
-#include <session.h>
 #include <childwindows.h>
 #include <frmsmallbutton.h>
 #include <mdiform1.h>
 #include <modglobal.h>
+#include <session.h>
 
 #include <QApplication>
 #include <QLabel>
@@ -140,7 +140,8 @@ private slots:
     {
         QStringList unghosted;
         Session::current()->links().unghostSearchItem = [&](const QString &tag) { unghosted.append(tag); };
-        auto *fromSearch = qobject_cast<frmDrawing *>(SourceViewer::create(*Session::current(), SourceViewer::Kind::Map));
+        auto *fromSearch
+            = qobject_cast<frmDrawing *>(SourceViewer::create(*Session::current(), SourceViewer::Kind::Map));
         QVERIFY(fromSearch);
         fromSearch->setAttribute(Qt::WA_DeleteOnClose);
         fromSearch->Load();

@@ -4,7 +4,6 @@
 
 #include "sampleshell.h"
 
-#include <session.h>
 #include <btn.h>
 #include <childwindows.h>
 #include <chotword.h>
@@ -18,6 +17,7 @@
 #include <modglobal.h>
 #include <player.h>
 #include <richtextbox.h>
+#include <session.h>
 
 #include <QComboBox>
 #include <QDir>

@@ -5,7 +5,6 @@
 #include "../viewing/viewershell.h"
 #include "findingcontent.h"
 
-#include <session.h>
 #include <btn.h>
 #include <database.h>
 #include <errorpolicy.h>
@@ -15,6 +14,7 @@
 #include <frmmediaplayer.h>
 #include <modglobal.h>
 #include <richtextbox.h>
+#include <session.h>
 #include <sqliteconnection.h>
 
 #include <QDir>

@@ -6,16 +6,16 @@
 #include "../viewing/viewershell.h"
 #include "findingcontent.h"
 
-#include <viewingwindows.h>
-#include <session.h>
 #include <database.h>
 #include <errorpolicy.h>
 #include <findingwindows.h>
 #include <frmdrawing.h>
 #include <frmsearchresources.h>
 #include <modglobal.h>
+#include <session.h>
 #include <sqliteconnection.h>
 #include <twips.h>
+#include <viewingwindows.h>
 
 #include <QApplication>
 #include <QComboBox>

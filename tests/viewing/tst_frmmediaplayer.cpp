@@ -42,7 +42,6 @@ QString mediaFile(const QString &name)
     return QStringLiteral(TREMIDIA_SOURCE_DIR "/tests/data/media/") + name;
 }
 
-
 bool reached(const QSignalSpy &spy, media::Player::MediaStatus status)
 {
     return spy.contains(QVariantList {QVariant::fromValue(status)});

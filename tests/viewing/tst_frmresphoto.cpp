@@ -214,7 +214,8 @@ private slots:
         sqlite3_trace_v2(db, 0, nullptr, nullptr);
         QVERIFY(viewer.found());
         QVERIFY2(statements.size() == 1, qPrintable(statements.join(u" ; "_s)));
-        QVERIFY2(statements.first().contains(u"WHERE"_s, Qt::CaseInsensitive), qPrintable(statements.first()));
+        QVERIFY2(
+            statements.first().contains(u"WHERE"_s, Qt::CaseInsensitive), qPrintable(statements.first()));
         QCOMPARE(viewer.PhotoCaption(), u"Περιγραφή"_s);
         QCOMPARE(viewer.PhotoLezanda(), u"perigrafi.rtf"_s);
     }

@@ -49,8 +49,9 @@ QByteArray naxosText()
 // A phrase held together by a non-breaking space, written as Word writes it: \~.
 QByteArray nbspText()
 {
-    QByteArray rtf = paintedrtf::rtf({{u"Μετά την πτώση των τυράννων ο "_s, Black},
-        {u"Κλεισθένης\u00A0ο Αλκμεωνίδης"_s, Red}, {u" άλλαξε τις "_s, Black}, {u"φυλές"_s, Red}, {u"."_s, Black}});
+    QByteArray rtf = paintedrtf::rtf(
+        {{u"Μετά την πτώση των τυράννων ο "_s, Black}, {u"Κλεισθένης\u00A0ο Αλκμεωνίδης"_s, Red},
+            {u" άλλαξε τις "_s, Black}, {u"φυλές"_s, Red}, {u"."_s, Black}});
     rtf.replace("\\u160?", "\\~");
     return rtf;
 }
@@ -385,8 +386,7 @@ private slots:
         int located = 0;
         while (!rs->Eof()) {
             const qint32 id = rs->Fields(u"ResourceID"_s).Value().toInt();
-            QFile file(
-                platform::contentPath(dataFolder, u"\\piges\\"_s, rs->Fields(u"TextPath"_s).text()));
+            QFile file(platform::contentPath(dataFolder, u"\\piges\\"_s, rs->Fields(u"TextPath"_s).text()));
             QVERIFY(file.open(QIODevice::ReadOnly));
             PlainTextHotWordModel plain(richtext::readPlainText(file.readAll()));
             auto expected = clsTexts(session.database(), dataFolder).HotWords(id);

@@ -30,10 +30,7 @@ class tst_MediaPlayerStress : public QObject
     Q_OBJECT
 
 private slots:
-    void initTestCase()
-    {
-        qputenv("TREMIDIA_AUDIO_SINK", "fakesink sync=true");
-    }
+    void initTestCase() { qputenv("TREMIDIA_AUDIO_SINK", "fakesink sync=true"); }
 
     void twoHundredSoundAndVideoWindowsOpenAndCloseInARow()
     {

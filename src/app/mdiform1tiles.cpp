@@ -5,6 +5,7 @@
 #include <database.h>
 #include <frmsmallbutton.h>
 #include <modglobal.h>
+#include <session.h>
 #include <twips.h>
 
 #include <QLabel>
@@ -56,7 +57,7 @@ void MDIForm1::CreateTiles()
     content::Recordset &rs = *m_resourcesRecordset;
     int counter = 1;
     while (!rs.Eof()) {
-        auto *tile = new frmSmallButton;
+        auto *tile = new frmSmallButton(*Session::current());
         m_tiles[counter - 1] = tile;
         tile->setResourceID(rs.Fields(QStringLiteral("ResourceID")).Value().toInt());
         tile->Label1->setText(QString::number(counter));

@@ -124,7 +124,7 @@ void frmDrawing::showToggle(bool checked)
 }
 
 frmDrawing::frmDrawing(Session &session, QWidget *parent)
-    : SourceViewer(parent)
+    : SourceViewer(session, parent)
     , tlbTools(new DrawingToolbar(QStringLiteral("tlbTools"), Qt::Vertical, this))
     , tlbGeneral(new DrawingToolbar(QStringLiteral("tlbGeneral"), Qt::Horizontal, this))
     , picContainer(new QWidget(this))
@@ -134,7 +134,6 @@ frmDrawing::frmDrawing(Session &session, QWidget *parent)
     , cmD(session)
     , Recovery(new recovery::WorkKeeper(
           QStringLiteral("drawing"), [this] { return unsavedWork(); }, this))
-    , m_session(session)
 {
     setObjectName(QStringLiteral("frmDrawing"));
     platform::useDesignedColours(this);

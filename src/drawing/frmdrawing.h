@@ -156,7 +156,6 @@ private:
     std::optional<recovery::Work> unsavedWork() const;
     void showToggle(bool checked);
 
-    Session &m_session;
     QString m_pictureFileName;
     QString m_mapPath; // the map's file, for a map's window
     bool m_mouseIsDown = false;

@@ -4,9 +4,7 @@
 #include "frmindex.h"
 #include "frmsearchresources.h"
 
-#include <frmmediaplayer.h>
 #include <session.h>
-#include <viewerlinks.h>
 
 #include <QTreeWidgetItem>
 
@@ -26,29 +24,17 @@ template<typename Form> QWidget *loaded(Session &session)
 
 void registerLinks(Session &session)
 {
-    // session: links
-    viewerlinks::setIndexOpener([&session](qint32 indexType, const QString &term, const QString &explanation,
+    session.links().openIndex = [&session](qint32 indexType, const QString &term, const QString &explanation,
                                     const QString &pictureName) {
         auto *index = session.window<frmIndex>(Session::Window::Index);
         CenterAndShow(session, index);
         index->FillListView(indexType);
         index->DisplayHotword(term, explanation, pictureName);
-    });
-    // session: links
-    viewerlinks::setSearchItemUnghoster([&session](const QString &tag) {
+    };
+    session.links().unghostSearchItem = [&session](const QString &tag) {
         if (auto *search = session.window<frmSearchResources>(Session::Window::SearchResources, false))
             frmSearchResources::setGhosted(search->FindItem(tag), false);
-    });
-    // session: links (the media player asks the session's index once it is handed the session)
-    frmMediaPlayer::setMediaSource([&session] {
-        frmMediaPlayer::IndexMedia media;
-        if (const auto *index = session.window<frmIndex>(Session::Window::Index, false)) {
-            media.MediaKind = index->MediaKind;
-            media.SoundPath = index->SoundPath;
-            media.VideoPath = index->VideoPath;
-        }
-        return media;
-    });
+    };
 }
 
 } // namespace

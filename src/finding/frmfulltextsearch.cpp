@@ -7,7 +7,7 @@
 #include <designedcolours.h>
 #include <errorpolicy.h>
 #include <frmtextresource.h>
-#include <modglobal.h>
+#include <opensource.h>
 #include <resourcesearch.h>
 #include <richtextbox.h>
 #include <runtimeerror.h>
@@ -332,28 +332,7 @@ void frmFullTextSearch::lstResults_Activated()
 
 void frmFullTextSearch::OpenResult(const fulltext::Result &result)
 {
-    auto rs = modGlobal::gDatabase->OpenRecordset(
-        QStringLiteral("SELECT ResTypeID, PicturePath, Caption FROM Resources WHERE ResourceID = ")
-        + QString::number(result.resourceID));
-    const SourceViewer::Kind kind
-        = SourceViewer::kindOfResType(rs->Fields(QStringLiteral("ResTypeID")).Value().toInt());
-    SourceViewer *viewer = SourceViewer::create(kind);
-    if (!viewer) {
-        rs->Close();
-        return;
-    }
-    if (kind == SourceViewer::Kind::Map) {
-        viewer->Load();
-        viewer->setMapPicture(platform::contentPath(modGlobal::gDataFolder, QStringLiteral("\\Pictures\\"),
-            rs->Fields(QStringLiteral("PicturePath")).text()));
-        viewer->setMapCaption(rs->Fields(QStringLiteral("Caption")).text());
-        viewer->SetScrollBars();
-    }
-    rs->Close();
-    viewer->setResourceID(result.resourceID);
-    if (kind != SourceViewer::Kind::Map)
-        viewer->Load();
-    modGlobal::CenterAndShow(viewer);
+    SourceViewer *viewer = openSource(m_session, result.resourceID);
     if (auto *text = qobject_cast<frmTextResource *>(viewer)) {
         QList<std::pair<int, int>> places;
         for (const fulltext::Hit &hit : fulltext::findHits(text->rtbTextResource->Text(), m_query))

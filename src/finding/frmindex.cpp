@@ -257,8 +257,9 @@ void frmIndex::cmdPicture_Click()
 {
     const QString path = platform::contentPath(
         m_session.content().dataFolder, QStringLiteral("\\Photos\\"), cmdPicture->Tag());
-    // session: the photo window becomes the session's once it is made by it.
-    frmFoto *foto = frmFoto::instance();
+    auto *foto = m_session.window<frmFoto>(Session::Window::Photo);
+    if (!foto)
+        return;
     m_foto = foto;
     foto->LoadPicture(path);
     const QPoint centre = mapToGlobal(rect().center());
@@ -295,7 +296,16 @@ void frmIndex::PlayMedia(
     // One piece plays at a time: another sound or video stops the one playing.
     if (m_player)
         m_player->Unload();
-    auto *player = new frmMediaPlayer;
+    // The player reads the choice as it loads, from this index while it stands.
+    auto *player = new frmMediaPlayer(m_session, [index = QPointer<frmIndex>(this)] {
+        frmMediaPlayer::IndexMedia media;
+        if (index) {
+            media.MediaKind = index->MediaKind;
+            media.SoundPath = index->SoundPath;
+            media.VideoPath = index->VideoPath;
+        }
+        return media;
+    });
     m_player = player;
     player->Load();
     player->setWindowTitle(caption);

@@ -4,7 +4,7 @@
 #include <database.h>
 #include <designedcolours.h>
 #include <errorpolicy.h>
-#include <modglobal.h>
+#include <opensource.h>
 #include <session.h>
 #include <sourceviewer.h>
 #include <twips.h>
@@ -297,53 +297,34 @@ void frmSearchResources::lvwResources_DblClick()
     lvwResources->setFocus();
     setGhosted(item, true);
 
-    auto rs = modGlobal::gDatabase->OpenRecordset(
-        QStringLiteral("SELECT ResourceID, ResTypeID, Book, Caption, PicturePath, Kind ")
-        + QStringLiteral("From Resources WHERE Resources.ResourceID = ") + tag);
-    const qint32 resTypeID = rs->Fields(QStringLiteral("ResTypeID")).Value().toInt();
-    const SourceViewer::Kind kind = SourceViewer::kindOfResType(resTypeID);
-    SourceViewer *viewer = SourceViewer::create(kind);
+    SourceViewer *viewer = nullptr;
+    try {
+        viewer = openSource(m_session, tag.toInt(), {.fromSearchList = true});
+    } catch (...) {
+        // A source that cannot be read leaves no window behind, and its item can be
+        // opened again once the file is there.
+        setGhosted(item, false);
+        throw;
+    }
     if (!viewer) {
         // A kind whose window the program does not have opens nothing, and its item stays
         // free to open once it does.
         setGhosted(item, false);
-        rs->Close();
         return;
     }
-    try {
-        switch (kind) {
-        case SourceViewer::Kind::Photo:
-            m_myPhotoForm = viewer;
-            break;
-        case SourceViewer::Kind::Text:
-            m_myTextForm = viewer;
-            break;
-        case SourceViewer::Kind::Map:
-            m_myDrawingForm = viewer;
-            viewer->Load();
-            viewer->setMapPicture(platform::contentPath(modGlobal::gDataFolder,
-                QStringLiteral("\\Pictures\\"), rs->Fields(QStringLiteral("PicturePath")).text()));
-            viewer->setMapCaption(rs->Fields(QStringLiteral("Caption")).text());
-            viewer->SetScrollBars();
-            break;
-        case SourceViewer::Kind::None:
-            break;
-        }
-        viewer->setResourceID(rs->Fields(QStringLiteral("ResourceID")).Value().toInt());
-        if (kind != SourceViewer::Kind::Map)
-            viewer->Load();
-    } catch (...) {
-        // A source that cannot be read leaves no window behind, and its item can be
-        // opened again once the file is there.
-        platform::resumeNext([viewer] { viewer->Unload(); });
-        delete viewer;
-        setGhosted(item, false);
-        platform::resumeNext([&rs] { rs->Close(); });
-        throw;
+    switch (viewer->kind()) {
+    case SourceViewer::Kind::Photo:
+        m_myPhotoForm = viewer;
+        break;
+    case SourceViewer::Kind::Text:
+        m_myTextForm = viewer;
+        break;
+    case SourceViewer::Kind::Map:
+        m_myDrawingForm = viewer;
+        break;
+    case SourceViewer::Kind::None:
+        break;
     }
-    viewer->LoadedFromTheFormSearchResources = true;
-    modGlobal::CenterAndShow(viewer);
-    rs->Close();
 }
 
 QTreeWidgetItem *frmSearchResources::FindItem(const QString &tag) const

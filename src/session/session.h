@@ -99,6 +99,19 @@ public:
     // The main shell, made through the shell's factory when there is none and `create`.
     ShellWindow *shell(bool create = true);
 
+    // What a viewer asks of windows that stand above it: filled in when those windows
+    // register; a link left empty does nothing.
+    struct Links
+    {
+        // Shows the index on the term's tab at the term, with its explanation and picture.
+        std::function<void(
+            qint32 indexType, const QString &term, const QString &explanation, const QString &pictureName)>
+            openIndex;
+        // Clears Ghosted on the search list's item whose tag is the text given.
+        std::function<void(const QString &tag)> unghostSearchItem;
+    };
+    Links &links() { return m_links; }
+
     // --- The notepad's memory --------------------------------------------------------
     NotepadState &notepad() { return *m_notepad; }
 
@@ -120,6 +133,7 @@ private:
     QHash<int, QPointer<QWidget>> m_windows;
     QList<QPointer<QWidget>> m_adopted;
     QHash<int, ViewerFactory> m_viewerFactories;
+    Links m_links;
 };
 
 // Centres `form` in the main shell's client area and shows it modelessly, as a child

@@ -2,24 +2,17 @@
 
 #include <picturefile.h>
 #include <runtimeerror.h>
+#include <session.h>
 
 #include <QCloseEvent>
 #include <QEvent>
 #include <QFileInfo>
 #include <QLabel>
 
-QPointer<frmFoto> frmFoto::s_instance;
-
-frmFoto *frmFoto::instance()
-{
-    if (!s_instance)
-        s_instance = new frmFoto;
-    return s_instance;
-}
-
-frmFoto::frmFoto(QWidget *parent)
+frmFoto::frmFoto(Session &session, QWidget *parent)
     : QWidget(parent, Qt::Tool)
     , Image1(new QLabel(this))
+    , m_session(session)
 {
     setObjectName(QStringLiteral("frmFoto"));
     Image1->setObjectName(QStringLiteral("Image1"));
@@ -65,6 +58,6 @@ void frmFoto::closeEvent(QCloseEvent *event)
     QWidget::closeEvent(event);
     // A closed window is gone; the next use makes a new one, even before this one is
     // deleted.
-    if (event->isAccepted() && s_instance == this)
-        s_instance = nullptr;
+    if (event->isAccepted() && m_session.window(Session::Window::Photo, false) == this)
+        m_session.setWindow(Session::Window::Photo, nullptr);
 }

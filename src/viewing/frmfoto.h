@@ -4,15 +4,17 @@
 #include <QWidget>
 
 class QLabel;
+class Session;
 
 // A bare picture window for the index: the picture at its size. It goes when it loses
-// the activation or when the picture is clicked. One instance serves the program.
+// the activation or when the picture is clicked. The session's Window::Photo: one serves
+// the program.
 class frmFoto final : public QWidget
 {
     Q_OBJECT
 
 public:
-    static frmFoto *instance();
+    explicit frmFoto(Session &session, QWidget *parent = nullptr);
     ~frmFoto() override;
     Q_DISABLE_COPY_MOVE(frmFoto)
 
@@ -30,6 +32,5 @@ protected:
     void changeEvent(QEvent *event) override;
 
 private:
-    explicit frmFoto(QWidget *parent = nullptr);
-    static QPointer<frmFoto> s_instance;
+    Session &m_session;
 };

@@ -3,6 +3,7 @@
 #include <errorpolicy.h>
 #include <picturefile.h>
 #include <runtimeerror.h>
+#include <session.h>
 
 #include <QCloseEvent>
 #include <QFileInfo>
@@ -10,17 +11,9 @@
 #include <QMouseEvent>
 #include <QPainter>
 
-QPointer<frmMaxPhoto> frmMaxPhoto::s_instance;
-
-frmMaxPhoto *frmMaxPhoto::instance()
-{
-    if (!s_instance)
-        s_instance = new frmMaxPhoto;
-    return s_instance;
-}
-
-frmMaxPhoto::frmMaxPhoto(QWidget *parent)
+frmMaxPhoto::frmMaxPhoto(Session &session, QWidget *parent)
     : QWidget(parent, Qt::Window)
+    , m_session(session)
 {
     setObjectName(QStringLiteral("frmMaxPhoto"));
     setAttribute(Qt::WA_DeleteOnClose);
@@ -99,6 +92,6 @@ void frmMaxPhoto::closeEvent(QCloseEvent *event)
     QWidget::closeEvent(event);
     // A closed window is gone; the next use makes a new one, even before this one is
     // deleted.
-    if (event->isAccepted() && s_instance == this)
-        s_instance = nullptr;
+    if (event->isAccepted() && m_session.window(Session::Window::MaxPhoto, false) == this)
+        m_session.setWindow(Session::Window::MaxPhoto, nullptr);
 }

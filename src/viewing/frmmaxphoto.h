@@ -6,14 +6,17 @@
 
 #include "photolayout.h"
 
+class Session;
+
 // The enlarged view of a photograph: the picture scaled to fill a large window, keeping
-// its proportions. A click or any key closes it. One instance serves the program.
+// its proportions. A click or any key closes it. The session's Window::MaxPhoto: one
+// serves the program.
 class frmMaxPhoto final : public QWidget
 {
     Q_OBJECT
 
 public:
-    static frmMaxPhoto *instance();
+    explicit frmMaxPhoto(Session &session, QWidget *parent = nullptr);
     ~frmMaxPhoto() override;
     Q_DISABLE_COPY_MOVE(frmMaxPhoto)
 
@@ -39,10 +42,9 @@ protected:
     void changeEvent(QEvent *event) override;
 
 private:
-    explicit frmMaxPhoto(QWidget *parent = nullptr);
     void Form_Activate();
 
-    static QPointer<frmMaxPhoto> s_instance;
+    Session &m_session;
     QImage m_picture;
     QImage m_surface; // the window's persistent picture
     photolayout::Enlarged m_drawn;

@@ -18,12 +18,6 @@
 
 namespace {
 
-frmMediaPlayer::MediaSource &mediaSource()
-{
-    static frmMediaPlayer::MediaSource source;
-    return source;
-}
-
 // The player's design sizes in logical pixels: the bar alone for a sound, the picture
 // area above it for a video until the video tells its own size.
 constexpr int BarWidth = 320;
@@ -33,12 +27,14 @@ constexpr int VideoHeight = 240;
 
 } // namespace
 
-frmMediaPlayer::frmMediaPlayer(QWidget *parent)
+frmMediaPlayer::frmMediaPlayer(Session &session, MediaSource source, QWidget *parent)
     : QWidget(parent)
     , WMM(new QWidget(this))
     , picVideo(new VideoPicture(WMM))
     , cmdPlay(new QToolButton(WMM))
     , sldPosition(new QSlider(Qt::Horizontal, WMM))
+    , m_session(session)
+    , m_source(std::move(source))
     , m_player(new media::Player(this))
 {
     setObjectName(QStringLiteral("frmMediaPlayer"));
@@ -112,11 +108,6 @@ frmMediaPlayer::frmMediaPlayer(QWidget *parent)
 
 frmMediaPlayer::~frmMediaPlayer() = default;
 
-void frmMediaPlayer::setMediaSource(MediaSource source)
-{
-    mediaSource() = std::move(source);
-}
-
 void frmMediaPlayer::Load()
 {
     if (m_loaded)
@@ -125,7 +116,7 @@ void frmMediaPlayer::Load()
 
     m_player->setPosition(0);
 
-    const IndexMedia media = mediaSource() ? mediaSource()() : IndexMedia();
+    const IndexMedia media = m_source ? m_source() : IndexMedia();
     if (media.MediaKind == 1)
         m_fileName = media.VideoPath;
     else if (media.MediaKind == 0)

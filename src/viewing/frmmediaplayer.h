@@ -6,6 +6,7 @@
 
 class QSlider;
 class QToolButton;
+class Session;
 class VideoPicture;
 namespace media {
 class Player;
@@ -22,7 +23,18 @@ class frmMediaPlayer final : public QWidget
     Q_OBJECT
 
 public:
-    explicit frmMediaPlayer(QWidget *parent = nullptr);
+    // What the index tells the player: 0 plays the sound, 1 the video, any other value
+    // nothing.
+    struct IndexMedia
+    {
+        qint32 MediaKind = -1;
+        QString SoundPath;
+        QString VideoPath;
+    };
+    // Where the index's choice is read, at Load; without one the player plays nothing.
+    using MediaSource = std::function<IndexMedia()>;
+
+    frmMediaPlayer(Session &session, MediaSource source, QWidget *parent = nullptr);
     ~frmMediaPlayer() override;
     Q_DISABLE_COPY_MOVE(frmMediaPlayer)
 
@@ -35,18 +47,6 @@ public:
     // Only stored: the file to play comes from the index.
     QString PayFile() const { return m_payFile; }
     void setPayFile(const QString &file) { m_payFile = file; }
-
-    // What the index tells the player: 0 plays the sound, 1 the video, any other value
-    // nothing.
-    struct IndexMedia
-    {
-        qint32 MediaKind = -1;
-        QString SoundPath;
-        QString VideoPath;
-    };
-    // The index registers where its choice is read; until then the player plays nothing.
-    using MediaSource = std::function<IndexMedia()>;
-    static void setMediaSource(MediaSource source);
 
     // Sets the player up, takes the file the index names (which starts the playing) and
     // fits the window. Done once, before the window is first shown if the opener has not.
@@ -68,6 +68,8 @@ private:
     void FitToPlayer();
     void showPlayState();
 
+    Session &m_session;
+    const MediaSource m_source;
     media::Player *const m_player;
     QString m_payFile;
     QString m_fileName;

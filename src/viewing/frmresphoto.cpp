@@ -1,17 +1,16 @@
 #include "frmresphoto.h"
 
 #include "frmmaxphoto.h"
+#include "opensource.h"
 
 #include <contentpath.h>
 #include <database.h>
 #include <errorpolicy.h>
-#include <modglobal.h>
 #include <msgbox.h>
 #include <picturefile.h>
 #include <richtextbox.h>
 #include <runtimeerror.h>
-
-#include <QStringList>
+#include <session.h>
 #include <shellwindow.h>
 #include <twips.h>
 
@@ -22,6 +21,7 @@
 #include <QLabel>
 #include <QMimeData>
 #include <QMouseEvent>
+#include <QStringList>
 
 namespace {
 
@@ -46,8 +46,8 @@ public:
 
 } // namespace
 
-frmResPhoto::frmResPhoto(QWidget *parent)
-    : SourceViewer(parent)
+frmResPhoto::frmResPhoto(Session &session, QWidget *parent)
+    : SourceViewer(session, parent)
     , picContainer(new QFrame(this))
     , Image1(new QLabel(picContainer))
     , rtfCaption(new RichTextBox(picContainer))
@@ -94,53 +94,52 @@ void frmResPhoto::setResourceID(qint32 resourceID)
     GetRecord(resourceID);
 }
 
+void frmResPhoto::setSource(const SourceRow &row)
+{
+    SourceViewer::setSource(row);
+    m_found = true;
+    takeRow(row);
+}
+
 void frmResPhoto::GetRecord(qint32 number)
 {
     m_found = true;
-    // Without the content database there is no workspace to open the table in.
-    if (!modGlobal::gDatabase) {
+    // Without the content database there is nothing to read the row from.
+    if (!m_session.content().database) {
         tell(QStringLiteral("Δεν μπορώ να δημιουργήσω το Workspace"));
         m_found = false;
         return;
     }
-    std::unique_ptr<content::Recordset> rs;
-    if (!platform::resumeNext([&] { rs = modGlobal::gDatabase->OpenRecordset(QStringLiteral("Resources")); })
-        || !rs) {
+    std::optional<SourceRow> row;
+    if (!platform::resumeNext([&] { row = findSourceRow(*m_session.content().database, number); })) {
         tell(QStringLiteral("Δεν μπορώ να ανοίξω τον πίνακα των Πηγών"));
         m_found = false;
         return;
     }
-    platform::resumeNext([&] {
-        if (!platform::resumeNext([&] {
-                rs->setIndex(QStringLiteral("PrimaryKey"));
-                rs->Seek(QStringLiteral("="), number);
-            })) {
-            tell(QStringLiteral("Δεν μπορώ κάνω Find στις Πηγές"));
-            m_found = false;
-            return;
-        }
-        if (rs->NoMatch()) {
-            tell(QStringLiteral("Δεν μπορώ να βρώ την συγκεκριμένη Πηγή"));
-            m_found = false;
-            return;
-        }
-        const QString picturePath = rs->Fields(QStringLiteral("PicturePath")).text();
-        if (picturePath.isEmpty()) {
-            m_found = false;
-            return;
-        }
-        m_resTypeID = rs->Fields(QStringLiteral("ResTypeID")).Value().toInt();
-        m_photoPath
-            = platform::contentPath(modGlobal::gDataFolder, QStringLiteral("\\Pictures\\"), picturePath);
-        m_photoCaption = rs->Fields(QStringLiteral("Caption")).text();
-        if (m_resTypeID == 1)
-            m_photoLezanda = rs->Fields(QStringLiteral("Lezanda")).text();
-        else if (m_resTypeID == 6)
-            m_photoLezanda = rs->Fields(QStringLiteral("TextPath")).text();
-        else
-            m_photoLezanda.clear();
-    });
-    platform::resumeNext([&] { rs->Close(); });
+    if (!row) {
+        tell(QStringLiteral("Δεν μπορώ να βρώ την συγκεκριμένη Πηγή"));
+        m_found = false;
+        return;
+    }
+    takeRow(*row);
+}
+
+void frmResPhoto::takeRow(const SourceRow &row)
+{
+    if (row.PicturePath.isEmpty()) {
+        m_found = false;
+        return;
+    }
+    m_resTypeID = row.ResTypeID;
+    m_photoPath = platform::contentPath(
+        m_session.content().dataFolder, QStringLiteral("\\Pictures\\"), row.PicturePath);
+    m_photoCaption = row.Caption;
+    if (m_resTypeID == 1)
+        m_photoLezanda = row.Lezanda;
+    else if (m_resTypeID == 6)
+        m_photoLezanda = row.TextPath;
+    else
+        m_photoLezanda.clear();
 }
 
 void frmResPhoto::Load()
@@ -152,8 +151,8 @@ void frmResPhoto::Load()
     if (m_resTypeID == 1)
         rtfLezanda->setText(m_photoLezanda);
     else if (m_resTypeID == 6)
-        rtfLezanda->LoadFile(
-            platform::contentPath(modGlobal::gDataFolder, QStringLiteral("\\Piges\\"), m_photoLezanda));
+        rtfLezanda->LoadFile(platform::contentPath(
+            m_session.content().dataFolder, QStringLiteral("\\Piges\\"), m_photoLezanda));
 
     const int panelFrame = platform::twipsFromPixelsX(2 * picContainer->frameWidth());
     photolayout::Frames frames;
@@ -295,11 +294,13 @@ void frmResPhoto::startDrag()
 void frmResPhoto::Image1_DblClick()
 {
     const WaitCursor wait;
-    frmMaxPhoto *view = frmMaxPhoto::instance();
+    auto *view = m_session.window<frmMaxPhoto>(Session::Window::MaxPhoto);
+    if (!view)
+        return;
     view->setThePicture(m_photoPath);
     view->setBackColor(photolayout::PanelColor);
     // Over the shell, in its middle, and above it while open.
-    if (ShellWindow *shell = ShellWindow::existing()) {
+    if (ShellWindow *shell = m_session.shell(false)) {
         QWidget *owner = shell->window();
         if (view->parentWidget() != owner)
             view->setParent(owner, view->windowFlags());

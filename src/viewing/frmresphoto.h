@@ -21,7 +21,7 @@ class frmResPhoto final : public SourceViewer, public speech::Readable
     Q_OBJECT
 
 public:
-    explicit frmResPhoto(QWidget *parent = nullptr);
+    explicit frmResPhoto(Session &session, QWidget *parent = nullptr);
     ~frmResPhoto() override;
     Q_DISABLE_COPY_MOVE(frmResPhoto)
 
@@ -38,6 +38,8 @@ public:
 
     // Stores the number and reads the resource's row at once.
     void setResourceID(qint32 resourceID) override;
+    // Takes the row its opener read, reading nothing.
+    void setSource(const SourceRow &row) override;
 
     QString PhotoPath() const { return m_photoPath; }
     QString PhotoCaption() const { return m_photoCaption; }
@@ -46,8 +48,8 @@ public:
     // Whether the last GetRecord found a row with a picture.
     bool found() const { return m_found; }
 
-    // Reads the row of the resource; tells of a failure in a message box and never
-    // raises.
+    // Reads the row of the resource, in one query; tells of a failure in a message box
+    // and never raises.
     void GetRecord(qint32 number);
 
     // Builds the window for the record read. Raises platform::RuntimeError when the
@@ -77,6 +79,8 @@ private:
     void placeInPanel(QWidget *control, const QRect &twips);
     void Form_Resize();
     void startDrag();
+    // Takes the photograph's path, caption and legend from its row.
+    void takeRow(const SourceRow &row);
 
     bool m_found = false;
     qint32 m_resTypeID = 0;

@@ -1,5 +1,7 @@
 #include "frmsmallbutton.h"
 
+#include "opensource.h"
+
 #include <accessibility.h>
 #include <arrowkeys.h>
 #include <contentpath.h>
@@ -7,10 +9,9 @@
 #include <designedcolours.h>
 #include <errorpolicy.h>
 #include <focusframe.h>
-#include <modglobal.h>
 #include <msgbox.h>
 #include <programbitmaps.h>
-#include <shellwindow.h>
+#include <session.h>
 #include <twips.h>
 
 #include <QCloseEvent>
@@ -41,10 +42,11 @@ QPixmap neutralTilePicture()
 
 } // namespace
 
-frmSmallButton::frmSmallButton(QWidget *parent)
+frmSmallButton::frmSmallButton(Session &session, QWidget *parent)
     : QWidget(parent)
     , Image1(new QLabel(this))
     , Label1(new QLabel(QStringLiteral("Label1"), this))
+    , m_session(session)
 {
     setObjectName(QStringLiteral("frmSmallButton"));
     platform::useDesignedColours(this);
@@ -83,35 +85,31 @@ void frmSmallButton::setResourceID(qint32 resourceID)
 
 void frmSmallButton::ShowResource()
 {
-    auto rs = modGlobal::gDatabase->OpenRecordset(
-        QStringLiteral("SELECT ResourceID, ResTypeID, Book, Caption, PicturePath, Kind ")
-        + QStringLiteral("From Resources WHERE Resources.ResourceID = ") + QString::number(m_resourceID));
-
-    const qint32 resTypeID = rs->Fields(QStringLiteral("ResTypeID")).Value().toInt();
-    m_kind = SourceViewer::kindOfResType(resTypeID);
+    // The one reading of the row: the tip, the click's check and the viewer all take it
+    // from here.
+    m_row = readSourceRow(m_session.database(), m_resourceID);
+    m_kind = SourceViewer::kindOfResType(m_row.ResTypeID);
     disposeViewer();
     switch (m_kind) {
     case SourceViewer::Kind::Photo:
-        adoptViewer(SourceViewer::create(m_kind));
+        adoptViewer(SourceViewer::create(m_session, m_kind));
         m_tileBitmaps = {QStringLiteral("AGEIA"), QStringLiteral("AGEIA1"), QStringLiteral("AGEIA2")};
-        Label1->setToolTip(rs->Fields(QStringLiteral("Caption")).text());
-        Image1->setToolTip(rs->Fields(QStringLiteral("Caption")).text());
+        Label1->setToolTip(m_row.Caption);
+        Image1->setToolTip(m_row.Caption);
         setAccessibleDescription(QStringLiteral("Φωτογραφία"));
         break;
     case SourceViewer::Kind::Text:
-        adoptViewer(SourceViewer::create(m_kind));
+        adoptViewer(SourceViewer::create(m_session, m_kind));
         m_tileBitmaps = {QStringLiteral("KEIMENO"), QStringLiteral("KEIMENO1"), QStringLiteral("KEIMENO2")};
-        Label1->setToolTip(rs->Fields(QStringLiteral("Book")).text());
-        Image1->setToolTip(rs->Fields(QStringLiteral("Book")).text());
+        Label1->setToolTip(m_row.Book);
+        Image1->setToolTip(m_row.Book);
         setAccessibleDescription(QStringLiteral("Κείμενο"));
         break;
     case SourceViewer::Kind::Map:
-        adoptViewer(SourceViewer::create(m_kind));
-        m_mapPicturePath = rs->Fields(QStringLiteral("PicturePath")).text();
-        m_mapCaption = rs->Fields(QStringLiteral("Caption")).text();
+        adoptViewer(SourceViewer::create(m_session, m_kind));
         m_tileBitmaps = {QStringLiteral("XARTIS"), QStringLiteral("XARTIS1"), QStringLiteral("XARTIS2")};
-        Label1->setToolTip(rs->Fields(QStringLiteral("Caption")).text());
-        Image1->setToolTip(rs->Fields(QStringLiteral("Caption")).text());
+        Label1->setToolTip(m_row.Caption);
+        Image1->setToolTip(m_row.Caption);
         setAccessibleDescription(QStringLiteral("Χάρτης"));
         break;
     case SourceViewer::Kind::None:
@@ -122,7 +120,6 @@ void frmSmallButton::ShowResource()
     m_title = Image1->toolTip();
     nameForScreenReaders();
     setPicture(Closed);
-    rs->Close();
 }
 
 void frmSmallButton::Load()
@@ -274,33 +271,25 @@ void frmSmallButton::setPicture(TileState state)
 
 bool frmSmallButton::SourceExists()
 {
-    QString column;
+    QString value;
     QString folder;
     switch (m_kind) {
     case SourceViewer::Kind::Photo:
     case SourceViewer::Kind::Map:
-        column = QStringLiteral("PicturePath");
+        value = m_row.PicturePath;
         folder = QStringLiteral("Pictures");
         break;
     case SourceViewer::Kind::Text:
-        column = QStringLiteral("TextPath");
+        value = m_row.TextPath;
         folder = QStringLiteral("piges");
         break;
     case SourceViewer::Kind::None:
         return false;
     }
-
-    auto rs = modGlobal::gDatabase->OpenRecordset(
-        QStringLiteral("SELECT %1 FROM Resources WHERE ResourceID = ").arg(column)
-        + QString::number(m_resourceID));
-    QString value;
-    if (!(rs->BOF() && rs->Eof()))
-        value = rs->Fields(column).text();
-    rs->Close();
     if (value.isEmpty())
         return false;
     return platform::fileExists(
-        platform::buildPath(platform::buildPath(modGlobal::gDataFolder, folder), value));
+        platform::buildPath(platform::buildPath(m_session.content().dataFolder, folder), value));
 }
 
 void frmSmallButton::Image1_Click()
@@ -328,19 +317,12 @@ void frmSmallButton::Image1_Click()
         // The window of a viewer that was closed may have gone with its frame; the tile
         // then makes it anew, for the same resource.
         if (!m_sourceForm)
-            adoptViewer(SourceViewer::create(m_kind));
+            adoptViewer(SourceViewer::create(m_session, m_kind));
         if (!m_sourceForm)
             return; // no viewer of this kind in the program yet
 
         setPicture(Open);
-        m_sourceForm->Load();
-        if (m_kind == SourceViewer::Kind::Map) {
-            m_sourceForm->setMapPicture(platform::contentPath(
-                modGlobal::gDataFolder, QStringLiteral("\\Pictures\\"), m_mapPicturePath));
-            m_sourceForm->setMapCaption(m_mapCaption);
-            m_sourceForm->SetScrollBars();
-        }
-        modGlobal::CenterAndShow(m_sourceForm);
+        openSource(m_session, m_row, {.viewer = m_sourceForm});
         m_sourceOpen = -1;
     });
 }
@@ -351,7 +333,7 @@ void frmSmallButton::adoptViewer(SourceViewer *viewer)
     if (!viewer)
         return;
     if (m_kind != SourceViewer::Kind::Map)
-        viewer->setResourceID(m_resourceID);
+        viewer->setSource(m_row);
     connect(viewer, &SourceViewer::OnUnload, this, [this] { SourceForm_OnUnload(); });
     // A viewer that goes without a word is closed all the same.
     connect(viewer, &QObject::destroyed, this, [this] {

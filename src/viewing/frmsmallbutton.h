@@ -9,16 +9,18 @@
 
 class QLabel;
 class QMdiSubWindow;
+class Session;
 
 // A tile of the main shell: one resource of the activity, shown as a picture of its
-// kind with its number. It owns the viewer of the resource, opens it on a click, shows
-// whether the source is unopened, open or was read, and keeps behind the open windows.
+// kind with its number. It reads the resource's row once, as it is dressed, and hands it
+// to the viewer it owns; it opens the viewer on a click, shows whether the source is
+// unopened, open or was read, and keeps behind the open windows.
 class frmSmallButton final : public QWidget
 {
     Q_OBJECT
 
 public:
-    explicit frmSmallButton(QWidget *parent = nullptr);
+    explicit frmSmallButton(Session &session, QWidget *parent = nullptr);
     ~frmSmallButton() override;
     Q_DISABLE_COPY_MOVE(frmSmallButton)
 
@@ -41,8 +43,8 @@ public:
     SourceViewer *SourceForm() const { return m_sourceForm; }
     bool SourceOpen() const { return m_sourceOpen != 0; }
     QString currentBitmap() const { return m_currentBitmap; }
-    QString MapPicturePath() const { return m_mapPicturePath; }
-    QString MapCaption() const { return m_mapCaption; }
+    QString MapPicturePath() const { return m_row.PicturePath; }
+    QString MapCaption() const { return m_row.Caption; }
 
     // The click on the picture or the number, as the user gives it.
     void Image1_Click();
@@ -79,10 +81,10 @@ private:
     // Gives the keyboard focus to the nearest tile in the direction of an arrow key.
     bool focusNeighbour(int key);
 
+    Session &m_session;
     qint32 m_resourceID = 0;
+    SourceRow m_row; // the resource's row, read as the tile is dressed
     SourceViewer::Kind m_kind = SourceViewer::Kind::None;
-    QString m_mapPicturePath;
-    QString m_mapCaption;
     QPointer<SourceViewer> m_sourceForm;
     qint16 m_sourceOpen = 0;
     // The release that ends a double click opens nothing more.

@@ -1,8 +1,8 @@
 #include "frmtextresource.h"
 
 #include "frmtooltips.h"
+#include "opensource.h"
 #include "rtbhotwordmodel.h"
-#include "viewerlinks.h"
 #include "viewingaccessibility.h"
 
 #include <clstexts.h>
@@ -11,9 +11,9 @@
 #include <database.h>
 #include <errorpolicy.h>
 #include <hotwordlocator.h>
-#include <modglobal.h>
 #include <programbitmaps.h>
 #include <richtextbox.h>
+#include <session.h>
 #include <shellwindow.h>
 #include <textzoom.h>
 #include <twips.h>
@@ -61,8 +61,8 @@ double scaleHeight(const QWidget *w)
 
 } // namespace
 
-frmTextResource::frmTextResource(QWidget *parent)
-    : SourceViewer(parent)
+frmTextResource::frmTextResource(Session &session, QWidget *parent)
+    : SourceViewer(session, parent)
     , imgPapiros(new QLabel(this))
     , rtbTextResource(new RichTextBox(this))
     , Label1(new QLabel(this))
@@ -97,7 +97,7 @@ frmTextResource::frmTextResource(QWidget *parent)
     connect(rtbTextResource, &RichTextBox::MouseUp, this, [this](int button, int shift, double x, double y) {
         platform::guarded([&] { rtbTextResource_MouseUp(button, shift, x, y); });
     });
-    TextZoom::instance().follow(this, {this, rtbTextResource},
+    m_session.textZoom().follow(this, {this, rtbTextResource},
         [this](int percent) { TextZoom::zoomTextEdit(rtbTextResource, percent); });
 }
 
@@ -142,7 +142,7 @@ void frmTextResource::Load()
     LoadText();
 
     m_windowListPlace = 0;
-    if (ShellWindow *shell = ShellWindow::instance()) {
+    if (ShellWindow *shell = m_session.shell()) {
         if (shell->mnuListUBound() == 1) {
             shell->windowListSeparator()->setVisible(true);
             QAction *entry = shell->mnuList(1);
@@ -157,18 +157,15 @@ void frmTextResource::Load()
 
 void frmTextResource::LoadText()
 {
-    auto rs
-        = modGlobal::gDatabase->OpenRecordset(QStringLiteral("SELECT TextPath, Author, Book From Resources ")
-                + QStringLiteral("WHERE ResourceID= ") + QString::number(ResourceID()),
-            content::dbOpenSnapshot);
-    const clsTexts texts(*modGlobal::gDatabase, modGlobal::gDataFolder);
-    rtbTextResource->LoadFile(platform::contentPath(modGlobal::gDataFolder, QStringLiteral("\\piges\\"),
-                                  rs->Fields(QStringLiteral("TextPath")).text()),
+    content::Database &database = m_session.database();
+    const QString &dataFolder = m_session.content().dataFolder;
+    const SourceRow row = source() ? *source() : readSourceRow(database, ResourceID());
+    const clsTexts texts(database, dataFolder);
+    rtbTextResource->LoadFile(platform::contentPath(dataFolder, QStringLiteral("\\piges\\"), row.TextPath),
         RichTextBox::RichTextFile);
-    setWindowTitle(rs->Fields(QStringLiteral("Book")).text());
+    setWindowTitle(row.Book);
     m_hotWords = texts.HotWords(ResourceID());
     FillHotWords();
-    rs->Close();
 }
 
 void frmTextResource::FillHotWords()
@@ -245,18 +242,21 @@ void frmTextResource::openHotWord(const CHotWord *word, QPoint cursor)
     if (!word)
         return;
     if (word->HotwordType() == 1) {
-        frmToolTips *tip = frmToolTips::instance();
+        auto *tip = m_session.window<frmToolTips>(Session::Window::Tip);
+        if (!tip)
+            return;
         tip->setTipLeft(platform::twipsFromPixelsX(cursor.x()));
         tip->setTipTop(platform::twipsFromPixelsY(cursor.y()));
         tip->setTipText(word->Comment());
         tip->setTipPicture(word->Photo());
-        ShellWindow *shell = ShellWindow::existing();
+        ShellWindow *shell = m_session.shell(false);
         tip->Show(shell ? shell->window() : window());
     } else if (word->HotwordType() == 0) {
         // The index shows the term when it stands; until then a term's click is quiet.
         QApplication::setOverrideCursor(Qt::WaitCursor);
         const auto restore = qScopeGuard([] { QApplication::restoreOverrideCursor(); });
-        viewerlinks::openIndex(word->IndexType(), word->phrase(), word->Comment(), word->Photo());
+        if (const auto &openIndex = m_session.links().openIndex)
+            openIndex(word->IndexType(), word->phrase(), word->Comment(), word->Photo());
     }
 }
 
@@ -385,7 +385,7 @@ QString frmTextResource::textToRead() const
 
 void frmTextResource::Form_Activate()
 {
-    ShellWindow *shell = ShellWindow::existing();
+    ShellWindow *shell = m_session.shell(false);
     if (!shell)
         return;
     for (int i = 1; i <= shell->mnuListUBound(); ++i)

@@ -24,7 +24,7 @@ class frmTextResource final : public SourceViewer, public speech::Readable
     Q_OBJECT
 
 public:
-    explicit frmTextResource(QWidget *parent = nullptr);
+    explicit frmTextResource(Session &session, QWidget *parent = nullptr);
     ~frmTextResource() override;
     Q_DISABLE_COPY_MOVE(frmTextResource)
 
@@ -38,8 +38,9 @@ public:
     // Read aloud: the selection, or else the whole text.
     QString textToRead() const override;
 
-    // Reads the resource's row, loads its file, builds and locates its hot words. Raises
-    // platform::RuntimeError for a missing row or file, or a Null in a hot word's row.
+    // Loads the file of the row it was handed (reading the row only when it was handed
+    // the number alone), builds and locates its hot words. Raises platform::RuntimeError
+    // for a missing row or file, or a Null in a hot word's row.
     void Load() override;
 
     // Locates the hot words in the loaded text (done by Load).

@@ -7,6 +7,7 @@
 #include <msgbox.h>
 #include <picturefile.h>
 #include <runtimeerror.h>
+#include <session.h>
 #include <textzoom.h>
 #include <twips.h>
 
@@ -21,25 +22,12 @@
 #include <QPainter>
 #include <QScreen>
 
-QPointer<frmToolTips> frmToolTips::s_instance;
-
-frmToolTips *frmToolTips::instance()
-{
-    if (!s_instance)
-        s_instance = new frmToolTips;
-    return s_instance;
-}
-
-frmToolTips *frmToolTips::existing()
-{
-    return s_instance;
-}
-
-frmToolTips::frmToolTips(QWidget *parent)
+frmToolTips::frmToolTips(Session &session, QWidget *parent)
     : QWidget(parent, Qt::Tool | Qt::FramelessWindowHint)
     , mnuPopUp(new QMenu(this))
     , mnuCopyText(mnuPopUp->addAction(QStringLiteral("Αντιγραφή κειμένου")))
     , mnuCopyPicture(mnuPopUp->addAction(QStringLiteral("Αντιγραφή εικόνας")))
+    , m_session(session)
 {
     setObjectName(QStringLiteral("frmToolTips"));
     viewing::renewAccessible(this);
@@ -56,7 +44,7 @@ frmToolTips::frmToolTips(QWidget *parent)
     connect(mnuCopyPicture, &QAction::triggered, this,
         [this] { platform::guarded([this] { mnuCopyPicture_Click(); }); });
     // A tip on show takes a new text size at once, measured and shaped anew.
-    TextZoom::instance().follow(this, {this}, [this](int) {
+    m_session.textZoom().follow(this, {this}, [this](int) {
         if (!isVisible() || m_layout.empty)
             return;
         platform::guarded([this] {
@@ -66,10 +54,10 @@ frmToolTips::frmToolTips(QWidget *parent)
     });
 }
 
-QFont frmToolTips::tipFont()
+QFont frmToolTips::tipFont() const
 {
     QFont font(QStringLiteral("Arial"));
-    font.setPointSizeF(10.0 * TextZoom::instance().percent() / 100.0);
+    font.setPointSizeF(10.0 * m_session.textZoom().percent() / 100.0);
     return font;
 }
 
@@ -234,6 +222,6 @@ void frmToolTips::closeEvent(QCloseEvent *event)
     QWidget::closeEvent(event);
     // A closed window is gone; the next use makes a new one, even before this one is
     // deleted.
-    if (event->isAccepted() && s_instance == this)
-        s_instance = nullptr;
+    if (event->isAccepted() && m_session.window(Session::Window::Tip, false) == this)
+        m_session.setWindow(Session::Window::Tip, nullptr);
 }

@@ -12,21 +12,19 @@
 
 class QAction;
 class QMenu;
+class Session;
 
 // The popup tip of a comment hot word: its text, its picture, or both, on the tooltip
 // background, with a dark frame and a grey shadow that belong to the window's shape. It
 // stands at the mouse above the shell and goes at the next click, at Escape, or when it
-// loses the activation. One instance serves the program; a closed tip is gone, and the
-// next one starts from nothing.
+// loses the activation. The session's Window::Tip: one serves the program; a closed tip
+// is gone, and the next one starts from nothing.
 class frmToolTips final : public QWidget, public speech::Readable
 {
     Q_OBJECT
 
 public:
-    // The shared tip, created on first use and afresh after it was closed.
-    static frmToolTips *instance();
-    static frmToolTips *existing();
-
+    explicit frmToolTips(Session &session, QWidget *parent = nullptr);
     ~frmToolTips() override;
     Q_DISABLE_COPY_MOVE(frmToolTips)
 
@@ -68,15 +66,13 @@ protected:
     void changeEvent(QEvent *event) override;
 
 private:
-    explicit frmToolTips(QWidget *parent = nullptr);
     // Arial 10, at the pupil's text size.
-    static QFont tipFont();
+    QFont tipFont() const;
     void Form_Load();
     void mnuCopyText_Click();
     void mnuCopyPicture_Click();
 
-    static QPointer<frmToolTips> s_instance;
-
+    Session &m_session;
     int m_tipLeft = 0;
     int m_tipTop = 0;
     QString m_tipText;

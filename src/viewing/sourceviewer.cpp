@@ -1,37 +1,34 @@
 #include "sourceviewer.h"
 
-#include "viewerlinks.h"
-
 #include <designedcolours.h>
 #include <errorpolicy.h>
+#include <session.h>
 
 #include <QCloseEvent>
-#include <QHash>
 #include <QKeyEvent>
 #include <QMdiSubWindow>
 
-namespace {
-
-QHash<int, SourceViewer::Factory> &factories()
-{
-    static QHash<int, SourceViewer::Factory> table;
-    static bool standardRegistered = false;
-    if (!standardRegistered) {
-        standardRegistered = true;
-        registerStandardViewers();
-    }
-    return table;
-}
-
-} // namespace
-
-SourceViewer::SourceViewer(QWidget *parent)
+SourceViewer::SourceViewer(Session &session, QWidget *parent)
     : QWidget(parent)
+    , m_session(session)
 {
     platform::useDesignedColours(this);
 }
 
 SourceViewer::~SourceViewer() = default;
+
+void SourceViewer::setResourceID(qint32 resourceID)
+{
+    if (m_source && m_source->ResourceID != resourceID)
+        m_source.reset();
+    m_resourceID = resourceID;
+}
+
+void SourceViewer::setSource(const SourceRow &row)
+{
+    m_resourceID = row.ResourceID;
+    m_source = row;
+}
 
 void SourceViewer::setMapPicture(const QString &)
 {
@@ -55,7 +52,10 @@ void SourceViewer::closeEvent(QCloseEvent *event)
     if (!event->isAccepted())
         return;
     if (LoadedFromTheFormSearchResources)
-        platform::resumeNext([this] { viewerlinks::unghostSearchItem(QString::number(ResourceID())); });
+        platform::resumeNext([this] {
+            if (const auto &unghost = m_session.links().unghostSearchItem)
+                unghost(QString::number(ResourceID()));
+        });
     emit OnUnload();
 }
 
@@ -84,23 +84,13 @@ SourceViewer::Kind SourceViewer::kindOfResType(qint32 resTypeID)
     }
 }
 
-SourceViewer *SourceViewer::create(Kind kind)
+SourceViewer *SourceViewer::create(Session &session, Kind kind)
 {
     if (kind == Kind::None)
         return nullptr;
-    const auto it = factories().constFind(int(kind));
-    if (it == factories().constEnd() || !*it)
-        return nullptr;
-    return (*it)();
-}
-
-void SourceViewer::setFactory(Kind kind, Factory factory)
-{
-    factories().insert(int(kind), std::move(factory));
-}
-
-bool SourceViewer::hasFactory(Kind kind)
-{
-    const auto it = factories().constFind(int(kind));
-    return it != factories().constEnd() && bool(*it);
+    QWidget *viewer = session.makeViewer(int(kind));
+    auto *sourceViewer = qobject_cast<SourceViewer *>(viewer);
+    if (viewer && !sourceViewer)
+        delete viewer;
+    return sourceViewer;
 }

@@ -1,13 +1,17 @@
 #pragma once
 
+#include "sourcerow.h"
+
 #include <QWidget>
 
-#include <functional>
+#include <optional>
+
+class Session;
 
 // The window that shows one source: the text viewer, the photo viewer, or a drawing
 // window holding a map. A tile creates the viewer of its resource by kind, through the
-// factories below, and never needs to know the viewer classes themselves; the viewers
-// register their factories in registerStandardViewers().
+// session's viewer factories, and never needs to know the viewer classes themselves; the
+// viewers register theirs in registerViewingWindows().
 class SourceViewer : public QWidget
 {
     Q_OBJECT
@@ -21,16 +25,21 @@ public:
         Map, // ResTypeID 5: an ordinary drawing window with the map as its picture
     };
 
-    explicit SourceViewer(QWidget *parent = nullptr);
+    explicit SourceViewer(Session &session, QWidget *parent = nullptr);
     ~SourceViewer() override;
     Q_DISABLE_COPY_MOVE(SourceViewer)
 
     virtual Kind kind() const = 0;
 
-    // The resource shown. Photo and text viewers read their row at Load; a map window
-    // is given its picture instead and ignores the id.
-    virtual void setResourceID(qint32 resourceID) { m_resourceID = resourceID; }
+    // The resource shown. A viewer handed only the id reads its row itself (the photo
+    // viewer at once, the text viewer at Load); a map window is given its picture instead
+    // and ignores the id.
+    virtual void setResourceID(qint32 resourceID);
     qint32 ResourceID() const { return m_resourceID; }
+    // The resource with the row its opener read: the viewer reads it no more.
+    virtual void setSource(const SourceRow &row);
+    // The row handed with setSource, while it is the row of ResourceID.
+    const std::optional<SourceRow> &source() const { return m_source; }
 
     // Set by the search window when it opens the source: closing the window then gives
     // the search list its item back.
@@ -55,18 +64,17 @@ public:
     // The kind for a content ResTypeID.
     static Kind kindOfResType(qint32 resTypeID);
 
-    // A new, unloaded viewer of the kind; nullptr for Kind::None or a kind that has no
-    // viewer yet.
-    using Factory = std::function<SourceViewer *()>;
-    static SourceViewer *create(Kind kind);
-    static void setFactory(Kind kind, Factory factory);
-    static bool hasFactory(Kind kind);
+    // A new, unloaded viewer of the kind, made by the session's factory for it; nullptr
+    // for Kind::None or a kind that has no viewer yet.
+    static SourceViewer *create(Session &session, Kind kind);
 
 signals:
     // Raised as the window unloads, after its own unload work; once per close.
     void OnUnload();
 
 protected:
+    Session &m_session;
+
     // Viewers that handle the close themselves call this at the end of theirs, so that
     // the search list and the owner hear of the unload.
     void closeEvent(QCloseEvent *event) override;
@@ -75,8 +83,5 @@ protected:
 
 private:
     qint32 m_resourceID = 0;
+    std::optional<SourceRow> m_source;
 };
-
-// Registers the program's own viewers with SourceViewer::setFactory. Defined next to
-// the viewers; called once, the first time a viewer is asked for.
-void registerStandardViewers();

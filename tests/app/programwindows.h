@@ -37,6 +37,7 @@
 #include <modglobal.h>
 #include <msgbox.h>
 #include <richtextbox.h>
+#include <session.h>
 
 #include <QApplication>
 #include <QLineEdit>
@@ -85,7 +86,7 @@ inline frmIndex *openIndexAt(const QString &term)
 
 inline frmResPhoto *openPhoto(qint32 resourceID)
 {
-    auto *viewer = new frmResPhoto;
+    auto *viewer = new frmResPhoto(*Session::current());
     viewer->setResourceID(resourceID);
     viewer->Load();
     modGlobal::CenterAndShow(viewer);
@@ -145,7 +146,7 @@ inline QList<ProgramWindow> programWindows()
             }},
         {"text_viewer",
             [](MDIForm1 *) -> QWidget * {
-                auto *viewer = new frmTextResource;
+                auto *viewer = new frmTextResource(*Session::current());
                 viewer->setResourceID(101);
                 viewer->Load();
                 modGlobal::CenterAndShow(viewer);
@@ -153,7 +154,7 @@ inline QList<ProgramWindow> programWindows()
             }},
         {"tip",
             [](MDIForm1 *shell) -> QWidget * {
-                frmToolTips *tip = frmToolTips::instance();
+                frmToolTips *tip = Session::current()->window<frmToolTips>(Session::Window::Tip);
                 tip->setTipText(u"Η σμύριδα της Νάξου, πέτρωμα σκληρό, γυάλιζε τα μάρμαρα."_s);
                 tip->Show(shell);
                 return tip;
@@ -163,7 +164,7 @@ inline QList<ProgramWindow> programWindows()
         {"enlarged_photo",
             [](MDIForm1 *) -> QWidget * {
                 openPhoto(121)->Image1_DblClick();
-                return frmMaxPhoto::instance();
+                return Session::current()->window<frmMaxPhoto>(Session::Window::MaxPhoto);
             }},
         {"index", [](MDIForm1 *) -> QWidget * { return openIndexAt(u"Μίνωας"_s); }},
         {"index_picture",
@@ -290,7 +291,7 @@ inline void addProgramWindowRows()
 // Closes every window but the shell, and the shell's child windows, as the pupil would.
 inline void closeProgramWindows(MDIForm1 *shell)
 {
-    if (frmToolTips *tip = frmToolTips::existing())
+    if (frmToolTips *tip = Session::current()->window<frmToolTips>(Session::Window::Tip, false))
         tip->close();
     if (frmNotes *notes = frmNotes::open(runningSession(), false))
         notes->NotesDirty = false;

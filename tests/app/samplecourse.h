@@ -7,7 +7,9 @@
 #include <database.h>
 #include <mdiform1.h>
 #include <modglobal.h>
+#include <session.h>
 #include <sourceviewer.h>
+#include <viewingwindows.h>
 
 #include <QFileInfo>
 #include <QString>
@@ -27,7 +29,7 @@ inline bool openSampleCourse()
     modGlobal::gDataFolder = QFileInfo(SampleDatabase).absolutePath();
     MDIForm1::registerDefaultInstance();
     registerChildWindows();
-    registerStandardViewers();
+    registerViewingWindows(*Session::current());
     return true;
 }
 

@@ -16,7 +16,7 @@
 #include <frmtextresource.h>
 #include <frmtooltips.h>
 #include <richtextbox.h>
-#include <session.h> // session: the finding windows are the session's; the test gets one of its own with the shell
+#include <session.h>
 #include <tlb.h>
 
 #include <QAccessible>
@@ -227,7 +227,7 @@ private slots:
                 comment = box->child(i);
         QVERIFY(comment);
         comment->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
-        frmToolTips *tip = frmToolTips::existing();
+        frmToolTips *tip = Session::current()->window<frmToolTips>(Session::Window::Tip, false);
         QVERIFY(tip);
         QTRY_VERIFY(tip->isVisible());
         QVERIFY(comment->state().selected);

@@ -75,7 +75,7 @@ private slots:
     void init()
     {
         m_boxes.install();
-        FakeViewer::registerAll();
+        FakeViewer::registerAll(*Session::current());
         m_launches.clear();
     }
 

@@ -11,7 +11,7 @@
 #include <frmtextresource.h>
 #include <frmtooltips.h>
 #include <richtextbox.h>
-#include <session.h> // session: the finding windows are the session's; the test gets one of its own with the shell
+#include <session.h>
 #include <tlb.h>
 
 #include <QApplication>
@@ -346,7 +346,7 @@ private slots:
             key(Qt::Key_Tab);
         QCOMPARE(text->rtbTextResource->SelStart(), text->locatedHotWord(comment)->First());
         key(Qt::Key_Return);
-        frmToolTips *tip = frmToolTips::existing();
+        frmToolTips *tip = Session::current()->window<frmToolTips>(Session::Window::Tip, false);
         QVERIFY(tip);
         QTRY_VERIFY(tip->isVisible());
         QCOMPARE(tip->TipText(), text->locatedHotWord(comment)->Comment());

@@ -117,7 +117,7 @@ private slots:
     {
         m_ends = 0;
         m_boxes.install();
-        FakeViewer::registerAll();
+        FakeViewer::registerAll(*Session::current());
         StartScreen::created = 0;
     }
 

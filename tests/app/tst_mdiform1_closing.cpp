@@ -132,7 +132,7 @@ private slots:
     void init()
     {
         m_boxes.install();
-        FakeViewer::registerAll();
+        FakeViewer::registerAll(*Session::current());
         m_ends = 0;
     }
 

@@ -18,7 +18,7 @@
 #include <msgbox.h>
 #include <readaloud.h>
 #include <richtextbox.h>
-#include <session.h> // session: the finding windows are the session's; the test gets one of its own with the shell
+#include <session.h>
 #include <tlb.h>
 
 #include <QApplication>
@@ -94,7 +94,7 @@ private slots:
 
     void cleanup()
     {
-        if (frmToolTips *tip = frmToolTips::existing())
+        if (frmToolTips *tip = Session::current()->window<frmToolTips>(Session::Window::Tip, false))
             tip->close();
         if (frmNotes *notes = frmNotes::open(m_session, false))
             notes->NotesDirty = false;
@@ -116,7 +116,7 @@ private slots:
 
     void theSoundKeyReadsTheWholeTextAndAgainStops()
     {
-        auto *viewer = new frmTextResource;
+        auto *viewer = new frmTextResource(*Session::current());
         viewer->setResourceID(101);
         viewer->Load();
         showInShell(viewer);
@@ -130,7 +130,7 @@ private slots:
 
     void theTextViewersSelectionIsReadAlone()
     {
-        auto *viewer = new frmTextResource;
+        auto *viewer = new frmTextResource(*Session::current());
         viewer->setResourceID(101);
         viewer->Load();
         showInShell(viewer);
@@ -142,16 +142,17 @@ private slots:
 
     void theOpenTipIsReadAndEscapeStopsBeforeItCloses()
     {
-        frmToolTips *tip = frmToolTips::instance();
+        frmToolTips *tip = Session::current()->window<frmToolTips>(Session::Window::Tip);
         tip->setTipText(u"Πέτρωμα της Νάξου, σκληρό, που γυάλιζε τα μάρμαρα."_s);
         tip->Show(m_shell);
         QTest::keyClick(tip, Qt::Key_F9);
         QCOMPARE(m_speaker->said, QStringList {u"Πέτρωμα της Νάξου, σκληρό, που γυάλιζε τα μάρμαρα."_s});
         QTest::keyClick(tip, Qt::Key_Escape);
         QCOMPARE(m_speaker->stops, 1);
-        QVERIFY(frmToolTips::existing() == tip && tip->isVisible());
+        QVERIFY(
+            Session::current()->window<frmToolTips>(Session::Window::Tip, false) == tip && tip->isVisible());
         QTest::keyClick(tip, Qt::Key_Escape);
-        QTRY_VERIFY(!frmToolTips::existing());
+        QTRY_VERIFY(!Session::current()->window<frmToolTips>(Session::Window::Tip, false));
     }
 
     void theIndexReadsItsExplanation()
@@ -179,7 +180,7 @@ private slots:
 
     void aPhotographsCaptionAndLegendAreRead()
     {
-        auto *viewer = new frmResPhoto;
+        auto *viewer = new frmResPhoto(*Session::current());
         viewer->setResourceID(121);
         viewer->Load();
         showInShell(viewer);
@@ -194,7 +195,7 @@ private slots:
     void withoutAnEngineTheKeyStaysAndSaysSoOnce()
     {
         testing::RecordingSpeaker *mute = testing::installRecordingSpeaker(false);
-        auto *viewer = new frmTextResource;
+        auto *viewer = new frmTextResource(*Session::current());
         viewer->setResourceID(101);
         viewer->Load();
         showInShell(viewer);

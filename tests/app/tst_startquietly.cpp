@@ -13,7 +13,9 @@
 #include <main_routine.h>
 #include <mdiform1.h>
 #include <modglobal.h>
+#include <session.h>
 #include <sourceviewer.h>
+#include <viewingwindows.h>
 
 #include <btn.h>
 
@@ -90,7 +92,7 @@ private slots:
         m_boxes.install();
         MDIForm1::registerDefaultInstance();
         registerChildWindows();
-        registerStandardViewers();
+        registerViewingWindows(*Session::current());
     }
 
     void cleanupTestCase()

@@ -12,7 +12,7 @@
 #include <frmtooltips.h>
 #include <modglobal.h>
 #include <richtextbox.h>
-#include <session.h> // session: the finding windows are the session's; the test gets one of its own with the shell
+#include <session.h>
 #include <textzoom.h>
 
 #include <QAbstractTextDocumentLayout>
@@ -65,7 +65,7 @@ class tst_TextSize : public QObject
 
     frmTextResource *openText()
     {
-        auto *viewer = new frmTextResource;
+        auto *viewer = new frmTextResource(*Session::current());
         viewer->setResourceID(7);
         viewer->Load();
         modGlobal::CenterAndShow(viewer);
@@ -110,7 +110,7 @@ private slots:
 
     void cleanup()
     {
-        if (frmToolTips *tip = frmToolTips::existing())
+        if (frmToolTips *tip = Session::current()->window<frmToolTips>(Session::Window::Tip, false))
             tip->close();
         if (frmNotes *notes = frmNotes::open(m_session, false))
             notes->NotesDirty = false;
@@ -171,7 +171,7 @@ private slots:
         TextZoom::instance().setPercent(300);
         frmTextResource *viewer = openText();
         clickAt(viewer, 4);
-        frmToolTips *tip = frmToolTips::existing();
+        frmToolTips *tip = Session::current()->window<frmToolTips>(Session::Window::Tip, false);
         QVERIFY(tip);
         QCOMPARE(tip->TipText(), u"Πέτρωμα της Νάξου"_s);
         // The tip is written at the same size.
@@ -182,7 +182,7 @@ private slots:
     {
         frmTextResource *viewer = openText();
         clickAt(viewer, 4);
-        frmToolTips *tip = frmToolTips::existing();
+        frmToolTips *tip = Session::current()->window<frmToolTips>(Session::Window::Tip, false);
         QVERIFY(tip);
         const QSize normal = tip->size();
         QTest::keyClick(tip, Qt::Key_Plus, Qt::ControlModifier);

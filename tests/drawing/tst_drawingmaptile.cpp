@@ -8,7 +8,7 @@
 #include <frmsmallbutton.h>
 #include <mdiform1.h>
 #include <modglobal.h>
-#include <viewerlinks.h>
+#include <session.h>
 
 #include <QApplication>
 #include <QLabel>
@@ -54,7 +54,7 @@ private slots:
         DrawingShell shell;
         shell.show();
         QVERIFY(QTest::qWaitForWindowExposed(&shell));
-        auto *tile = new frmSmallButton;
+        auto *tile = new frmSmallButton(session());
         tile->setResourceID(303);
         tile->Label1->setText(QStringLiteral("1"));
         tile->resize(tile->Image1->size());
@@ -150,9 +150,7 @@ private slots:
     void closingAWindowOfTheSearchUnghostsItsItem()
     {
         QStringList unghosted;
-        // session: the search list's un-ghosting is still the viewers' table until it is
-        // the session's.
-        viewerlinks::setSearchItemUnghoster([&](const QString &tag) { unghosted.append(tag); });
+        session().links().unghostSearchItem = [&](const QString &tag) { unghosted.append(tag); };
         auto *fromSearch = qobject_cast<frmDrawing *>(session().makeViewer(int(SourceViewer::Kind::Map)));
         QVERIFY(fromSearch);
         fromSearch->setAttribute(Qt::WA_DeleteOnClose);
@@ -162,7 +160,7 @@ private slots:
         fromSearch->show();
         fromSearch->close();
         QCOMPARE(unghosted, QStringList {QStringLiteral("303")});
-        viewerlinks::setSearchItemUnghoster({});
+        session().links().unghostSearchItem = {};
     }
 
 private:

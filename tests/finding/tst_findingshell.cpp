@@ -16,6 +16,7 @@
 #include <mdiform1.h>
 #include <player.h>
 #include <richtextbox.h>
+#include <session.h>
 
 #include <QComboBox>
 #include <QDir>
@@ -96,7 +97,7 @@ private slots:
 
     void aWordOfATextOpensItsTermAndThePupilHearsIt()
     {
-        auto *text = new frmTextResource; // session: a viewer is made by the session
+        auto *text = new frmTextResource(session());
         text->setResourceID(104);
         text->Load();
         CenterAndShow(session(), text);

@@ -13,8 +13,8 @@
 #include <frmindex.h>
 #include <frmmediaplayer.h>
 #include <richtextbox.h>
+#include <session.h>
 #include <sqliteconnection.h>
-#include <viewerlinks.h>
 
 #include <QDir>
 #include <QFile>
@@ -29,6 +29,17 @@
 using namespace Qt::StringLiterals;
 
 namespace {
+
+// What a text viewer's index word does; false while no index has registered.
+bool openIndexLink(
+    Session &session, qint32 indexType, const QString &term, const QString &explanation, const QString &picture)
+{
+    const auto &open = session.links().openIndex;
+    if (!open)
+        return false;
+    open(indexType, term, explanation, picture);
+    return true;
+}
 
 QStringList terms(const QTreeWidget *list)
 {
@@ -239,7 +250,7 @@ private slots:
 
     void anIndexWordOpensTheIndexOnItsTypesTabAtTheTerm()
     {
-        QVERIFY(viewerlinks::openIndex(3, u"ΝΆΞΟΣ"_s, u"Από τον λόγο του κειμένου."_s, QString()));
+        QVERIFY(openIndexLink(session(), 3, u"ΝΆΞΟΣ"_s, u"Από τον λόγο του κειμένου."_s, QString()));
         frmIndex *index = shownIndex();
         QVERIFY(index);
         QVERIFY(index->isVisible());
@@ -256,7 +267,7 @@ private slots:
     {
         frmIndex *index = open();
         index->tbs->setCurrentIndex(2);
-        QVERIFY(viewerlinks::openIndex(0, u"Περικλής"_s, u"Εξήγηση."_s, u"pericles.png"_s));
+        QVERIFY(openIndexLink(0, u"Περικλής"_s, u"Εξήγηση."_s, u"pericles.png"_s));
         QCOMPARE(index->tbs->currentIndex(), 0);
         QCOMPARE(index->currentType(), 0);
         QCOMPARE(index->LvEnnoia->topLevelItemCount(), 4);
@@ -268,7 +279,7 @@ private slots:
     void anIndexWordNotInItsTypesListSelectsNothingButShowsTheExplanation()
     {
         // "Περικλής" is a term of type 1, not of type 3.
-        QVERIFY(viewerlinks::openIndex(3, u"Περικλής"_s, u"Από τον λόγο του κειμένου."_s, QString()));
+        QVERIFY(openIndexLink(session(), 3, u"Περικλής"_s, u"Από τον λόγο του κειμένου."_s, QString()));
         frmIndex *index = shownIndex();
         QVERIFY(index);
         QCOMPARE(index->currentType(), 3);
@@ -291,7 +302,7 @@ private slots:
         QCOMPARE(boxes().size(), 1);
         QVERIFY(!shownIndex());
         // An index word meets the same failure, and keeps no half-made window either.
-        platform::guarded([] { viewerlinks::openIndex(3, u"Νάξος"_s, u"Εξήγηση."_s, QString()); });
+        platform::guarded([this] { openIndexLink(session(), 3, u"Νάξος"_s, u"Εξήγηση."_s, QString()); });
         QCOMPARE(boxes().size(), 2);
         QVERIFY(!shownIndex());
         session().content().database = indexContent();

@@ -11,10 +11,10 @@
 #include <findingwindows.h>
 #include <frmdrawing.h>
 #include <frmsearchresources.h>
-#include <modglobal.h>
 #include <session.h>
 #include <sqliteconnection.h>
 #include <twips.h>
+#include <viewingwindows.h>
 
 #include <QApplication>
 #include <QComboBox>
@@ -79,30 +79,20 @@ private:
     frmSearchResources *open(std::unique_ptr<content::Database> db, const QString &file = QString())
     {
         session().content().database = std::move(db);
-        shareWithTheDoubleClick(file.isEmpty() ? session().content().databasePath : file);
+        if (!file.isEmpty())
+            session().content().databasePath = file;
         frmSearchResources *search = nullptr;
         platform::guarded(
             [&] { search = session().window<frmSearchResources>(Session::Window::SearchResources); });
         return search;
     }
 
-    // session: lvwResources_DblClick still reads its content and folder from modGlobal;
-    // once it opens its source through the session, this and modGlobal go from here.
-    void shareWithTheDoubleClick(const QString &file)
-    {
-        modGlobal::gDatabase = file.isEmpty() ? nullptr : content::Database::OpenDatabase(file);
-        modGlobal::gDataFolder = session().content().dataFolder;
-    }
-
-    // session: the double click still makes its viewer by SourceViewer::create; once it
-    // opens through the session, the session's viewer factories are the only ones.
-    void registerFakeViewers() { testing::FakeViewer::registerAll(); }
-    void registerProgramViewers() { registerStandardViewers(); }
+    void registerFakeViewers() { testing::FakeViewer::registerAll(session()); }
+    void registerProgramViewers() { registerViewingWindows(session()); }
     void setViewer(SourceViewer::Kind kind, std::function<SourceViewer *()> make)
     {
         session().setViewerFactory(
             int(kind), [make](Session &) -> QWidget * { return make ? make() : nullptr; });
-        SourceViewer::setFactory(kind, std::move(make));
     }
 
 private slots:
@@ -124,7 +114,6 @@ private slots:
         // The session closes its windows, the shell last, and the content.
         m_s.reset();
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-        modGlobal::gDatabase.reset(); // session: see shareWithTheDoubleClick
         m_dir.reset();
     }
 

@@ -3,6 +3,7 @@
 // Viewers that stand in for the real ones in the tests of the tiles and the shell: they
 // count what the tile asks of them.
 
+#include <session.h>
 #include <sourceviewer.h>
 
 #include <QList>
@@ -15,8 +16,9 @@ class FakeViewer final : public SourceViewer
     Q_OBJECT
 
 public:
-    explicit FakeViewer(Kind kind)
-        : m_kind(kind)
+    FakeViewer(Session &session, Kind kind)
+        : SourceViewer(session)
+        , m_kind(kind)
     {
         resize(300, 200);
         all().append(this);
@@ -43,10 +45,11 @@ public:
         return viewers;
     }
 
-    static void registerAll()
+    static void registerAll(Session &session)
     {
         for (Kind kind : {Kind::Photo, Kind::Text, Kind::Map})
-            SourceViewer::setFactory(kind, [kind] { return new FakeViewer(kind); });
+            session.setViewerFactory(
+                int(kind), [kind](Session &s) -> QWidget * { return new FakeViewer(s, kind); });
     }
 
 private:

@@ -1,8 +1,13 @@
+#include "../support/testsession.h"
+
 #include <frmfoto.h>
+#include <viewingwindows.h>
 
 #include <QLabel>
 #include <QTemporaryDir>
 #include <QTest>
+
+#include <memory>
 
 using namespace Qt::StringLiterals;
 
@@ -12,8 +17,20 @@ class tst_frmFoto : public QObject
 
 private:
     QTemporaryDir m_dir;
+    std::unique_ptr<testing::TestSession> m_s;
+
+    // The session's window, made afresh once the last one closed.
+    frmFoto *window() { return m_s->session->window<frmFoto>(Session::Window::Photo); }
 
 private slots:
+    void init()
+    {
+        m_s = std::make_unique<testing::TestSession>();
+        registerViewingWindows(*m_s);
+    }
+
+    void cleanup() { m_s.reset(); }
+
     void initTestCase()
     {
         QImage image(120, 80, QImage::Format_RGB32);
@@ -23,7 +40,7 @@ private slots:
 
     void theWindowTakesThePicturesSize()
     {
-        frmFoto *foto = frmFoto::instance();
+        frmFoto *foto = window();
         foto->LoadPicture(m_dir.filePath(u"term.png"_s));
         QCOMPARE(foto->size(), QSize(120, 80));
         QCOMPARE(foto->Image1->size(), QSize(120, 80));
@@ -32,7 +49,7 @@ private slots:
 
     void aClickOnThePictureCloses()
     {
-        QPointer<frmFoto> foto(frmFoto::instance());
+        QPointer<frmFoto> foto(window());
         foto->LoadPicture(m_dir.filePath(u"term.png"_s));
         foto->show();
         QVERIFY(QTest::qWaitForWindowExposed(foto));
@@ -46,7 +63,7 @@ private slots:
         QWidget other;
         other.show();
         QVERIFY(QTest::qWaitForWindowExposed(&other));
-        QPointer<frmFoto> foto(frmFoto::instance());
+        QPointer<frmFoto> foto(window());
         foto->LoadPicture(m_dir.filePath(u"term.png"_s));
         foto->show();
         foto->activateWindow();

@@ -1,9 +1,14 @@
+#include "../support/testsession.h"
+
 #include <frmmaxphoto.h>
 #include <photolayout.h>
 #include <runtimeerror.h>
+#include <viewingwindows.h>
 
 #include <QTemporaryDir>
 #include <QTest>
+
+#include <memory>
 
 using namespace Qt::StringLiterals;
 
@@ -13,6 +18,10 @@ class tst_frmMaxPhoto : public QObject
 
 private:
     QTemporaryDir m_dir;
+    std::unique_ptr<testing::TestSession> m_s;
+
+    // The session's window, made afresh once the last one closed.
+    frmMaxPhoto *window() { return m_s->session->window<frmMaxPhoto>(Session::Window::MaxPhoto); }
 
     QString picture(QSize size)
     {
@@ -24,9 +33,17 @@ private:
     }
 
 private slots:
+    void init()
+    {
+        m_s = std::make_unique<testing::TestSession>();
+        registerViewingWindows(*m_s);
+    }
+
+    void cleanup() { m_s.reset(); }
+
     void aSmallPictureIsEnlargedCentredWithAMargin()
     {
-        frmMaxPhoto *view = frmMaxPhoto::instance();
+        frmMaxPhoto *view = window();
         view->setThePicture(picture(QSize(100, 100)));
         view->setBackColor(photolayout::PanelColor);
         view->resize(1000, 800);
@@ -43,7 +60,7 @@ private slots:
 
     void anyKeyCloses()
     {
-        QPointer<frmMaxPhoto> view(frmMaxPhoto::instance());
+        QPointer<frmMaxPhoto> view(window());
         view->setThePicture(picture(QSize(300, 200)));
         view->show();
         QVERIFY(QTest::qWaitForWindowExposed(view));
@@ -54,7 +71,7 @@ private slots:
 
     void aMissingPictureFails()
     {
-        frmMaxPhoto *view = frmMaxPhoto::instance();
+        frmMaxPhoto *view = window();
         try {
             view->setThePicture(m_dir.filePath(u"none.png"_s));
             QFAIL("no error");

@@ -4,7 +4,7 @@
 // the error box naming it and leaves no window behind. Without a sound device it still
 // runs through the piece.
 
-#include "../support/msgboxrecorder.h"
+#include "../support/testsession.h"
 
 #include <engine.h>
 #include <frmmediaplayer.h>
@@ -28,6 +28,8 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <memory>
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -38,17 +40,6 @@ const QString video = QStringLiteral(TREMIDIA_SOURCE_DIR "/sample/files/Videos/t
 QString mediaFile(const QString &name)
 {
     return QStringLiteral(TREMIDIA_SOURCE_DIR "/tests/data/media/") + name;
-}
-
-void chooseMedia(qint32 kind, const QString &soundPath = sound, const QString &videoPath = video)
-{
-    frmMediaPlayer::setMediaSource([kind, soundPath, videoPath] {
-        frmMediaPlayer::IndexMedia media;
-        media.MediaKind = kind;
-        media.SoundPath = soundPath;
-        media.VideoPath = videoPath;
-        return media;
-    });
 }
 
 bool reached(const QSignalSpy &spy, media::Player::MediaStatus status)
@@ -67,17 +58,17 @@ class tst_frmMediaPlayer : public QObject
 
 private slots:
     void initTestCase() { qputenv("TREMIDIA_AUDIO_SINK", "fakesink sync=true"); }
-    void init() { m_boxes.install(); }
+    void init() { m_s = std::make_unique<testing::TestSession>(); }
     void cleanup()
     {
-        frmMediaPlayer::setMediaSource({});
-        platform::setMsgBoxHook({});
+        m_chosen = {};
+        m_s.reset();
     }
 
     void aSoundPlaysAtOnceAndStandsAtTheStartAfterTheEnd()
     {
         chooseMedia(0);
-        auto *form = new frmMediaPlayer;
+        auto *form = new frmMediaPlayer(*m_s, chosenMedia());
         QPointer<frmMediaPlayer> guard(form);
         QSignalSpy ended(form->player(), &media::Player::mediaStatusChanged);
         form->Load();
@@ -95,14 +86,14 @@ private slots:
         QCOMPARE(form->player()->playbackState(), media::Player::StoppedState);
         QCOMPARE(form->sldPosition->value(), 0);
         QVERIFY(form->sldPosition->maximum() > 1000);
-        QVERIFY(m_boxes.isEmpty());
+        QVERIFY(boxes().isEmpty());
         form->close();
     }
 
     void aVideoPlaysInItsPictureAreaToTheEndAndRewinds()
     {
         chooseMedia(1);
-        auto *form = new frmMediaPlayer;
+        auto *form = new frmMediaPlayer(*m_s, chosenMedia());
         QSignalSpy ended(form->player(), &media::Player::mediaStatusChanged);
         form->Load();
         form->show();
@@ -137,12 +128,12 @@ private slots:
         QFETCH(QString, file);
         QFETCH(bool, isVideo);
         chooseMedia(isVideo ? 1 : 0, mediaFile(file), mediaFile(file));
-        auto *form = new frmMediaPlayer;
+        auto *form = new frmMediaPlayer(*m_s, chosenMedia());
         QSignalSpy status(form->player(), &media::Player::mediaStatusChanged);
         form->Load();
         form->show();
         QTRY_VERIFY_WITH_TIMEOUT(reached(status, media::Player::EndOfMedia), PieceTimeout);
-        QVERIFY2(m_boxes.isEmpty(), qPrintable(m_boxes.value(0).text));
+        QVERIFY2(boxes().isEmpty(), qPrintable(boxes().value(0).text));
         QVERIFY(form->player()->duration() > 500);
         QCOMPARE(form->player()->hasVideo(), isVideo);
         if (isVideo)
@@ -163,7 +154,7 @@ private slots:
         QFETCH(QString, file);
         QFETCH(int, length);
         chooseMedia(0, mediaFile(file));
-        auto *form = new frmMediaPlayer;
+        auto *form = new frmMediaPlayer(*m_s, chosenMedia());
         QSignalSpy status(form->player(), &media::Player::mediaStatusChanged);
         QElapsedTimer clock;
         form->Load();
@@ -176,14 +167,14 @@ private slots:
         QTRY_VERIFY_WITH_TIMEOUT(reached(status, media::Player::EndOfMedia), PieceTimeout);
         // Played in time to its end, not cut off where GStreamer's parser thought it ended.
         QVERIFY2(clock.elapsed() >= length - 150, qPrintable(QString::number(clock.elapsed())));
-        QVERIFY(m_boxes.isEmpty());
+        QVERIFY(boxes().isEmpty());
         form->close();
     }
 
     void aPlaceChosenInAnAdpcmWavIsWhereThePlayingGoesOn()
     {
         chooseMedia(0, mediaFile(u"tone-msadpcm.wav"_s));
-        auto *form = new frmMediaPlayer;
+        auto *form = new frmMediaPlayer(*m_s, chosenMedia());
         QSignalSpy status(form->player(), &media::Player::mediaStatusChanged);
         form->Load();
         form->show();
@@ -219,15 +210,15 @@ private slots:
         QMdiArea area;
         area.resize(800, 600);
         area.show();
-        auto *form = new frmMediaPlayer;
+        auto *form = new frmMediaPlayer(*m_s, chosenMedia());
         form->Load();
         QPointer<QMdiSubWindow> sub = area.addSubWindow(form);
         sub->show();
-        QTRY_COMPARE_WITH_TIMEOUT(m_boxes.size(), 1, 20000);
-        QVERIFY(m_boxes.at(0).text.startsWith(u"Λάθος # 5\r\n"_s));
-        QVERIFY2(m_boxes.at(0).text.contains(file), qPrintable(m_boxes.at(0).text));
-        QCOMPARE(m_boxes.at(0).title, u"Τρεμίδια"_s);
-        QCOMPARE(m_boxes.at(0).style, 16);
+        QTRY_COMPARE_WITH_TIMEOUT(boxes().size(), 1, 20000);
+        QVERIFY(boxes().at(0).text.startsWith(u"Λάθος # 5\r\n"_s));
+        QVERIFY2(boxes().at(0).text.contains(file), qPrintable(boxes().at(0).text));
+        QCOMPARE(boxes().at(0).title, u"Τρεμίδια"_s);
+        QCOMPARE(boxes().at(0).style, 16);
         QTRY_VERIFY_WITH_TIMEOUT(!sub, 5000);
     }
 
@@ -246,12 +237,12 @@ private slots:
         QFETCH(QString, file);
         QFETCH(QString, reason);
         chooseMedia(0, file);
-        auto *form = new frmMediaPlayer;
+        auto *form = new frmMediaPlayer(*m_s, chosenMedia());
         QPointer<frmMediaPlayer> guard(form);
         form->Load();
         form->show();
-        QTRY_COMPARE_WITH_TIMEOUT(m_boxes.size(), 1, 20000);
-        const QString text = m_boxes.at(0).text;
+        QTRY_COMPARE_WITH_TIMEOUT(boxes().size(), 1, 20000);
+        const QString text = boxes().at(0).text;
         const QString name = QFileInfo(file).fileName();
         QVERIFY2(text.endsWith(u"«"_s + name + u"»: "_s + reason), qPrintable(text));
         // GStreamer's English stays in the log: no Latin letter but the file's name's.
@@ -272,18 +263,18 @@ private slots:
         const QString pipe = dir.filePath(u"stuck.wav"_s);
         QCOMPARE(::mkfifo(QFile::encodeName(pipe).constData(), 0600), 0);
         chooseMedia(0, pipe);
-        auto *form = new frmMediaPlayer;
+        auto *form = new frmMediaPlayer(*m_s, chosenMedia());
         QPointer<frmMediaPlayer> guard(form);
         QElapsedTimer clock;
         clock.start();
         form->Load();
         form->show();
-        QTRY_COMPARE_WITH_TIMEOUT(m_boxes.size(), 1, media::Player::LoadLimitMs + 10000);
+        QTRY_COMPARE_WITH_TIMEOUT(boxes().size(), 1, media::Player::LoadLimitMs + 10000);
         const qint64 waited = clock.elapsed();
         // Qt's coarse timers may fire up to 5 % early.
         QVERIFY2(waited >= media::Player::LoadLimitMs * 9 / 10, qPrintable(QString::number(waited)));
-        QVERIFY2(m_boxes.at(0).text.endsWith(u"«stuck.wav»: το αρχείο είναι κατεστραμμένο"_s),
-            qPrintable(m_boxes.at(0).text));
+        QVERIFY2(boxes().at(0).text.endsWith(u"«stuck.wav»: το αρχείο είναι κατεστραμμένο"_s),
+            qPrintable(boxes().at(0).text));
         QTRY_VERIFY_WITH_TIMEOUT(!guard, 5000);
         // Writers that come and go let the engine out of its waits (GStreamer opens the
         // file more than once), to end by itself.
@@ -307,12 +298,12 @@ private slots:
         qunsetenv("TREMIDIA_AUDIO_SINK");
         const auto restore = qScopeGuard([chosen] { qputenv("TREMIDIA_AUDIO_SINK", chosen); });
         chooseMedia(0, mediaFile(u"tone.wav"_s));
-        auto *form = new frmMediaPlayer;
+        auto *form = new frmMediaPlayer(*m_s, chosenMedia());
         QSignalSpy status(form->player(), &media::Player::mediaStatusChanged);
         form->Load();
         form->show();
         QTRY_VERIFY_WITH_TIMEOUT(reached(status, media::Player::EndOfMedia), PieceTimeout);
-        QVERIFY(m_boxes.isEmpty());
+        QVERIFY(boxes().isEmpty());
         form->close();
     }
 
@@ -322,7 +313,7 @@ private slots:
         QMdiArea area;
         area.resize(800, 600);
         area.show();
-        auto *form = new frmMediaPlayer;
+        auto *form = new frmMediaPlayer(*m_s, chosenMedia());
         form->Load();
         QMdiSubWindow *sub = area.addSubWindow(form);
         sub->show();
@@ -336,7 +327,7 @@ private slots:
     void thePlayKeyPausesAndPlaysAgain()
     {
         chooseMedia(0);
-        auto *form = new frmMediaPlayer;
+        auto *form = new frmMediaPlayer(*m_s, chosenMedia());
         form->Load();
         form->show();
         QTRY_COMPARE_WITH_TIMEOUT(form->player()->playbackState(), media::Player::PlayingState, 10000);
@@ -356,7 +347,7 @@ private slots:
     void anotherKindSetsNoFile()
     {
         chooseMedia(2);
-        auto *form = new frmMediaPlayer;
+        auto *form = new frmMediaPlayer(*m_s, chosenMedia());
         form->Load();
         QVERIFY(form->fileName().isEmpty());
         QVERIFY(form->player()->source().isEmpty());
@@ -366,7 +357,22 @@ private slots:
     }
 
 private:
-    testing::MsgBoxRecorder m_boxes;
+    std::unique_ptr<testing::TestSession> m_s;
+    // What the index would have chosen, as the players of a test read it.
+    frmMediaPlayer::MediaSource m_chosen;
+
+    QList<testing::ShownBox> &boxes() { return m_s->host->boxes; }
+    frmMediaPlayer::MediaSource chosenMedia() const { return m_chosen; }
+    void chooseMedia(qint32 kind, const QString &soundPath = sound, const QString &videoPath = video)
+    {
+        m_chosen = [kind, soundPath, videoPath] {
+            frmMediaPlayer::IndexMedia media;
+            media.MediaKind = kind;
+            media.SoundPath = soundPath;
+            media.VideoPath = videoPath;
+            return media;
+        };
+    }
 };
 
 QTEST_MAIN(tst_frmMediaPlayer)

@@ -1,17 +1,19 @@
 #include "../hotwords/paintedrtf.h"
 #include "../hotwords/testcontent.h"
+#include "../support/testsession.h"
 #include "viewershell.h"
 
 #include <errorpolicy.h>
 #include <frmmaxphoto.h>
 #include <frmresphoto.h>
-#include <modglobal.h>
 #include <msgbox.h>
 #include <photolayout.h>
 #include <richtextbox.h>
 #include <runtimeerror.h>
 #include <sourceviewer.h>
-#include <viewerlinks.h>
+#include <viewingwindows.h>
+
+#include <sqlite3.h>
 
 #include <QDir>
 #include <QFile>
@@ -21,6 +23,8 @@
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
+
+#include <memory>
 
 using namespace Qt::StringLiterals;
 
@@ -50,15 +54,24 @@ class tst_frmResPhoto : public QObject
 
 private:
     QTemporaryDir m_dir;
+    std::unique_ptr<testing::TestSession> m_s;
     testing::ViewerShell *m_shell = nullptr;
-    QStringList m_messages;
+
+    // The boxes shown, as text|style|title.
+    QStringList messages() const
+    {
+        QStringList texts;
+        for (const testing::ShownBox &box : std::as_const(m_s->host->boxes))
+            texts << u"%1|%2|%3"_s.arg(box.text).arg(box.style).arg(box.title);
+        return texts;
+    }
 
     frmResPhoto *open(qint32 id)
     {
-        auto *viewer = new frmResPhoto;
+        auto *viewer = new frmResPhoto(*m_s);
         viewer->setResourceID(id);
         viewer->Load();
-        modGlobal::CenterAndShow(viewer);
+        CenterAndShow(*m_s, viewer);
         return viewer;
     }
 
@@ -83,20 +96,20 @@ private slots:
         b.row(u"Resources"_s, columns, {3, 6, u"wide.png"_s, u"Περιγραφή"_s, QVariant(), u"perigrafi.rtf"_s});
         b.row(u"Resources"_s, columns, {4, 5, u"wide.png"_s, u"Χάρτης"_s, u"Όχι λεζάντα"_s, QVariant()});
         b.row(u"Resources"_s, columns, {5, 1, u""_s, u"Χωρίς εικόνα"_s, QVariant(), QVariant()});
-        modGlobal::gDatabase = b.database();
-        modGlobal::gDataFolder = root;
+        // One session for the whole run: the content is built once.
+        m_s = std::make_unique<testing::TestSession>();
+        m_s->session->content().database = b.database();
+        m_s->session->content().dataFolder = root;
+        registerViewingWindows(*m_s);
     }
 
-    void cleanupTestCase() { modGlobal::gDatabase.reset(); }
+    void cleanupTestCase() { m_s.reset(); }
 
     void init()
     {
-        m_messages.clear();
-        platform::setMsgBoxHook([this](const QString &text, int style, const QString &title) {
-            m_messages << u"%1|%2|%3"_s.arg(text).arg(style).arg(title);
-            return int(platform::vbOK);
-        });
+        m_s->host->boxes.clear();
         m_shell = new testing::ViewerShell;
+        m_s->session->setWindow(Session::Window::Shell, m_shell);
         m_shell->show();
         QVERIFY(QTest::qWaitForWindowExposed(m_shell));
     }
@@ -106,8 +119,7 @@ private slots:
         delete m_shell;
         m_shell = nullptr;
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-        platform::setMsgBoxHook({});
-        viewerlinks::setSearchItemUnghoster({});
+        m_s->session->links() = {};
     }
 
     // --- The arithmetic ---------------------------------------------------------------
@@ -153,50 +165,76 @@ private slots:
 
     void getRecordReadsTheRow()
     {
-        frmResPhoto viewer;
+        frmResPhoto viewer(*m_s);
         viewer.setResourceID(1);
         QVERIFY(viewer.found());
         QCOMPARE(viewer.PhotoPath(), m_dir.path() + u"/Pictures/narrow.png"_s);
         QCOMPARE(viewer.PhotoCaption(), u"Στενή εικόνα"_s);
         QCOMPARE(viewer.PhotoLezanda(), u"Μία λεζάντα."_s);
         QCOMPARE(viewer.PhotoType(), u"1"_s);
-        frmResPhoto described;
+        frmResPhoto described(*m_s);
         described.setResourceID(3);
         QCOMPARE(described.PhotoLezanda(), u"perigrafi.rtf"_s);
-        QVERIFY(m_messages.isEmpty());
+        QVERIFY(messages().isEmpty());
     }
 
     void anEmptyPicturePathIsNotFoundWithoutAWord()
     {
-        frmResPhoto viewer;
+        frmResPhoto viewer(*m_s);
         viewer.setResourceID(5);
         QVERIFY(!viewer.found());
-        QVERIFY(m_messages.isEmpty());
+        QVERIFY(messages().isEmpty());
     }
 
     void aMissingResourceIsTold()
     {
-        frmResPhoto viewer;
+        frmResPhoto viewer(*m_s);
         viewer.setResourceID(99);
         QVERIFY(!viewer.found());
-        QCOMPARE(m_messages, QStringList {u"Δεν μπορώ να βρώ την συγκεκριμένη Πηγή|0|Τρεμίδια"_s});
+        QCOMPARE(messages(), QStringList {u"Δεν μπορώ να βρώ την συγκεκριμένη Πηγή|0|Τρεμίδια"_s});
+    }
+
+    // One query for the one row, not the whole table searched for it.
+    void theRowIsReadInOneQueryForIt()
+    {
+        QStringList statements;
+        sqlite3 *db = m_s->session->database().handle();
+        sqlite3_trace_v2(
+            db, SQLITE_TRACE_STMT,
+            [](unsigned, void *context, void *, void *text) {
+                // The engine's own look at its catalogue is not a read of the content.
+                const QString sql = QString::fromUtf8(static_cast<const char *>(text));
+                if (sql.contains(u"Resources"_s))
+                    static_cast<QStringList *>(context)->append(sql);
+                return 0;
+            },
+            &statements);
+        frmResPhoto viewer(*m_s);
+        viewer.setResourceID(3);
+        sqlite3_trace_v2(db, 0, nullptr, nullptr);
+        QVERIFY(viewer.found());
+        QVERIFY2(statements.size() == 1, qPrintable(statements.join(u" ; "_s)));
+        QVERIFY2(
+            statements.first().contains(u"WHERE"_s, Qt::CaseInsensitive), qPrintable(statements.first()));
+        QCOMPARE(viewer.PhotoCaption(), u"Περιγραφή"_s);
+        QCOMPARE(viewer.PhotoLezanda(), u"perigrafi.rtf"_s);
     }
 
     void withoutADatabaseThereIsNoWorkspace()
     {
-        auto db = std::move(modGlobal::gDatabase);
-        frmResPhoto viewer;
+        auto db = std::move(m_s->session->content().database);
+        frmResPhoto viewer(*m_s);
         viewer.setResourceID(1);
-        modGlobal::gDatabase = std::move(db);
+        m_s->session->content().database = std::move(db);
         QVERIFY(!viewer.found());
-        QCOMPARE(m_messages, QStringList {u"Δεν μπορώ να δημιουργήσω το Workspace|0|Τρεμίδια"_s});
+        QCOMPARE(messages(), QStringList {u"Δεν μπορώ να δημιουργήσω το Workspace|0|Τρεμίδια"_s});
     }
 
     // --- The window -------------------------------------------------------------------
 
     void aPhotographTileOpensThisViewer()
     {
-        std::unique_ptr<SourceViewer> viewer(SourceViewer::create(SourceViewer::Kind::Photo));
+        std::unique_ptr<SourceViewer> viewer(SourceViewer::create(*m_s, SourceViewer::Kind::Photo));
         QVERIFY(qobject_cast<frmResPhoto *>(viewer.get()));
     }
 
@@ -258,7 +296,7 @@ private slots:
 
     void aPictureThatIsGoneGoesUpToTheOpener()
     {
-        frmResPhoto viewer;
+        frmResPhoto viewer(*m_s);
         viewer.setResourceID(5);
         try {
             viewer.Load();
@@ -272,7 +310,8 @@ private slots:
     {
         frmResPhoto *viewer = open(1);
         QTest::mouseDClick(viewer->Image1, Qt::LeftButton, {}, QPoint(10, 10));
-        frmMaxPhoto *view = frmMaxPhoto::instance();
+        auto *view = m_s->session->window<frmMaxPhoto>(Session::Window::MaxPhoto, false);
+        QVERIFY(view);
         QTRY_VERIFY(view->isVisible());
         const auto expected = photolayout::enlarge(view->width(), view->height(), 399, 120);
         QCOMPARE(view->drawn().rect, expected.rect);
@@ -296,7 +335,7 @@ private slots:
     void closingTellsTheTileAndUnghostsTheSearchItem()
     {
         QStringList tags;
-        viewerlinks::setSearchItemUnghoster([&](const QString &tag) { tags << tag; });
+        m_s->session->links().unghostSearchItem = [&](const QString &tag) { tags << tag; };
         frmResPhoto *viewer = open(2);
         viewer->LoadedFromTheFormSearchResources = true;
         QSignalSpy unloaded(viewer, &SourceViewer::OnUnload);

@@ -1,19 +1,26 @@
-#include "../support/msgboxrecorder.h"
-
 #include "../app/shellcontent.h"
+#include "../support/testsession.h"
 #include "fakeviewers.h"
 
+#include <database.h>
+#include <frmresphoto.h>
 #include <frmsmallbutton.h>
-#include <modglobal.h>
+#include <frmtextresource.h>
 #include <msgbox.h>
 #include <shellwindow.h>
+#include <viewingwindows.h>
+
+#include <sqlite3.h>
 
 #include <QAction>
 #include <QLabel>
 #include <QMainWindow>
 #include <QMdiArea>
 #include <QMdiSubWindow>
+#include <QRegularExpression>
 #include <QTest>
+
+#include <memory>
 
 using testing::FakeViewer;
 
@@ -28,9 +35,7 @@ public:
     {
         setCentralWidget(m_area);
         resize(800, 600);
-        ShellWindow::setCurrent(this);
     }
-    ~AreaShell() override { ShellWindow::clearCurrent(this); }
     QWidget *window() override { return this; }
     QMdiArea *mdiArea() override { return m_area; }
     int mnuListUBound() const override { return 0; }
@@ -45,20 +50,52 @@ private:
     QMdiArea *m_area;
 };
 
+// Counts the statements that read a row of Resources on its own, as the tile and the
+// viewers read it (the hot words' joins are queries of other tables).
+class ResourceReads
+{
+public:
+    explicit ResourceReads(sqlite3 *db)
+        : m_db(db)
+    {
+        sqlite3_trace_v2(m_db, SQLITE_TRACE_STMT, &ResourceReads::traced, this);
+    }
+    ~ResourceReads() { sqlite3_trace_v2(m_db, 0, nullptr, nullptr); }
+    Q_DISABLE_COPY_MOVE(ResourceReads)
+
+    QStringList statements;
+
+private:
+    static int traced(unsigned, void *context, void *, void *text)
+    {
+        static const QRegularExpression resourcesRow(
+            QStringLiteral("FROM\\s+[\"\\[]?Resources[\"\\]]?\\s*(WHERE|$)"),
+            QRegularExpression::CaseInsensitiveOption);
+        const QString sql = QString::fromUtf8(static_cast<const char *>(text));
+        if (resourcesRow.match(sql).hasMatch())
+            static_cast<ResourceReads *>(context)->statements << sql;
+        return 0;
+    }
+
+    sqlite3 *m_db;
+};
+
 } // namespace
 
 class tst_frmSmallButton : public QObject
 {
     Q_OBJECT
 
-    testing::MsgBoxRecorder m_boxes;
     testing::ShellContent *m_content = nullptr;
+    std::unique_ptr<testing::TestSession> m_s;
     AreaShell *m_shell = nullptr;
+
+    QList<testing::ShownBox> &boxes() { return m_s->host->boxes; }
 
     // A tile as the shell makes one: dressed, sized to its picture, in the area, loaded.
     frmSmallButton *makeTile(qint32 resourceID)
     {
-        auto *tile = new frmSmallButton;
+        auto *tile = new frmSmallButton(*m_s);
         tile->setResourceID(resourceID);
         tile->Label1->setText(QStringLiteral("1"));
         tile->resize(tile->Image1->size());
@@ -80,17 +117,18 @@ private slots:
         QVERIFY(m_content->open());
     }
 
-    void cleanupTestCase()
-    {
-        delete m_content;
-        modGlobal::gDatabase.reset();
-    }
+    void cleanupTestCase() { delete m_content; }
 
     void init()
     {
-        m_boxes.install();
-        FakeViewer::registerAll();
+        m_s = std::make_unique<testing::TestSession>();
+        Session &session = *m_s;
+        session.content().database = content::Database::OpenDatabase(m_content->databasePath());
+        session.content().databasePath = m_content->databasePath();
+        session.content().dataFolder = m_content->folder();
+        FakeViewer::registerAll(session);
         m_shell = new AreaShell;
+        session.setWindow(Session::Window::Shell, m_shell);
         m_shell->show();
         QVERIFY(QTest::qWaitForWindowExposed(m_shell));
     }
@@ -100,9 +138,7 @@ private slots:
         delete m_shell;
         m_shell = nullptr;
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-        platform::setMsgBoxHook({});
-        for (auto kind : {SourceViewer::Kind::Photo, SourceViewer::Kind::Text, SourceViewer::Kind::Map})
-            SourceViewer::setFactory(kind, {});
+        m_s.reset();
     }
 
     void eachKindTakesItsFamilyAndTip_data()
@@ -159,7 +195,7 @@ private slots:
         QVERIFY(viewer->isVisible());
         QVERIFY(tile->SourceOpen());
         QCOMPARE(tile->currentBitmap(), QStringLiteral("KEIMENO1"));
-        QVERIFY(m_boxes.isEmpty());
+        QVERIFY(boxes().isEmpty());
         auto *sub = qobject_cast<QMdiSubWindow *>(viewer->parentWidget());
         QVERIFY(sub);
         QCOMPARE(m_shell->mdiArea()->activeSubWindow(), sub);
@@ -216,10 +252,10 @@ private slots:
     {
         frmSmallButton *tile = makeTile(501);
         clickOn(tile->Image1);
-        QCOMPARE(m_boxes.size(), 1);
-        QCOMPARE(m_boxes[0].text, QStringLiteral("Η πηγή δεν είναι δυνατό να βρεθεί!!!"));
-        QCOMPARE(m_boxes[0].style, 64);
-        QCOMPARE(m_boxes[0].title, QStringLiteral("Τρεμίδια"));
+        QCOMPARE(boxes().size(), 1);
+        QCOMPARE(boxes()[0].text, QStringLiteral("Η πηγή δεν είναι δυνατό να βρεθεί!!!"));
+        QCOMPARE(boxes()[0].style, 64);
+        QCOMPARE(boxes()[0].title, QStringLiteral("Τρεμίδια"));
         QVERIFY(!tile->SourceOpen());
         QCOMPARE(tile->currentBitmap(), QStringLiteral("KEIMENO"));
         QCOMPARE(viewerOf(tile)->loads, 0);
@@ -229,8 +265,8 @@ private slots:
     {
         frmSmallButton *tile = makeTile(502);
         clickOn(tile->Image1);
-        QCOMPARE(m_boxes.size(), 1);
-        QCOMPARE(m_boxes[0].style, 64);
+        QCOMPARE(boxes().size(), 1);
+        QCOMPARE(boxes()[0].style, 64);
         QCOMPARE(tile->currentBitmap(), QStringLiteral("KEIMENO"));
     }
 
@@ -238,7 +274,7 @@ private slots:
     {
         frmSmallButton *tile = makeTile(503);
         clickOn(tile->Image1);
-        QCOMPARE(m_boxes.size(), 1);
+        QCOMPARE(boxes().size(), 1);
         QCOMPARE(tile->currentBitmap(), QStringLiteral("AGEIA"));
     }
 
@@ -264,17 +300,17 @@ private slots:
         QCOMPARE(tile->Image1->size(), QSize(50, 47));
         QVERIFY(!tile->SourceForm());
         clickOn(tile->Image1);
-        QVERIFY(m_boxes.isEmpty());
+        QVERIFY(boxes().isEmpty());
         QVERIFY(!tile->SourceOpen());
     }
 
     void kindWithoutViewerYetOpensNothing()
     {
-        SourceViewer::setFactory(SourceViewer::Kind::Text, {});
+        m_s->session->setViewerFactory(int(SourceViewer::Kind::Text), {});
         frmSmallButton *tile = makeTile(301);
         QVERIFY(!tile->SourceForm());
         clickOn(tile->Image1);
-        QVERIFY(m_boxes.isEmpty());
+        QVERIFY(boxes().isEmpty());
         QVERIFY(!tile->SourceOpen());
         QCOMPARE(tile->currentBitmap(), QStringLiteral("KEIMENO"));
     }
@@ -307,6 +343,33 @@ private slots:
         viewerOf(tile)->Unload();
         area->setActiveSubWindow(qobject_cast<QMdiSubWindow *>(tile->parentWidget()));
         QCOMPARE(area->activeSubWindow()->widget(), viewerOf(other));
+    }
+
+    void openingASourceReadsItsRowOnce_data()
+    {
+        QTest::addColumn<int>("resourceID");
+        QTest::newRow("text") << 301;
+        QTest::newRow("photo") << 302;
+        QTest::newRow("described photo") << 304;
+    }
+
+    // From the tile's dressing to its viewer on show, the resource's row is read once:
+    // the tile, its check of the file and the viewer share it.
+    void openingASourceReadsItsRowOnce()
+    {
+        QFETCH(int, resourceID);
+        registerViewingWindows(*m_s);
+        m_content->writeFile(QStringLiteral("piges/desc%1.rtf").arg(resourceID),
+            QByteArrayLiteral("{\\rtf1\\ansi Perigrafi.\\par }"));
+        ResourceReads reads(m_s->session->database().handle());
+        frmSmallButton *tile = makeTile(resourceID);
+        clickOn(tile->Image1);
+        QVERIFY(tile->SourceOpen());
+        QVERIFY(tile->SourceForm()->isVisible());
+        QVERIFY(qobject_cast<frmTextResource *>(tile->SourceForm())
+            || qobject_cast<frmResPhoto *>(tile->SourceForm()));
+        QVERIFY(boxes().isEmpty());
+        QCOMPARE(reads.statements.size(), 1);
     }
 
     void closingTheTileUnloadsItsOpenViewer()

@@ -1,5 +1,6 @@
 #include "../hotwords/paintedrtf.h"
 #include "../hotwords/testcontent.h"
+#include "../support/testsession.h"
 #include "viewershell.h"
 
 #include <clstexts.h>
@@ -10,14 +11,13 @@
 #include <frmtooltips.h>
 #include <hotwordlocator.h>
 #include <hotwordtextmodel.h>
-#include <modglobal.h>
 #include <msgbox.h>
 #include <richtextbox.h>
 #include <rtf.h>
 #include <runtimeerror.h>
 #include <sourceviewer.h>
 #include <twips.h>
-#include <viewerlinks.h>
+#include <viewingwindows.h>
 
 #include <QApplication>
 #include <QContextMenuEvent>
@@ -25,10 +25,11 @@
 #include <QFile>
 #include <QLabel>
 #include <QMdiSubWindow>
-#include <QScopeGuard>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
+
+#include <memory>
 
 using namespace Qt::StringLiterals;
 using paintedrtf::Black;
@@ -48,8 +49,9 @@ QByteArray naxosText()
 // A phrase held together by a non-breaking space, written as Word writes it: \~.
 QByteArray nbspText()
 {
-    QByteArray rtf = paintedrtf::rtf({{u"Μετά την πτώση των τυράννων ο "_s, Black},
-        {u"Κλεισθένης\u00A0ο Αλκμεωνίδης"_s, Red}, {u" άλλαξε τις "_s, Black}, {u"φυλές"_s, Red}, {u"."_s, Black}});
+    QByteArray rtf = paintedrtf::rtf(
+        {{u"Μετά την πτώση των τυράννων ο "_s, Black}, {u"Κλεισθένης\u00A0ο Αλκμεωνίδης"_s, Red},
+            {u" άλλαξε τις "_s, Black}, {u"φυλές"_s, Red}, {u"."_s, Black}});
     rtf.replace("\\u160?", "\\~");
     return rtf;
 }
@@ -70,15 +72,25 @@ class tst_frmTextResource : public QObject
 
 private:
     QTemporaryDir m_dir;
+    std::unique_ptr<testing::TestSession> m_s;
     testing::ViewerShell *m_shell = nullptr;
-    QStringList m_messages;
+
+    // The texts of the boxes shown.
+    QStringList messages() const
+    {
+        QStringList texts;
+        for (const testing::ShownBox &box : std::as_const(m_s->host->boxes))
+            texts << box.text;
+        return texts;
+    }
+    frmToolTips *tip() const { return m_s->session->window<frmToolTips>(Session::Window::Tip, false); }
 
     frmTextResource *open(qint32 id)
     {
-        auto *viewer = new frmTextResource;
+        auto *viewer = new frmTextResource(*m_s);
         viewer->setResourceID(id);
         viewer->Load();
-        modGlobal::CenterAndShow(viewer);
+        CenterAndShow(*m_s, viewer);
         return viewer;
     }
 
@@ -120,39 +132,37 @@ private slots:
         b.commentLink(5, 10, u"φυλές"_s);
         b.comment(3, u"Άλλο σχόλιο"_s);
         b.commentLink(3, 8, u"απούσα"_s);
-        modGlobal::gDatabase = b.database();
-        modGlobal::gDataFolder = root;
+        // One session for the whole run: the content is built once.
+        m_s = std::make_unique<testing::TestSession>();
+        m_s->session->content().database = b.database();
+        m_s->session->content().dataFolder = root;
+        registerViewingWindows(*m_s);
     }
 
-    void cleanupTestCase() { modGlobal::gDatabase.reset(); }
+    void cleanupTestCase() { m_s.reset(); }
 
     void init()
     {
-        m_messages.clear();
-        platform::setMsgBoxHook([this](const QString &text, int, const QString &) {
-            m_messages << text;
-            return int(platform::vbOK);
-        });
+        m_s->host->boxes.clear();
         m_shell = new testing::ViewerShell;
+        m_s->session->setWindow(Session::Window::Shell, m_shell);
         m_shell->show();
         QVERIFY(QTest::qWaitForWindowExposed(m_shell));
     }
 
     void cleanup()
     {
-        if (frmToolTips *tip = frmToolTips::existing())
-            tip->close();
+        if (frmToolTips *shown = tip())
+            shown->close();
         delete m_shell;
         m_shell = nullptr;
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-        platform::setMsgBoxHook({});
-        viewerlinks::setIndexOpener({});
-        viewerlinks::setSearchItemUnghoster({});
+        m_s->session->links() = {};
     }
 
     void aTextTileOpensThisViewer()
     {
-        std::unique_ptr<SourceViewer> viewer(SourceViewer::create(SourceViewer::Kind::Text));
+        std::unique_ptr<SourceViewer> viewer(SourceViewer::create(*m_s, SourceViewer::Kind::Text));
         QVERIFY(qobject_cast<frmTextResource *>(viewer.get()));
     }
 
@@ -202,29 +212,29 @@ private slots:
     {
         frmTextResource *viewer = open(7);
         clickAt(viewer, 16);
-        frmToolTips *tip = frmToolTips::existing();
-        QVERIFY(tip);
-        QVERIFY(tip->isVisible());
-        QCOMPARE(tip->TipText(), u"Πέτρωμα της Νάξου"_s);
-        QVERIFY(tip->TipPicture() != u"0"_s);
-        QCOMPARE(tip->parentWidget(), m_shell);
-        tip->grab().save(QStringLiteral(TREMIDIA_TEST_OUTPUT_DIR "/text_viewer_tip.png"));
+        frmToolTips *shown = tip();
+        QVERIFY(shown);
+        QVERIFY(shown->isVisible());
+        QCOMPARE(shown->TipText(), u"Πέτρωμα της Νάξου"_s);
+        QVERIFY(shown->TipPicture() != u"0"_s);
+        QCOMPARE(shown->parentWidget(), m_shell);
+        shown->grab().save(QStringLiteral(TREMIDIA_TEST_OUTPUT_DIR "/text_viewer_tip.png"));
     }
 
     void aSecondClickWhileATipIsOpenGetsAFreshTip()
     {
         frmTextResource *viewer = open(7);
         clickAt(viewer, 16);
-        QPointer<frmToolTips> first(frmToolTips::existing());
+        QPointer<frmToolTips> first(tip());
         QVERIFY(first);
         first->Unload(); // as the tip's loss of activation does
         viewer->rtbTextResource->setSelStart(0);
         viewer->rtbTextResource_MouseUp(1, 0, 0, 0);
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
         QVERIFY(first.isNull());
-        QVERIFY(frmToolTips::existing());
-        QVERIFY(frmToolTips::existing()->isVisible());
-        QCOMPARE(frmToolTips::existing()->TipText(), u"Ηφαιστειακό γυαλί"_s);
+        QVERIFY(tip());
+        QVERIFY(tip()->isVisible());
+        QCOMPARE(tip()->TipText(), u"Ηφαιστειακό γυαλί"_s);
     }
 
     void aClickOnTheFirstCharacterOpensAnUnlocatedHotWord()
@@ -232,8 +242,8 @@ private slots:
         frmTextResource *viewer = open(7);
         viewer->rtbTextResource->setSelStart(0);
         viewer->rtbTextResource_MouseUp(1, 0, 0, 0);
-        QVERIFY(frmToolTips::existing());
-        QCOMPARE(frmToolTips::existing()->TipText(), u"Ηφαιστειακό γυαλί"_s);
+        QVERIFY(tip());
+        QCOMPARE(tip()->TipText(), u"Ηφαιστειακό γυαλί"_s);
     }
 
     void aClickJustBehindAPhraseStillOpensIt()
@@ -241,8 +251,8 @@ private slots:
         frmTextResource *viewer = open(7);
         viewer->rtbTextResource->setSelStart(21);
         viewer->rtbTextResource_MouseUp(1, 0, 0, 0);
-        QVERIFY(frmToolTips::existing());
-        QCOMPARE(frmToolTips::existing()->TipText(), u"Πέτρωμα της Νάξου"_s);
+        QVERIFY(tip());
+        QCOMPARE(tip()->TipText(), u"Πέτρωμα της Νάξου"_s);
     }
 
     void aSelectionAcrossAHotWordTestsOnlyItsStart()
@@ -251,21 +261,21 @@ private slots:
         viewer->rtbTextResource->setSelStart(9);
         viewer->rtbTextResource->setSelLength(10); // from " και η " into "σμύριδα"
         viewer->rtbTextResource_MouseUp(1, 0, 0, 0);
-        QVERIFY(!frmToolTips::existing());
+        QVERIFY(!tip());
     }
 
     void anIndexTermGoesToTheIndex()
     {
         QStringList asked;
-        viewerlinks::setIndexOpener(
-            [&](qint32 type, const QString &term, const QString &explanation, const QString &picture) {
-                asked << u"%1|%2|%3|%4"_s.arg(type).arg(term, explanation, picture);
-            });
+        m_s->session->links().openIndex
+            = [&](qint32 type, const QString &term, const QString &explanation, const QString &picture) {
+                  asked << u"%1|%2|%3|%4"_s.arg(type).arg(term, explanation, picture);
+              };
         frmTextResource *viewer = open(7);
         viewer->rtbTextResource->setSelStart(4);
         viewer->rtbTextResource_MouseUp(1, 0, 0, 0);
         QCOMPARE(asked, QStringList {u"2|Νάξος|Νησί των Κυκλάδων|naxos.jpg"_s});
-        QVERIFY(!frmToolTips::existing());
+        QVERIFY(!tip());
     }
 
     void anIndexTermWithoutTheIndexDoesNothing()
@@ -273,8 +283,8 @@ private slots:
         frmTextResource *viewer = open(7);
         viewer->rtbTextResource->setSelStart(4);
         viewer->rtbTextResource_MouseUp(1, 0, 0, 0);
-        QVERIFY(!frmToolTips::existing());
-        QVERIFY(m_messages.isEmpty());
+        QVERIFY(!tip());
+        QVERIFY(messages().isEmpty());
     }
 
     void theHandShowsOverAHotWord()
@@ -339,7 +349,7 @@ private slots:
     void closingTellsTheTileAndUnghostsTheSearchItem()
     {
         QStringList tags;
-        viewerlinks::setSearchItemUnghoster([&](const QString &tag) { tags << tag; });
+        m_s->session->links().unghostSearchItem = [&](const QString &tag) { tags << tag; };
         frmTextResource *viewer = open(7);
         viewer->LoadedFromTheFormSearchResources = true;
         QSignalSpy unloaded(viewer, &SourceViewer::OnUnload);
@@ -355,7 +365,7 @@ private slots:
         QSignalSpy unloaded(viewer, &SourceViewer::OnUnload);
         viewer->Unload();
         QCOMPARE(unloaded.count(), 1);
-        QVERIFY(m_messages.isEmpty());
+        QVERIFY(messages().isEmpty());
     }
 
     void theViewerAndTheContentToolLocateTheSampleAlike()
@@ -363,29 +373,26 @@ private slots:
         const QString sample = QStringLiteral(TREMIDIA_BINARY_DIR "/sample/tremidia.sqlite");
         if (!QFile::exists(sample))
             QSKIP("the sample course is not built");
-        auto ours = std::move(modGlobal::gDatabase);
-        const QString ourFolder = modGlobal::gDataFolder;
-        const auto restore = qScopeGuard([&] {
-            modGlobal::gDatabase = std::move(ours);
-            modGlobal::gDataFolder = ourFolder;
-        });
-        modGlobal::gDatabase = content::Database::OpenDatabase(sample);
-        modGlobal::gDataFolder = QFileInfo(sample).absolutePath();
+        // A session of its own, on the sample course.
+        testing::TestSession course;
+        Session &session = course;
+        session.content().database = content::Database::OpenDatabase(sample);
+        session.content().dataFolder = QFileInfo(sample).absolutePath();
+        const QString &dataFolder = session.content().dataFolder;
 
-        auto rs = modGlobal::gDatabase->OpenRecordset(
+        auto rs = session.database().OpenRecordset(
             u"SELECT ResourceID, TextPath FROM Resources WHERE ResTypeID = 2"_s);
         int texts = 0;
         int located = 0;
         while (!rs->Eof()) {
             const qint32 id = rs->Fields(u"ResourceID"_s).Value().toInt();
-            QFile file(platform::contentPath(
-                modGlobal::gDataFolder, u"\\piges\\"_s, rs->Fields(u"TextPath"_s).text()));
+            QFile file(platform::contentPath(dataFolder, u"\\piges\\"_s, rs->Fields(u"TextPath"_s).text()));
             QVERIFY(file.open(QIODevice::ReadOnly));
             PlainTextHotWordModel plain(richtext::readPlainText(file.readAll()));
-            auto expected = clsTexts(*modGlobal::gDatabase, modGlobal::gDataFolder).HotWords(id);
+            auto expected = clsTexts(session.database(), dataFolder).HotWords(id);
             hotwords::FillHotWords(plain, *expected);
 
-            frmTextResource viewer;
+            frmTextResource viewer(session);
             viewer.setResourceID(id);
             viewer.Load();
             QCOMPARE(viewer.hotWords()->Count(), expected->Count());
@@ -407,10 +414,10 @@ private slots:
         RichTextBox *box = viewer->rtbTextResource;
         QCOMPARE(box->contextMenuPolicy(), Qt::PreventContextMenu);
         clickAt(viewer, 16);
-        QVERIFY(frmToolTips::existing());
-        frmToolTips::existing()->close();
+        QVERIFY(tip());
+        tip()->close();
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-        QVERIFY(!frmToolTips::existing());
+        QVERIFY(!tip());
 
         // A right click through the window system, where a menu would come: the box has
         // none, the release reaches MouseUp, and the caret (still on the comment) decides.
@@ -418,8 +425,8 @@ private slots:
         const QPoint elsewhere = box->viewport()->mapTo(top, box->PosFromChar(40) + QPoint(2, 4));
         QTest::mouseClick(top->windowHandle(), Qt::RightButton, {}, elsewhere);
         QVERIFY(!QApplication::activePopupWidget());
-        QVERIFY(frmToolTips::existing());
-        QCOMPARE(frmToolTips::existing()->TipText(), u"Πέτρωμα της Νάξου"_s);
+        QVERIFY(tip());
+        QCOMPARE(tip()->TipText(), u"Πέτρωμα της Νάξου"_s);
     }
 
     void theMenuKeyBringsNoMenu()
@@ -437,7 +444,7 @@ private slots:
         frmTextResource *viewer = open(10);
         QVERIFY(viewer->rtbTextResource->Text().contains(QChar(0x00A0)));
         PlainTextHotWordModel plain(richtext::readPlainText(nbspText()));
-        auto expected = clsTexts(*modGlobal::gDatabase, modGlobal::gDataFolder).HotWords(10);
+        auto expected = clsTexts(m_s->session->database(), m_s->session->content().dataFolder).HotWords(10);
         hotwords::FillHotWords(plain, *expected);
         QCOMPARE(viewer->hotWords()->Count(), expected->Count());
         bool nbspPhraseLocated = false;
@@ -449,20 +456,20 @@ private slots:
         QVERIFY(nbspPhraseLocated);
 
         clickAt(viewer, 35);
-        QVERIFY(frmToolTips::existing());
-        QCOMPARE(frmToolTips::existing()->TipText(), u"Ο νομοθέτης του 508 π.Χ."_s);
+        QVERIFY(tip());
+        QCOMPARE(tip()->TipText(), u"Ο νομοθέτης του 508 π.Χ."_s);
     }
 
     void aCommentPictureThatCannotBeReadGivesTheErrorBoxNamingIt()
     {
         frmTextResource *viewer = open(10);
         clickAt(viewer, 67);
-        QCOMPARE(m_messages, QStringList {u"Λάθος # 481\r\nΜη έγκυρη εικόνα: «broken.png»"_s});
+        QCOMPARE(messages(), QStringList {u"Λάθος # 481\r\nΜη έγκυρη εικόνα: «broken.png»"_s});
     }
 
     void aMissingFileGoesUpToTheOpener()
     {
-        auto viewer = std::make_unique<frmTextResource>();
+        auto viewer = std::make_unique<frmTextResource>(*m_s);
         viewer->setResourceID(9);
         bool raised = false;
         try {

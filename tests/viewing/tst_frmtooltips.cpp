@@ -1,3 +1,5 @@
+#include "../support/testsession.h"
+
 #include <designedcolours.h>
 #include <errorpolicy.h>
 #include <frmtooltips.h>
@@ -5,6 +7,7 @@
 #include <runtimeerror.h>
 #include <tipgeometry.h>
 #include <twips.h>
+#include <viewingwindows.h>
 
 #include <QApplication>
 #include <QClipboard>
@@ -14,6 +17,8 @@
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
+
+#include <memory>
 
 using namespace Qt::StringLiterals;
 
@@ -61,11 +66,23 @@ class tst_frmToolTips : public QObject
 
 private:
     QTemporaryDir m_dir;
-    QStringList m_messages;
+    std::unique_ptr<testing::TestSession> m_s;
+
+    // The boxes shown, as text|style|title.
+    QStringList messages() const
+    {
+        QStringList texts;
+        for (const testing::ShownBox &box : std::as_const(m_s->host->boxes))
+            texts << u"%1|%2|%3"_s.arg(box.text).arg(box.style).arg(box.title);
+        return texts;
+    }
+    // The session's tip, made when there is none.
+    frmToolTips *sharedTip() { return m_s->session->window<frmToolTips>(Session::Window::Tip); }
+    frmToolTips *existingTip() { return m_s->session->window<frmToolTips>(Session::Window::Tip, false); }
 
     frmToolTips *showTip(const QString &text, const QString &picture, int left = 3000, int top = 3000)
     {
-        frmToolTips *tip = frmToolTips::instance();
+        frmToolTips *tip = sharedTip();
         tip->setTipLeft(left);
         tip->setTipTop(top);
         tip->setTipText(text);
@@ -74,9 +91,9 @@ private:
         return tip;
     }
 
-    static void closeAll()
+    void closeAll()
     {
-        if (frmToolTips *tip = frmToolTips::existing())
+        if (frmToolTips *tip = existingTip())
             tip->close();
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     }
@@ -84,17 +101,14 @@ private:
 private slots:
     void init()
     {
-        m_messages.clear();
-        platform::setMsgBoxHook([this](const QString &text, int style, const QString &title) {
-            m_messages << u"%1|%2|%3"_s.arg(text).arg(style).arg(title);
-            return int(platform::vbOK);
-        });
+        m_s = std::make_unique<testing::TestSession>();
+        registerViewingWindows(*m_s);
     }
 
     void cleanup()
     {
         closeAll();
-        platform::setMsgBoxHook({});
+        m_s.reset();
     }
 
     // --- Geometry ---------------------------------------------------------------------
@@ -231,7 +245,7 @@ private slots:
         QCOMPARE(QGuiApplication::clipboard()->text(), textOf(80));
         tip->mnuCopyPicture->trigger();
         QCOMPARE(QGuiApplication::clipboard()->image().size(), QSize(150, 90));
-        QVERIFY(frmToolTips::existing()); // copying does not close
+        QVERIFY(existingTip()); // copying does not close
     }
 
     void aPictureAloneHasNoTextCopy()
@@ -245,13 +259,13 @@ private slots:
 
     void aTipWithNothingTellsSoAndStandsUnshaped()
     {
-        frmToolTips *tip = frmToolTips::instance();
+        frmToolTips *tip = sharedTip();
         const QSize before = tip->size();
         tip->setTipText(QString());
         tip->setTipPicture(QString());
         tip->Show(nullptr);
-        QCOMPARE(m_messages, QStringList {u"ΔΕΝ υπάρχει ΟΥΤΕ εικόνα ΟΥΤΕ κείμενο|0|Τρεμίδια"_s});
-        QVERIFY(frmToolTips::existing());
+        QCOMPARE(messages(), QStringList {u"ΔΕΝ υπάρχει ΟΥΤΕ εικόνα ΟΥΤΕ κείμενο|0|Τρεμίδια"_s});
+        QVERIFY(existingTip());
         QCOMPARE(tip->size(), before);
         QVERIFY(tip->mask().isEmpty());
         QVERIFY(!tip->mnuCopyPicture->isVisible());
@@ -260,7 +274,7 @@ private slots:
 
     void aMissingPictureFailsInTheSetter()
     {
-        frmToolTips *tip = frmToolTips::instance();
+        frmToolTips *tip = sharedTip();
         try {
             tip->setTipPicture(m_dir.filePath(u"none.jpg"_s));
             QFAIL("no error");
@@ -277,7 +291,7 @@ private slots:
         QTest::mouseClick(tip, Qt::RightButton, {}, QPoint(w + 5, h + 5));
         QTRY_VERIFY(tip->mnuPopUp->isVisible());
         tip->mnuPopUp->hide();
-        QVERIFY(frmToolTips::existing());
+        QVERIFY(existingTip());
     }
 
     void leftClickOnTheShadowClosesTheTip()
@@ -289,9 +303,9 @@ private slots:
         QTest::mouseClick(tip, Qt::LeftButton, {}, QPoint(w + 5, h + 5));
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
         QVERIFY(watch.isNull());
-        QVERIFY(!frmToolTips::existing());
+        QVERIFY(!existingTip());
         // The next tip starts from nothing.
-        QCOMPARE(frmToolTips::instance()->TipText(), QString());
+        QCOMPARE(sharedTip()->TipText(), QString());
     }
 
     void escapeClosesTheTip()

@@ -2,7 +2,7 @@
 // windows opened and closed in a row, each at another moment of its piece (before it
 // opened, while it loads, while it plays), never hold the program up.
 
-#include "../support/msgboxrecorder.h"
+#include "../support/testsession.h"
 
 #include <engine.h>
 #include <frmmediaplayer.h>
@@ -30,11 +30,7 @@ class tst_MediaPlayerStress : public QObject
     Q_OBJECT
 
 private slots:
-    void initTestCase()
-    {
-        qputenv("TREMIDIA_AUDIO_SINK", "fakesink sync=true");
-        m_boxes.install();
-    }
+    void initTestCase() { qputenv("TREMIDIA_AUDIO_SINK", "fakesink sync=true"); }
 
     void twoHundredSoundAndVideoWindowsOpenAndCloseInARow()
     {
@@ -44,6 +40,7 @@ private slots:
         const QStringList videos {mediaFile(u"clip.avi"_s), mediaFile(u"clip.mpg"_s),
             mediaFile(u"clip.wmv"_s),
             QStringLiteral(TREMIDIA_SOURCE_DIR "/sample/files/Videos/term_caldera.webm")};
+        testing::TestSession s;
         QMdiArea area;
         area.resize(800, 600);
         area.show();
@@ -55,14 +52,13 @@ private slots:
             const bool isVideo = i % 2 == 1;
             const QString file
                 = isVideo ? videos.at((i / 2) % videos.size()) : sounds.at((i / 2) % sounds.size());
-            frmMediaPlayer::setMediaSource([isVideo, file] {
+            auto *form = new frmMediaPlayer(s, [isVideo, file] {
                 frmMediaPlayer::IndexMedia media;
                 media.MediaKind = isVideo ? 1 : 0;
                 media.SoundPath = file;
                 media.VideoPath = file;
                 return media;
             });
-            auto *form = new frmMediaPlayer;
             form->Load();
             QPointer<QMdiSubWindow> sub = area.addSubWindow(form);
             sub->show();
@@ -86,14 +82,11 @@ private slots:
             longestClose = qMax(longestClose, closing.elapsed());
         }
         QCOMPARE(playing, 100);
-        QVERIFY2(m_boxes.isEmpty(), qPrintable(m_boxes.value(0).text));
+        QVERIFY2(s.host->boxes.isEmpty(), qPrintable(s.host->boxes.value(0).text));
         qInfo("200 windows in %lld ms, the longest close %lld ms", qint64(whole.elapsed()), longestClose);
         // Every pipeline the windows left behind stops on its own thread, none hangs.
         QVERIFY(media::engine::waitForDropped(120000));
     }
-
-private:
-    testing::MsgBoxRecorder m_boxes;
 };
 
 QTEST_MAIN(tst_MediaPlayerStress)

@@ -2,7 +2,7 @@
 
 // A shell for the tests of the windows that live in it: the area for child windows, the
 // window list of the "Παράθυρα" menu (entries 0 and 1, hidden, and the separator above
-// them) and the marks of the "Προβολή" menu.
+// them) and the marks of the "Προβολή" menu. A test makes it its session's Window::Shell.
 
 #include <shellwindow.h>
 
@@ -31,9 +31,7 @@ public:
             entry->setVisible(false);
             m_list.append(entry);
         }
-        ShellWindow::setCurrent(this);
     }
-    ~ViewerShell() override { ShellWindow::clearCurrent(this); }
     QWidget *window() override { return this; }
     QMdiArea *mdiArea() override { return m_area; }
     int mnuListUBound() const override { return int(m_list.size()) - 1; }

@@ -7,6 +7,7 @@
 #include <player.h>
 #include <probe.h>
 #include <runtimeerror.h>
+#include <session.h>
 
 #include <QCloseEvent>
 #include <QHBoxLayout>
@@ -39,7 +40,7 @@ frmMediaPlayer::frmMediaPlayer(QWidget *parent)
     , picVideo(new VideoPicture(WMM))
     , cmdPlay(new QToolButton(WMM))
     , sldPosition(new QSlider(Qt::Horizontal, WMM))
-    , m_player(new media::Player(this))
+    , m_player(new media::Player(Session::current()->mediaEngines(), this)) // session: bridge
 {
     setObjectName(QStringLiteral("frmMediaPlayer"));
     platform::useDesignedColours(this);

@@ -39,7 +39,10 @@ class tst_ReadAloudWindows : public QObject
     Q_OBJECT
 
     QPointer<MDIForm1> m_shell;
+    std::unique_ptr<testing::SpeakingSession> m_session;
     testing::RecordingSpeaker *m_speaker = nullptr;
+
+    speech::ReadAloud &reader() { return m_session->reader(); }
     QStringList m_boxes;
 
     // The toolbar's key, pressed with the mouse.
@@ -81,7 +84,8 @@ private slots:
 
     void init()
     {
-        m_speaker = testing::installRecordingSpeaker();
+        m_session = std::make_unique<testing::SpeakingSession>();
+        m_speaker = m_session->speaker;
         m_shell = new MDIForm1;
         m_shell->setSelectedActivity(1001);
         m_shell->show();
@@ -101,7 +105,7 @@ private slots:
             delete m_shell;
         }
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-        speech::ReadAloud::setSpeakerFactory({});
+        m_session.reset();
         QVERIFY2(m_boxes.isEmpty(), qPrintable(m_boxes.join(u"; "_s)));
     }
 
@@ -190,7 +194,9 @@ private slots:
 
     void withoutAnEngineTheKeyStaysAndSaysSoOnce()
     {
-        testing::RecordingSpeaker *mute = testing::installRecordingSpeaker(false);
+        m_session.reset();
+        m_session = std::make_unique<testing::SpeakingSession>(false);
+        testing::RecordingSpeaker *mute = m_session->speaker;
         auto *viewer = new frmTextResource;
         viewer->setResourceID(101);
         viewer->Load();

@@ -4,6 +4,7 @@
 
 #include "../app/shellcontent.h"
 #include "../support/msgboxrecorder.h"
+#include "../support/testsession.h"
 #include "lostcopies.h"
 
 #include <childwindows.h>
@@ -143,6 +144,10 @@ class tst_LostWork : public QObject
     QTemporaryDir m_state;
     testing::ShellContent m_content;
     QString m_mapFile;
+    // The running program, new for each test; a restart of its store is the next start.
+    std::unique_ptr<testing::TestSession> m_session;
+
+    Store &store() { return (*m_session)->recovery(); }
 
     QString recoveryFolder() const { return m_state.path() + QStringLiteral("/tremidia/recovery"); }
 
@@ -161,8 +166,7 @@ private slots:
     void init()
     {
         QDir(recoveryFolder()).removeRecursively();
-        Store::reset();
-        Store::setDelayMs(200);
+        m_session = std::make_unique<testing::TestSession>(Session::Services {{}, 200});
     }
 
     void cleanup()
@@ -176,8 +180,7 @@ private slots:
                 notes->close();
             QApplication::processEvents();
         }
-        Store::reset();
-        Store::setDelayMs(0);
+        m_session.reset();
     }
 
     void noteIsKeptWhileUnsavedAndGoesWhenSavedOrLetGo()
@@ -186,33 +189,33 @@ private slots:
         frmNotes *notes = frmNotes::instance(true);
         notes->show();
         type(notes->notes, QStringLiteral("Πρώτη"));
-        QTRY_COMPARE_WITH_TIMEOUT(Store::instance().ownEntries().size(), 1, 3000);
-        QCOMPARE(Store::instance().ownEntries()[0].kind, QStringLiteral("notes"));
+        QTRY_COMPARE_WITH_TIMEOUT(store().ownEntries().size(), 1, 3000);
+        QCOMPARE(store().ownEntries()[0].kind, QStringLiteral("notes"));
 
         // Saved: the copy goes.
         modEditor::CurrentFile = files.filePath(QStringLiteral("a.rtf"));
         modEditor::FileSave();
-        QVERIFY(Store::instance().ownEntries().isEmpty());
+        QVERIFY(store().ownEntries().isEmpty());
 
         // "Νέο", and "Όχι" to saving first: let go.
         type(notes->notes, QStringLiteral(" δεύτερη"));
-        QTRY_COMPARE_WITH_TIMEOUT(Store::instance().ownEntries().size(), 1, 3000);
+        QTRY_COMPARE_WITH_TIMEOUT(store().ownEntries().size(), 1, 3000);
         {
             Answers no(platform::vbNo);
             modEditor::FileNew();
         }
         QTest::qWait(400);
-        QVERIFY(Store::instance().ownEntries().isEmpty());
+        QVERIFY(store().ownEntries().isEmpty());
 
         // Closed with "Όχι": let go.
         type(notes->notes, QStringLiteral("Τρίτη"));
-        QTRY_COMPARE_WITH_TIMEOUT(Store::instance().ownEntries().size(), 1, 3000);
+        QTRY_COMPARE_WITH_TIMEOUT(store().ownEntries().size(), 1, 3000);
         {
             Answers no(platform::vbNo);
             notes->close();
             QCOMPARE(no.texts.size(), 1);
         }
-        QVERIFY(Store::instance().ownEntries().isEmpty());
+        QVERIFY(store().ownEntries().isEmpty());
     }
 
     void drawingIsKeptWhileUnsavedAndGoesWhenSavedOrLetGo()
@@ -223,8 +226,8 @@ private slots:
         drawing->Load();
         drawing->show();
         drawing->picPhoto->setPicture(drawnPicture());
-        QTRY_COMPARE_WITH_TIMEOUT(Store::instance().ownEntries().size(), 1, 3000);
-        const recovery::Entry kept = Store::instance().ownEntries()[0];
+        QTRY_COMPARE_WITH_TIMEOUT(store().ownEntries().size(), 1, 3000);
+        const recovery::Entry kept = store().ownEntries()[0];
         QCOMPARE(kept.kind, QStringLiteral("drawing"));
         QVERIFY(kept.contentPath.endsWith(QStringLiteral(".png")));
         QCOMPARE(QImage(kept.contentPath).convertToFormat(QImage::Format_RGB32), drawnPicture());
@@ -237,19 +240,19 @@ private slots:
         drawing->tlbGeneral_ButtonClick(QStringLiteral("Save"));
         drawing::CommonDialog::setHook({});
         QVERIFY(QFile::exists(files.filePath(QStringLiteral("d.bmp"))));
-        QVERIFY(Store::instance().ownEntries().isEmpty());
+        QVERIFY(store().ownEntries().isEmpty());
 
         // Changed again, then "Όχι" to the closing's question: let go.
         QImage changed = drawnPicture();
         changed.fill(Qt::blue);
         drawing->picPhoto->setPicture(changed);
-        QTRY_COMPARE_WITH_TIMEOUT(Store::instance().ownEntries().size(), 1, 3000);
+        QTRY_COMPARE_WITH_TIMEOUT(store().ownEntries().size(), 1, 3000);
         {
             Answers no(platform::vbNo);
             drawing->close();
             QCOMPARE(no.texts.size(), 1);
         }
-        QVERIFY(Store::instance().ownEntries().isEmpty());
+        QVERIFY(store().ownEntries().isEmpty());
     }
 
     void killedProgramGivesItsWorkBackAtTheNextStart_data()
@@ -320,8 +323,8 @@ private slots:
         QVERIFY(!map->PictureChangedSinceKept());
 
         // Still safe from the next crash: kept by this program now, nothing left lost.
-        QCOMPARE(Store::instance().ownEntries().size(), 3);
-        QVERIFY(Store::instance().lostWork().isEmpty());
+        QCOMPARE(store().ownEntries().size(), 3);
+        QVERIFY(store().lostWork().isEmpty());
 
         // Closed with "Όχι" to the questions: nothing is kept any more.
         {
@@ -330,7 +333,7 @@ private slots:
             QApplication::processEvents();
             QCOMPARE(no.texts.size(), 2);
         }
-        QVERIFY(Store::instance().ownEntries().isEmpty());
+        QVERIFY(store().ownEntries().isEmpty());
     }
 
     void lostWorkSaidNoToIsGoneAndNotAskedAgain()
@@ -400,7 +403,7 @@ private slots:
             QVERIFY(buttons.contains(QMessageBox::Cancel));
         }
         QVERIFY(QFileInfo::exists(ended + QStringLiteral("/notes-1.rtf")));
-        Store::reset();
+        store().restart();
         Answers again(platform::vbCancel);
         lostwork::offer();
         QCOMPARE(again.texts.size(), 1);
@@ -431,7 +434,7 @@ private slots:
         QVERIFY(QFileInfo::exists(Store::setAsideFolder() + QStringLiteral("/999-1/drawing-1.png")));
 
         // The next start asks about the note alone, and tells nothing more.
-        Store::reset();
+        store().restart();
         boxes.install();
         boxes.answers = {platform::vbCancel};
         lostwork::offer();
@@ -458,7 +461,7 @@ private slots:
         QVERIFY2(
             notes->notes->Text().contains(QStringLiteral("Kleisthenis")), qPrintable(notes->notes->Text()));
         QVERIFY(notes->NotesDirty);
-        QCOMPARE(Store::instance().ownEntries().size(), 1);
+        QCOMPARE(store().ownEntries().size(), 1);
     }
 };
 

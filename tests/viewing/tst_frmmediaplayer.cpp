@@ -5,8 +5,9 @@
 // runs through the piece.
 
 #include "../support/msgboxrecorder.h"
+#include "../support/testsession.h"
 
-#include <engine.h>
+#include <engines.h>
 #include <frmmediaplayer.h>
 #include <player.h>
 #include <videopicture.h>
@@ -294,7 +295,7 @@ private slots:
             const int writer = ::open(QFile::encodeName(pipe).constData(), O_WRONLY | O_NONBLOCK);
             if (writer >= 0)
                 ::close(writer);
-            ended = media::engine::waitForDropped(200);
+            ended = m_session->mediaEngines().waitForDropped(std::chrono::milliseconds(200));
         }
         QVERIFY(ended);
     }
@@ -367,6 +368,8 @@ private slots:
 
 private:
     testing::MsgBoxRecorder m_boxes;
+    // The players' engines belong to it.
+    testing::TestSession m_session;
 };
 
 QTEST_MAIN(tst_frmMediaPlayer)

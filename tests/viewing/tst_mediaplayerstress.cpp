@@ -3,8 +3,9 @@
 // opened, while it loads, while it plays), never hold the program up.
 
 #include "../support/msgboxrecorder.h"
+#include "../support/testsession.h"
 
-#include <engine.h>
+#include <engines.h>
 #include <frmmediaplayer.h>
 #include <player.h>
 
@@ -89,11 +90,13 @@ private slots:
         QVERIFY2(m_boxes.isEmpty(), qPrintable(m_boxes.value(0).text));
         qInfo("200 windows in %lld ms, the longest close %lld ms", qint64(whole.elapsed()), longestClose);
         // Every pipeline the windows left behind stops on its own thread, none hangs.
-        QVERIFY(media::engine::waitForDropped(120000));
+        QVERIFY(m_session->mediaEngines().waitForDropped(std::chrono::milliseconds(120000)));
     }
 
 private:
     testing::MsgBoxRecorder m_boxes;
+    // The players' engines belong to it.
+    testing::TestSession m_session;
 };
 
 QTEST_MAIN(tst_MediaPlayerStress)

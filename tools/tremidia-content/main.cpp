@@ -1,5 +1,8 @@
 #include "commands.h"
 
+#include <engines.h>
+#include <latethreads.h>
+
 #include <QDir>
 #include <QGuiApplication>
 #include <QTextStream>
@@ -36,6 +39,41 @@ void usage()
            "                              duration in ms, tab, video or audio\n";
 }
 
+// How long the end waits for a player's engine that is still stopping.
+constexpr int ExitWaitMs = 1000;
+
+int run(const QString &command, const QStringList &args, media::Engines &engines)
+{
+    if (command == u"import")
+        return commands::import(args);
+    if (command == u"tables")
+        return commands::tables(args);
+    if (command == u"query")
+        return commands::query(args);
+    if (command == u"rtf-text")
+        return commands::rtfText(args);
+    if (command == u"rtf-runs")
+        return commands::rtfRuns(args);
+    if (command == u"rtf-rewrite")
+        return commands::rtfRewrite(args);
+    if (command == u"hotwords")
+        return commands::hotwords(args);
+    if (command == u"check")
+        return commands::check(args, engines);
+    if (command == u"search")
+        return commands::search(args);
+    if (command == u"index")
+        return commands::index(args);
+    if (command == u"fulltext")
+        return commands::fulltext(args);
+    if (command == u"picture")
+        return commands::picture(args);
+    if (command == u"media")
+        return commands::media(args, engines);
+    usage();
+    return 1;
+}
+
 } // namespace
 
 int main(int argc, char *argv[])
@@ -61,32 +99,13 @@ int main(int argc, char *argv[])
         return 1;
     }
     const QString command = args.takeFirst();
-    if (command == u"import")
-        return commands::import(args);
-    if (command == u"tables")
-        return commands::tables(args);
-    if (command == u"query")
-        return commands::query(args);
-    if (command == u"rtf-text")
-        return commands::rtfText(args);
-    if (command == u"rtf-runs")
-        return commands::rtfRuns(args);
-    if (command == u"rtf-rewrite")
-        return commands::rtfRewrite(args);
-    if (command == u"hotwords")
-        return commands::hotwords(args);
-    if (command == u"check")
-        return commands::check(args);
-    if (command == u"search")
-        return commands::search(args);
-    if (command == u"index")
-        return commands::index(args);
-    if (command == u"fulltext")
-        return commands::fulltext(args);
-    if (command == u"picture")
-        return commands::picture(args);
-    if (command == u"media")
-        return commands::media(args);
-    usage();
-    return 1;
+    // The players' engines: a pipeline stuck inside GStreamer (a file that never answers)
+    // is waited for a moment at the end, and the tool then ends without it.
+    platform::LateThreads late;
+    int code = 0;
+    {
+        media::Engines engines(late);
+        code = run(command, args, engines);
+    }
+    return late.finish(code, std::chrono::milliseconds(ExitWaitMs));
 }

@@ -82,6 +82,8 @@ QImage drawnPicture()
 // draws, and the program runs on until it is killed.
 int editAndRunUntilKilled(const QString &mapFile)
 {
+    // The program played here has its session, as the real one has.
+    testing::TestSession session;
     frmNotes *notes = frmNotes::instance(true);
     notes->show();
     modEditor::CurrentFile = NoteFile;
@@ -381,6 +383,8 @@ private slots:
         } else {
             // The box itself, answered from the keyboard or by its window's frame.
             platform::setMsgBoxHook({});
+            platform::DesktopHost desktop;
+            const platform::HostScope shown(desktop);
             QList<QMessageBox::StandardButton> buttons;
             QTimer answer;
             answer.setInterval(50);

@@ -92,7 +92,8 @@ int LateThreads::finish(int code, std::chrono::milliseconds limit)
 {
     if (waitForAll(limit))
         return code;
-    qCWarning(lcErrors) << count() << "thread(s) still stuck inside a library at the end; the process ends around them";
+    qCWarning(lcErrors) << count()
+                        << "thread(s) still stuck inside a library at the end; the process ends around them";
     std::fflush(nullptr);
     std::_Exit(code);
 }

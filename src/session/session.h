@@ -28,7 +28,7 @@ class Store;
 namespace speech {
 class ReadAloud;
 class Speaker;
-}
+} // namespace speech
 class ShellWindow;
 class TextZoom;
 struct NotepadState;

@@ -79,7 +79,8 @@ Speaker *ReadAloud::speaker()
         if (m_makeSpeaker)
             m_speaker = m_makeSpeaker(m_late);
         else
-            m_speaker = std::make_unique<ThreadedSpeaker>([] { return std::make_unique<QtSpeechEngine>(); }, m_late);
+            m_speaker = std::make_unique<ThreadedSpeaker>(
+                [] { return std::make_unique<QtSpeechEngine>(); }, m_late);
         connect(m_speaker.get(), &Speaker::unavailable, this, &ReadAloud::tellNoEngine);
     }
     return m_speaker.get();

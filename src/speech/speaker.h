@@ -23,7 +23,7 @@ public:
     virtual void stop() = 0;
     // Stops for good as its owner ends: an engine on a thread of its own is given up to
     // `limit` to finish.
-    virtual void leave(std::chrono::milliseconds limit) { Q_UNUSED(limit) stop(); }
+    virtual void leave(std::chrono::milliseconds /*limit*/) { stop(); }
 
 signals:
     void speakingChanged(bool speaking);

@@ -39,8 +39,8 @@ public:
 
     // An engine stuck in the speech service when the speaker goes: its thread is handed
     // to `late`, which outlives the speaker.
-    ThreadedSpeaker(EngineFactory factory, platform::LateThreads &late, int startLimitMs = DefaultStartLimitMs,
-        QObject *parent = nullptr);
+    ThreadedSpeaker(EngineFactory factory, platform::LateThreads &late,
+        int startLimitMs = DefaultStartLimitMs, QObject *parent = nullptr);
     ~ThreadedSpeaker() override;
     Q_DISABLE_COPY_MOVE(ThreadedSpeaker)
 

@@ -554,8 +554,7 @@ private slots:
         keeper.keepNow();
         keeper.keepNow();
         QVERIFY(!theStore().usable());
-        QVERIFY(theStore().write(
-                    QStringLiteral("y"), QStringLiteral("notes"), "y", QStringLiteral("rtf"), {})
+        QVERIFY(theStore().write(QStringLiteral("y"), QStringLiteral("notes"), "y", QStringLiteral("rtf"), {})
             == false);
         QVERIFY(theStore().lostWork().isEmpty());
         keeper.saved();

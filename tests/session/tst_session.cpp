@@ -17,10 +17,10 @@
 #include <QElapsedTimer>
 #include <QFile>
 #include <QFileInfo>
-#include <QScopeGuard>
-#include <QTemporaryDir>
 #include <QPointer>
+#include <QScopeGuard>
 #include <QSignalSpy>
+#include <QTemporaryDir>
 #include <QTest>
 #include <QWidget>
 
@@ -280,7 +280,10 @@ void tst_Session::workOfAWindowStillOpenAtTheEndIsKeptForTheNextStart()
         session.adopt(window);
         auto *keeper = new recovery::WorkKeeper(
             QStringLiteral("notes"),
-            [] { return std::optional(recovery::Work {"{\\rtf1 unsaved}", QStringLiteral("rtf"), {}}); }, window);
+            [] {
+                return std::optional(recovery::Work {"{\\rtf1 unsaved}", QStringLiteral("rtf"), {}});
+            },
+            window);
         keeper->keepNow();
         QCOMPARE(session.recovery().ownEntries().size(), 1);
         own = session.recovery().ownFolder();

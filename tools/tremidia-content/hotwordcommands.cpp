@@ -265,7 +265,9 @@ private:
             problem(QStringLiteral("%1: %2 %3 missing").arg(subject, what, jsonString(name)));
             return false;
         }
-        const QString why = use == Shows ? showProblem(path) : use == Plays ? playProblem(m_engines, path) : QString();
+        const QString why = use == Shows ? showProblem(path)
+            : use == Plays               ? playProblem(m_engines, path)
+                                         : QString();
         if (why.isEmpty())
             return true;
         problem(

@@ -97,9 +97,6 @@ MDIForm1::MDIForm1(QWidget *parent)
     connect(TlbMain, &Tlb::ButtonClick, this,
         [this](const QString &key) { platform::guarded([&] { TlbMain_ButtonClick(key); }); });
 
-    // F9 and Escape read and stop in every window of the activity.
-    speech::ReadAloud::instance();
-
     ShellWindow::setCurrent(this);
 }
 
@@ -289,7 +286,7 @@ void MDIForm1::TlbMain_ButtonClick(const QString &key)
     } else if (key == u"SearchResources") {
         showChild(ChildWindow::SearchResources, false);
     } else if (key == u"Sound") {
-        speech::ReadAloud::instance().toggle();
+        speech::ReadAloud::instance().toggle(); // session: bridge
     }
     // Any other key does nothing.
 }

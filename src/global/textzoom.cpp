@@ -47,15 +47,30 @@ int screenDpi()
 
 } // namespace
 
+namespace {
+
+// session: bridge. The size the running session made.
+TextZoom *g_current = nullptr;
+
+} // namespace
+
 TextZoom &TextZoom::instance()
 {
-    static TextZoom *zoom = new TextZoom;
-    return *zoom;
+    if (!g_current)
+        qFatal("the text size was asked for with no session running");
+    return *g_current;
 }
 
 TextZoom::TextZoom()
     : m_percent(savedPercent())
 {
+    g_current = this;
+}
+
+TextZoom::~TextZoom()
+{
+    if (g_current == this)
+        g_current = nullptr;
 }
 
 QString TextZoom::settingsFile()
@@ -108,7 +123,8 @@ void TextZoom::zoomTextEdit(QTextEdit *edit, int percent)
         layout->setPaintDevice(nullptr);
     } else {
         // The layout measures fonts and scales lengths by the resolution of its device;
-        // an image with a higher resolution is such a device and never painted on.
+        // an image with a higher resolution is such a device and never painted on. A
+        // cache for the whole process: one blank image per size, the same for every session.
         static std::map<int, QImage> devices;
         QImage &device = devices[percent];
         if (device.isNull()) {

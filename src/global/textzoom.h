@@ -13,7 +13,7 @@ class QWidget;
 // the index's explanation and the notepad's view follow one size, from 100% to 300%.
 // Ctrl+plus, Ctrl+minus, Ctrl+0 and Ctrl+wheel change it in any of them, and it is kept
 // for the user in tremidia/reading.conf below the XDG config folder, apart from the
-// machine's choice of content.
+// machine's choice of content. The session owns the one size.
 class TextZoom final : public QObject
 {
     Q_OBJECT
@@ -23,7 +23,13 @@ public:
     static constexpr int Largest = 300;
     static constexpr int Step = 25;
 
-    // The one size of the program, read from the user's file at the first use.
+    // Read from the user's file.
+    TextZoom();
+    ~TextZoom() override;
+    Q_DISABLE_COPY_MOVE(TextZoom)
+
+    // session: bridge. The size of the session that runs, for the code that has not been
+    // handed its session yet.
     static TextZoom &instance();
 
     int percent() const { return m_percent; }
@@ -54,6 +60,5 @@ protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
-    TextZoom();
     int m_percent = Smallest;
 };

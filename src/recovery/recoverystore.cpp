@@ -18,7 +18,6 @@ namespace recovery {
 namespace {
 
 constexpr int DefaultDelayMs = 30000;
-int g_delayMs = 0;
 const QByteArray LockName = QByteArrayLiteral("instance.lock");
 const QByteArray SetAsideName = QByteArrayLiteral("set-aside");
 const QByteArray DescriptionSuffix = QByteArrayLiteral(".json");
@@ -28,11 +27,8 @@ constexpr qint64 LockLimit = 4096;
 // Later than this (the year 33658) a time in a description is damage.
 constexpr double LatestTime = 1e15;
 
-std::unique_ptr<Store> &theStore()
-{
-    static std::unique_ptr<Store> store;
-    return store;
-}
+// session: bridge. The store the running session made.
+Store *g_current = nullptr;
 
 bool isDigits(QByteArrayView text)
 {
@@ -191,15 +187,14 @@ struct Store::Ended
 
 Store &Store::instance()
 {
-    auto &store = theStore();
-    if (!store)
-        store.reset(new Store);
-    return *store;
+    if (!g_current)
+        qFatal("the recovery store was asked for with no session running");
+    return *g_current;
 }
 
-void Store::reset()
+Store *Store::current()
 {
-    theStore().reset();
+    return g_current;
 }
 
 QString Store::folder()
@@ -216,10 +211,10 @@ QString Store::setAsideFolder()
     return folder() + u'/' + QString::fromLatin1(SetAsideName);
 }
 
-int Store::delayMs()
+int Store::delayMs() const
 {
-    if (g_delayMs > 0)
-        return g_delayMs;
+    if (m_delayMs > 0)
+        return m_delayMs;
     bool ok = false;
     const int fromEnvironment = qEnvironmentVariableIntValue("TREMIDIA_RECOVERY_DELAY_MS", &ok);
     return ok && fromEnvironment > 0 ? std::min(fromEnvironment, DefaultDelayMs) : DefaultDelayMs;
@@ -227,12 +222,22 @@ int Store::delayMs()
 
 void Store::setDelayMs(int ms)
 {
-    g_delayMs = ms;
+    m_delayMs = ms;
 }
 
-Store::Store() = default;
+Store::Store()
+{
+    g_current = this;
+}
 
 Store::~Store()
+{
+    close();
+    if (g_current == this)
+        g_current = nullptr;
+}
+
+void Store::close()
 {
     // A program that ends with nothing unsaved leaves nothing behind; one that ends with
     // work neither saved nor discarded leaves it for the next start.
@@ -240,6 +245,21 @@ Store::~Store()
         m_lock.reset();
         closeFolder(m_ownName, m_ownFolder);
     }
+}
+
+void Store::restart()
+{
+    close();
+    m_own.clear();
+    m_ownName.clear();
+    m_ownFolder = SafeFolder();
+    m_top = SafeFolder();
+    m_lock.reset();
+    m_offered.clear();
+    m_lostSerial = 0;
+    m_tried = false;
+    m_usable = false;
+    m_warned = false;
 }
 
 void Store::failedOnce(const QString &why)

@@ -53,11 +53,21 @@ public:
     // A description is a few hundred bytes; one larger than this is not read.
     static constexpr qint64 DescriptionLimit = 64 * 1024;
 
-    // The store of this program; opened (its folder made and locked) on first use.
+    // The store of this program: the session owns it. Its folder is made and locked at
+    // the first use.
+    Store();
+    ~Store();
+    Store(const Store &) = delete;
+    Store &operator=(const Store &) = delete;
+
+    // session: bridge. The store of the session that runs, for the code that has not been
+    // handed its session yet; current() is null when no session runs.
     static Store &instance();
-    // Forgets the store of this program, its folder left as it is (for tests, which
-    // play more than one program in one process, and for a change of state folder).
-    static void reset();
+    static Store *current();
+
+    // Lets go of this program's folder, left as it is, and starts anew at the next use as
+    // a program started now would (tests play more than one program in one session).
+    void restart();
 
     // $XDG_STATE_HOME/tremidia/recovery, or ~/.local/state/tremidia/recovery.
     static QString folder();
@@ -66,13 +76,12 @@ public:
     static QString setAsideFolder();
 
     // Milliseconds from a change to its recovery copy: 30 seconds, or
-    // $TREMIDIA_RECOVERY_DELAY_MS (the tests' shorter wait).
-    static int delayMs();
-    static void setDelayMs(int ms); // 0 goes back to the default
+    // $TREMIDIA_RECOVERY_DELAY_MS, or what setDelayMs() gave (the tests' shorter wait).
+    int delayMs() const;
+    void setDelayMs(int ms); // 0 goes back to the default
 
-    ~Store();
-    Store(const Store &) = delete;
-    Store &operator=(const Store &) = delete;
+    // A number for the name of a new piece of work, unique in this program.
+    int nextSerial() { return ++m_serial; }
 
     // False where the state folder can't be written: the program then works on without
     // recovery copies (said once, in the log).
@@ -104,8 +113,9 @@ public:
 private:
     struct Ended;
 
-    Store();
     bool open();
+    // The end of the program's use of its folder: removed when nothing is left in it.
+    void close();
     void failedOnce(const QString &why);
     // Folders of programs that have ended, each locked by us meanwhile. Links found
     // beside them are removed.
@@ -127,6 +137,8 @@ private:
     std::unique_ptr<QLockFile> m_lock;
     QList<QByteArray> m_offered;
     int m_lostSerial = 0;
+    int m_serial = 0; // kept across restart(): keepers made before it still write
+    int m_delayMs = 0;
     bool m_tried = false;
     bool m_usable = false;
     bool m_warned = false;

@@ -6,20 +6,9 @@
 
 namespace recovery {
 
-namespace {
-
-int nextSerial()
-{
-    static int serial = 0;
-    return ++serial;
-}
-
-} // namespace
-
 WorkKeeper::WorkKeeper(const QString &kind, std::function<std::optional<Work>()> unsaved, QObject *parent)
     : QObject(parent)
     , m_kind(kind)
-    , m_name(kind + u'-' + QString::number(nextSerial()))
     , m_unsaved(std::move(unsaved))
 {
     m_due.setSingleShot(true);
@@ -35,6 +24,16 @@ WorkKeeper::WorkKeeper(const QString &kind, std::function<std::optional<Work>()>
     });
 }
 
+Store *WorkKeeper::store()
+{
+    // session: bridge. The store of the session that runs, which ends after its windows;
+    // none where no session runs, and then no copies are kept.
+    Store *store = Store::current();
+    if (store && m_name.isEmpty())
+        m_name = m_kind + u'-' + QString::number(store->nextSerial());
+    return store;
+}
+
 // The copy stays when the window goes without a save or a discard: the program is
 // ending without its windows' questions, and the work is what the next start offers.
 WorkKeeper::~WorkKeeper() = default;
@@ -43,8 +42,10 @@ void WorkKeeper::changed()
 {
     // The first change since the last copy sets the time; later ones ride along, so a
     // pupil who types on still gets a copy every delay.
-    if (!m_due.isActive())
-        m_due.start(Store::delayMs());
+    if (m_due.isActive())
+        return;
+    if (Store *kept = store())
+        m_due.start(kept->delayMs());
 }
 
 void WorkKeeper::saved()
@@ -52,8 +53,8 @@ void WorkKeeper::saved()
     m_due.stop();
     if (m_version)
         m_keptVersion = m_version();
-    if (m_haveCopy)
-        Store::instance().remove(m_name);
+    if (m_haveCopy && store())
+        store()->remove(m_name);
     m_haveCopy = false;
 }
 
@@ -66,7 +67,8 @@ void WorkKeeper::watch(std::function<qint64()> version)
 {
     m_version = std::move(version);
     m_keptVersion = m_version();
-    m_watch.start(Store::delayMs());
+    if (Store *kept = store())
+        m_watch.start(kept->delayMs());
 }
 
 void WorkKeeper::stopWatching()
@@ -78,23 +80,25 @@ void WorkKeeper::stopWatching()
 void WorkKeeper::keepNow()
 {
     m_due.stop();
+    Store *kept = store();
+    if (!kept)
+        return;
     const std::optional<Work> work = m_unsaved ? m_unsaved() : std::nullopt;
-    Store &store = Store::instance();
     if (!work) {
         if (m_haveCopy)
-            store.remove(m_name);
+            kept->remove(m_name);
         m_haveCopy = false;
         return;
     }
-    if (store.write(m_name, m_kind, work->content, work->extension, work->details))
+    if (kept->write(m_name, m_kind, work->content, work->extension, work->details))
         m_haveCopy = true;
 }
 
 void WorkKeeper::takeOver(const Entry &lost)
 {
     keepNow();
-    if (m_haveCopy)
-        Store::instance().remove(lost.name);
+    if (m_haveCopy && store())
+        store()->remove(lost.name);
     if (m_version)
         m_keptVersion = m_version();
 }

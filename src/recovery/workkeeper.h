@@ -12,6 +12,7 @@
 namespace recovery {
 
 struct Entry;
+class Store;
 
 // What a window hands over to be kept: its work as bytes and what it needs to go on.
 struct Work
@@ -23,10 +24,10 @@ struct Work
 
 // Keeps the recovery copy of one window's unsaved work. The window tells it when its
 // content changes, when it is saved and when the pupil discards it; the copy is written
-// at most Store::delayMs() after a change, and removed on a save or a discard.
+// at most the store's delayMs() after a change, and removed on a save or a discard.
 //
 // A window without a change signal of its own can instead be watched: its version
-// (any number that changes with the content) is looked at every Store::delayMs().
+// (any number that changes with the content) is looked at every delay.
 class WorkKeeper final : public QObject
 {
     Q_OBJECT
@@ -57,8 +58,11 @@ public:
     bool copyPending() const { return m_due.isActive(); }
 
 private:
+    Store *store();
+
     QString m_kind;
-    QString m_name;
+    QString m_name; // given by the store at its first use
+
     std::function<std::optional<Work>()> m_unsaved;
     std::function<qint64()> m_version;
     std::optional<qint64> m_keptVersion;

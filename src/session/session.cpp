@@ -3,6 +3,8 @@
 #include "notepadstate.h"
 
 #include <database.h>
+#include <engines.h>
+#include <latethreads.h>
 #include <logging.h>
 #include <readaloud.h>
 #include <recoverystore.h>
@@ -11,8 +13,11 @@
 #include <textzoom.h>
 #include <twips.h>
 
+#include <QDeadlineTimer>
 #include <QMdiArea>
 #include <QMdiSubWindow>
+
+#include <algorithm>
 
 namespace {
 
@@ -21,26 +26,58 @@ Session *g_current = nullptr;
 
 // How long the end of a session waits for background work that was told to stop.
 constexpr int BackgroundStopMs = 500;
+// The most the end of a session waits for every service together: a closing program
+// does not stay on screen for a service that does not answer.
+constexpr int StopBudgetMs = 900;
+// Of which the speaker's engine gets at most this much.
+constexpr int SpeechStopMs = 250;
+
+std::chrono::milliseconds within(const QDeadlineTimer &budget, int most)
+{
+    return std::chrono::milliseconds(std::clamp<qint64>(budget.remainingTime(), 0, most));
+}
 
 } // namespace
 
-Session::Session(std::unique_ptr<platform::Host> host)
+Session::Session(std::unique_ptr<platform::Host> host, platform::LateThreads &late)
+    : Session(std::move(host), late, Services())
+{
+}
+
+Session::Session(std::unique_ptr<platform::Host> host, platform::LateThreads &late, Services services)
     : m_host(host ? std::move(host) : std::make_unique<platform::DesktopHost>())
     , m_hostScope(*m_host)
     , m_notepad(std::make_unique<NotepadState>())
+    , m_recovery(std::make_unique<recovery::Store>())
+    , m_textZoom(std::make_unique<TextZoom>())
+    , m_readAloud(std::make_unique<speech::ReadAloud>(std::move(services.speaker), late))
+    , m_mediaEngines(std::make_unique<media::Engines>(late))
 {
+    m_recovery->setDelayMs(services.recoveryDelayMs);
     g_current = this;
 }
 
 Session::~Session()
 {
+    const QDeadlineTimer budget(StopBudgetMs);
     // 1. The workers: no result comes back to a window that is about to go.
     m_background.cancelAll();
-    if (!m_background.waitForDone(BackgroundStopMs))
+    if (!m_background.waitForDone(int(within(budget, BackgroundStopMs).count())))
         qCWarning(lcErrors) << "background work still running at the session's end";
+    // 2. Speech: the reading stops, and the speaker's engine thread ends or, stuck in the
+    //    speech service, goes to the late threads.
+    m_readAloud->leave(within(budget, SpeechStopMs));
+    // 3. The media engines: every pipeline is dropped and stops on its own thread; one
+    //    stuck inside GStreamer goes to the late threads. The players still open find
+    //    their engines gone and play no more.
+    if (!m_mediaEngines->stop(within(budget, StopBudgetMs)))
+        qCWarning(lcMedia) << "a media engine still stopping at the session's end was left to its owner";
     // 4. The windows, without their closing questions: the pupil's work stays in its
     //    recovery copies.
     closeWindows();
+    // 5. The recovery copies of work neither saved nor discarded stay for the next start;
+    //    the program's folder goes only when nothing is left in it.
+    m_recovery.reset();
     // 6. The content.
     m_content.database.reset();
     if (g_current == this)
@@ -108,21 +145,6 @@ QWidget *Session::makeViewer(int kind)
 ShellWindow *Session::shell(bool create)
 {
     return dynamic_cast<ShellWindow *>(window(Window::Shell, create));
-}
-
-recovery::Store &Session::recovery()
-{
-    return recovery::Store::instance();
-}
-
-speech::ReadAloud &Session::readAloud()
-{
-    return speech::ReadAloud::instance();
-}
-
-TextZoom &Session::textZoom()
-{
-    return TextZoom::instance();
 }
 
 void Session::closeWindows()

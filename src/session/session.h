@@ -16,12 +16,19 @@
 namespace content {
 class Database;
 }
+namespace media {
+class Engines;
+}
+namespace platform {
+class LateThreads;
+}
 namespace recovery {
 class Store;
 }
 namespace speech {
 class ReadAloud;
-}
+class Speaker;
+} // namespace speech
 class ShellWindow;
 class TextZoom;
 struct NotepadState;
@@ -33,7 +40,21 @@ struct NotepadState;
 class Session final
 {
 public:
-    explicit Session(std::unique_ptr<platform::Host> host);
+    // What a session's services are made with, other than the desktop's own.
+    struct Services
+    {
+        // The speaker that reads aloud, made at its first use; empty: the desktop's speech
+        // engine on a thread of its own.
+        std::function<std::unique_ptr<speech::Speaker>(platform::LateThreads &late)> speaker;
+        // Milliseconds from a change to its recovery copy; 0: the store's own delay.
+        int recoveryDelayMs = 0;
+    };
+
+    // `late` takes the threads that do not stop within their bound when the session ends
+    // (an engine stuck inside GStreamer or the speech service), and must outlive it: `main`
+    // keeps one until the process ends, a test one beside its session.
+    Session(std::unique_ptr<platform::Host> host, platform::LateThreads &late);
+    Session(std::unique_ptr<platform::Host> host, platform::LateThreads &late, Services services);
     ~Session();
     Session(const Session &) = delete;
     Session &operator=(const Session &) = delete;
@@ -117,9 +138,11 @@ public:
 
     // --- Services ----------------------------------------------------------------------
     Background &background() { return m_background; }
-    recovery::Store &recovery();
-    speech::ReadAloud &readAloud();
-    TextZoom &textZoom();
+    recovery::Store &recovery() { return *m_recovery; }
+    speech::ReadAloud &readAloud() { return *m_readAloud; }
+    TextZoom &textZoom() { return *m_textZoom; }
+    // The owner of the media players' engine threads; every player is handed it.
+    media::Engines &mediaEngines() { return *m_mediaEngines; }
 
 private:
     void closeWindows();
@@ -129,6 +152,10 @@ private:
     Content m_content;
     std::unique_ptr<NotepadState> m_notepad;
     Background m_background;
+    std::unique_ptr<recovery::Store> m_recovery;
+    std::unique_ptr<TextZoom> m_textZoom;
+    std::unique_ptr<speech::ReadAloud> m_readAloud;
+    std::unique_ptr<media::Engines> m_mediaEngines;
     QHash<int, WindowFactory> m_windowFactories;
     QHash<int, QPointer<QWidget>> m_windows;
     QList<QPointer<QWidget>> m_adopted;

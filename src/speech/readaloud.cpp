@@ -19,11 +19,9 @@ namespace {
 // one being read for this long.
 constexpr qint64 LeftWindowGraceMs = 1500;
 
-ReadAloud::SpeakerFactory &speakerFactory()
-{
-    static ReadAloud::SpeakerFactory factory;
-    return factory;
-}
+// session: bridge. The reader the running session made, while code that was not handed
+// the session still asks for it.
+ReadAloud *g_current = nullptr;
 
 bool isReadKey(const QKeyEvent *key)
 {
@@ -45,40 +43,44 @@ QString readableTextOf(QWidget *widget)
 
 ReadAloud &ReadAloud::instance()
 {
-    static ReadAloud *reader = new ReadAloud;
-    return *reader;
+    if (!g_current)
+        qFatal("reading aloud was asked for with no session running");
+    return *g_current;
 }
 
-ReadAloud::ReadAloud()
+ReadAloud::ReadAloud(SpeakerFactory speaker, platform::LateThreads &late)
+    : m_makeSpeaker(std::move(speaker))
+    , m_late(late)
 {
     if (qApp)
         qApp->installEventFilter(this);
-    // The speaker goes with the application, not with the static reader: its engine's
-    // thread must be let go while there is still an application to leave.
-    qAddPostRoutine([] { instance().m_speaker.reset(); });
+    g_current = this;
 }
 
-ReadAloud::~ReadAloud() = default;
-
-void ReadAloud::setSpeakerFactory(SpeakerFactory factory)
+ReadAloud::~ReadAloud()
 {
-    ReadAloud &reader = instance();
-    if (reader.m_speaker)
-        reader.m_speaker->stop();
-    reader.m_speaker.reset();
-    reader.m_toldNoEngine = false;
-    reader.m_leftText.clear();
-    reader.m_leftAt.invalidate();
-    speakerFactory() = std::move(factory);
+    leave(std::chrono::milliseconds(ThreadedSpeaker::ExitWaitMs));
+    if (g_current == this)
+        g_current = nullptr;
+}
+
+void ReadAloud::leave(std::chrono::milliseconds limit)
+{
+    if (!m_speaker)
+        return;
+    m_speaker->disconnect(this);
+    m_speaker->leave(limit);
+    m_speaker.reset();
 }
 
 Speaker *ReadAloud::speaker()
 {
     if (!m_speaker) {
-        if (speakerFactory())
-            m_speaker = speakerFactory()();
+        if (m_makeSpeaker)
+            m_speaker = m_makeSpeaker(m_late);
         else
-            m_speaker = std::make_unique<ThreadedSpeaker>([] { return std::make_unique<QtSpeechEngine>(); });
+            m_speaker = std::make_unique<ThreadedSpeaker>(
+                [] { return std::make_unique<QtSpeechEngine>(); }, m_late);
         connect(m_speaker.get(), &Speaker::unavailable, this, &ReadAloud::tellNoEngine);
     }
     return m_speaker.get();

@@ -5,10 +5,15 @@
 #include <QPointer>
 #include <QString>
 
+#include <chrono>
 #include <functional>
 #include <memory>
 
 class QWidget;
+
+namespace platform {
+class LateThreads;
+}
 
 namespace speech {
 
@@ -18,18 +23,23 @@ class Speaker;
 // window (see Readable), a second press or Escape stops. Escape is taken from the
 // windows only while something is being read; otherwise it does what it always did.
 // Where the desktop has no speech engine, the first press says so and nothing fails.
+// The session owns the reader; it listens to the application's keys while it lives.
 class ReadAloud final : public QObject
 {
     Q_OBJECT
 
 public:
-    // The one reader, made at the first use; it listens to the keys from then on.
-    static ReadAloud &instance();
+    // Makes the speaker at its first use, handing it the late threads' owner; tests give
+    // a stand-in. Empty: the desktop's speech engine, on a thread of its own.
+    using SpeakerFactory = std::function<std::unique_ptr<Speaker>(platform::LateThreads &late)>;
 
-    // Tests give a stand-in; an empty function brings back the desktop's speaker. The
-    // speaker is made anew at the next use, and the reader forgets what it was told.
-    using SpeakerFactory = std::function<std::unique_ptr<Speaker>()>;
-    static void setSpeakerFactory(SpeakerFactory factory);
+    ReadAloud(SpeakerFactory speaker, platform::LateThreads &late);
+    ~ReadAloud() override;
+    Q_DISABLE_COPY_MOVE(ReadAloud)
+
+    // session: bridge. The reader of the session that runs, for the code that has not
+    // been handed its session yet.
+    static ReadAloud &instance();
 
     // Reads the active window's text, or stops when something is being read. A key
     // brings the widget it was pressed in, whose window is asked first.
@@ -48,14 +58,18 @@ public:
 
     Speaker *speaker();
 
+    // Stops reading for good: the speaker's engine gets up to `limit` to finish, and the
+    // speaker goes.
+    void leave(std::chrono::milliseconds limit);
+
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
-    ReadAloud();
-    ~ReadAloud() override;
     void tellNoEngine();
 
+    SpeakerFactory m_makeSpeaker;
+    platform::LateThreads &m_late;
     std::unique_ptr<Speaker> m_speaker;
     bool m_toldNoEngine = false;
     QString m_leftText; // the text of the window that last lost the activation

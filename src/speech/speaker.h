@@ -3,6 +3,8 @@
 #include <QObject>
 #include <QString>
 
+#include <chrono>
+
 namespace speech {
 
 // What reads a text aloud. The program's own speaks through the desktop's speech engine;
@@ -19,6 +21,9 @@ public:
     virtual bool speaking() const = 0;
     virtual void say(const QString &text) = 0;
     virtual void stop() = 0;
+    // Stops for good as its owner ends: an engine on a thread of its own is given up to
+    // `limit` to finish.
+    virtual void leave(std::chrono::milliseconds /*limit*/) { stop(); }
 
 signals:
     void speakingChanged(bool speaking);

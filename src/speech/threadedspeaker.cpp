@@ -2,6 +2,9 @@
 
 #include "speechengine.h"
 
+#include <latethreads.h>
+
+#include <QDeadlineTimer>
 #include <QThread>
 
 namespace speech {
@@ -48,9 +51,11 @@ private:
 
 } // namespace
 
-ThreadedSpeaker::ThreadedSpeaker(EngineFactory factory, int startLimitMs, QObject *parent)
+ThreadedSpeaker::ThreadedSpeaker(
+    EngineFactory factory, platform::LateThreads &late, int startLimitMs, QObject *parent)
     : Speaker(parent)
     , m_factory(std::move(factory))
+    , m_late(late)
 {
     m_startLimit.setSingleShot(true);
     m_startLimit.setInterval(startLimitMs);
@@ -62,6 +67,13 @@ ThreadedSpeaker::ThreadedSpeaker(EngineFactory factory, int startLimitMs, QObjec
 
 ThreadedSpeaker::~ThreadedSpeaker()
 {
+    leave(std::chrono::milliseconds(ExitWaitMs));
+}
+
+void ThreadedSpeaker::leave(std::chrono::milliseconds limit)
+{
+    m_startLimit.stop();
+    m_waiting.clear();
     if (!m_thread)
         return;
     QObject::disconnect(m_host, nullptr, this, nullptr);
@@ -69,11 +81,16 @@ ThreadedSpeaker::~ThreadedSpeaker()
     QMetaObject::invokeMethod(
         host, [host] { static_cast<EngineHost *>(host)->stop(); }, Qt::QueuedConnection);
     m_thread->quit();
+    std::unique_ptr<QThread> thread(m_thread);
+    m_thread = nullptr;
+    m_host = nullptr;
+    m_state = State::Missing;
+    setSpeaking(false);
     // An engine stuck in the speech service must not keep the program from closing: it is
-    // given a moment, then left behind with its thread, which the end of the process takes.
-    // Neither is deleted then, so nothing waits on the thread later.
-    if (m_thread->wait(ExitWaitMs))
-        delete m_thread;
+    // given a moment, then its thread goes to the late threads' owner, which joins it once
+    // the service lets it go.
+    if (!thread->wait(QDeadlineTimer(limit)))
+        m_late.keep(std::move(thread));
 }
 
 bool ThreadedSpeaker::available()

@@ -10,6 +10,10 @@
 
 class QThread;
 
+namespace platform {
+class LateThreads;
+}
+
 namespace speech {
 
 class SpeechEngine;
@@ -31,10 +35,12 @@ public:
     static constexpr int DefaultStartLimitMs = 3000;
     // How long leaving waits for an engine to finish what it is doing before the program
     // goes on without it.
-    static constexpr int ExitWaitMs = 500;
+    static constexpr int ExitWaitMs = 300;
 
-    explicit ThreadedSpeaker(
-        EngineFactory factory, int startLimitMs = DefaultStartLimitMs, QObject *parent = nullptr);
+    // An engine stuck in the speech service when the speaker goes: its thread is handed
+    // to `late`, which outlives the speaker.
+    ThreadedSpeaker(EngineFactory factory, platform::LateThreads &late,
+        int startLimitMs = DefaultStartLimitMs, QObject *parent = nullptr);
     ~ThreadedSpeaker() override;
     Q_DISABLE_COPY_MOVE(ThreadedSpeaker)
 
@@ -44,6 +50,9 @@ public:
     bool speaking() const override { return m_speaking; }
     void say(const QString &text) override;
     void stop() override;
+    // Stops the engine and ends its thread, waiting up to `limit`; a thread that has not
+    // ended by then goes to the late threads. Nothing can be said afterwards.
+    void leave(std::chrono::milliseconds limit) override;
 
     // Whether the engine has said it is ready.
     bool ready() const { return m_state == State::Ready; }
@@ -56,6 +65,7 @@ private:
     void setSpeaking(bool now);
 
     EngineFactory m_factory;
+    platform::LateThreads &m_late;
     QThread *m_thread = nullptr;
     QObject *m_host = nullptr; // lives on m_thread and owns the engine
     QTimer m_startLimit;

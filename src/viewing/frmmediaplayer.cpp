@@ -7,6 +7,7 @@
 #include <player.h>
 #include <probe.h>
 #include <runtimeerror.h>
+#include <session.h>
 
 #include <QCloseEvent>
 #include <QHBoxLayout>
@@ -35,7 +36,7 @@ frmMediaPlayer::frmMediaPlayer(Session &session, MediaSource source, QWidget *pa
     , sldPosition(new QSlider(Qt::Horizontal, WMM))
     , m_session(session)
     , m_source(std::move(source))
-    , m_player(new media::Player(this))
+    , m_player(new media::Player(session.mediaEngines(), this))
 {
     setObjectName(QStringLiteral("frmMediaPlayer"));
     platform::useDesignedColours(this);

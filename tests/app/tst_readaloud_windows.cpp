@@ -40,9 +40,12 @@ class tst_ReadAloudWindows : public QObject
 {
     Q_OBJECT
 
-    testing::TestSession m_session;
     QPointer<MDIForm1> m_shell;
+    std::unique_ptr<testing::SpeakingSession> m_session;
     testing::RecordingSpeaker *m_speaker = nullptr;
+
+    speech::ReadAloud &reader() { return m_session->reader(); }
+    Session &session() { return m_session->session; }
     QStringList m_boxes;
 
     // The toolbar's key, pressed with the mouse.
@@ -84,7 +87,8 @@ private slots:
 
     void init()
     {
-        m_speaker = testing::installRecordingSpeaker();
+        m_session = std::make_unique<testing::SpeakingSession>();
+        m_speaker = m_session->speaker;
         m_shell = new MDIForm1;
         m_shell->setSelectedActivity(1001);
         m_shell->show();
@@ -94,9 +98,9 @@ private slots:
 
     void cleanup()
     {
-        if (frmToolTips *tip = Session::current()->window<frmToolTips>(Session::Window::Tip, false))
+        if (frmToolTips *tip = session().window<frmToolTips>(Session::Window::Tip, false))
             tip->close();
-        if (frmNotes *notes = frmNotes::open(m_session, false))
+        if (frmNotes *notes = frmNotes::open(session(), false))
             notes->NotesDirty = false;
         if (m_shell) {
             for (QMdiSubWindow *sub : m_shell->area->subWindowList())
@@ -104,7 +108,7 @@ private slots:
             delete m_shell;
         }
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-        speech::ReadAloud::setSpeakerFactory({});
+        m_session.reset();
         QVERIFY2(m_boxes.isEmpty(), qPrintable(m_boxes.join(u"; "_s)));
     }
 
@@ -116,7 +120,7 @@ private slots:
 
     void theSoundKeyReadsTheWholeTextAndAgainStops()
     {
-        auto *viewer = new frmTextResource(*Session::current());
+        auto *viewer = new frmTextResource(session());
         viewer->setResourceID(101);
         viewer->Load();
         showInShell(viewer);
@@ -130,7 +134,7 @@ private slots:
 
     void theTextViewersSelectionIsReadAlone()
     {
-        auto *viewer = new frmTextResource(*Session::current());
+        auto *viewer = new frmTextResource(session());
         viewer->setResourceID(101);
         viewer->Load();
         showInShell(viewer);
@@ -142,7 +146,7 @@ private slots:
 
     void theOpenTipIsReadAndEscapeStopsBeforeItCloses()
     {
-        frmToolTips *tip = Session::current()->window<frmToolTips>(Session::Window::Tip);
+        frmToolTips *tip = session().window<frmToolTips>(Session::Window::Tip);
         tip->setTipText(u"Πέτρωμα της Νάξου, σκληρό, που γυάλιζε τα μάρμαρα."_s);
         tip->Show(m_shell);
         QTest::keyClick(tip, Qt::Key_F9);
@@ -150,14 +154,14 @@ private slots:
         QTest::keyClick(tip, Qt::Key_Escape);
         QCOMPARE(m_speaker->stops, 1);
         QVERIFY(
-            Session::current()->window<frmToolTips>(Session::Window::Tip, false) == tip && tip->isVisible());
+            session().window<frmToolTips>(Session::Window::Tip, false) == tip && tip->isVisible());
         QTest::keyClick(tip, Qt::Key_Escape);
-        QTRY_VERIFY(!Session::current()->window<frmToolTips>(Session::Window::Tip, false));
+        QTRY_VERIFY(!session().window<frmToolTips>(Session::Window::Tip, false));
     }
 
     void theIndexReadsItsExplanation()
     {
-        frmIndex *index = Session::current()->window<frmIndex>(Session::Window::Index, true);
+        frmIndex *index = session().window<frmIndex>(Session::Window::Index, true);
         showInShell(index);
         index->DisplayHotword(u"Νάξος"_s, u"Το μεγαλύτερο νησί των Κυκλάδων."_s, QString());
         pressSoundKey();
@@ -166,7 +170,7 @@ private slots:
 
     void theNotepadReadsItsSelectionOrElseItsNote()
     {
-        frmNotes *notes = frmNotes::open(m_session, true);
+        frmNotes *notes = frmNotes::open(session(), true);
         showInShell(notes);
         notes->notes->setText(u"Πρώτη σημείωση. Δεύτερη σημείωση."_s);
         pressSoundKey();
@@ -180,7 +184,7 @@ private slots:
 
     void aPhotographsCaptionAndLegendAreRead()
     {
-        auto *viewer = new frmResPhoto(*Session::current());
+        auto *viewer = new frmResPhoto(session());
         viewer->setResourceID(121);
         viewer->Load();
         showInShell(viewer);
@@ -194,8 +198,10 @@ private slots:
 
     void withoutAnEngineTheKeyStaysAndSaysSoOnce()
     {
-        testing::RecordingSpeaker *mute = testing::installRecordingSpeaker(false);
-        auto *viewer = new frmTextResource(*Session::current());
+        m_session.reset();
+        m_session = std::make_unique<testing::SpeakingSession>(false);
+        testing::RecordingSpeaker *mute = m_session->speaker;
+        auto *viewer = new frmTextResource(session());
         viewer->setResourceID(101);
         viewer->Load();
         showInShell(viewer);

@@ -83,6 +83,7 @@ QImage drawnPicture()
 // draws, and the program runs on until it is killed.
 int editAndRunUntilKilled(const QString &mapFile)
 {
+    // The program played here has its session, as the real one has.
     testing::TestSession session;
     frmNotes *notes = frmNotes::open(session, true);
     notes->show();
@@ -143,10 +144,14 @@ class tst_LostWork : public QObject
 {
     Q_OBJECT
 
-    testing::TestSession m_session;
     QTemporaryDir m_state;
     testing::ShellContent m_content;
     QString m_mapFile;
+    // The running program, new for each test; a restart of its store is the next start.
+    std::unique_ptr<testing::TestSession> m_session;
+
+    Store &store() { return (*m_session)->recovery(); }
+    Session &session() { return *m_session->session; }
 
     QString recoveryFolder() const { return m_state.path() + QStringLiteral("/tremidia/recovery"); }
 
@@ -165,8 +170,7 @@ private slots:
     void init()
     {
         QDir(recoveryFolder()).removeRecursively();
-        Store::reset();
-        Store::setDelayMs(200);
+        m_session = std::make_unique<testing::TestSession>(Session::Services {{}, 200});
     }
 
     void cleanup()
@@ -176,86 +180,85 @@ private slots:
             Answers no(platform::vbNo);
             if (ShellWindow *shell = ShellWindow::existing())
                 shell->window()->close();
-            if (frmNotes *notes = frmNotes::open(m_session, false))
+            if (frmNotes *notes = frmNotes::open(session(), false))
                 notes->close();
             QApplication::processEvents();
         }
-        Store::reset();
-        Store::setDelayMs(0);
+        m_session.reset();
     }
 
     void noteIsKeptWhileUnsavedAndGoesWhenSavedOrLetGo()
     {
         QTemporaryDir files;
-        frmNotes *notes = frmNotes::open(m_session, true);
+        frmNotes *notes = frmNotes::open(session(), true);
         notes->show();
         type(notes->notes, QStringLiteral("Πρώτη"));
-        QTRY_COMPARE_WITH_TIMEOUT(Store::instance().ownEntries().size(), 1, 3000);
-        QCOMPARE(Store::instance().ownEntries()[0].kind, QStringLiteral("notes"));
+        QTRY_COMPARE_WITH_TIMEOUT(store().ownEntries().size(), 1, 3000);
+        QCOMPARE(store().ownEntries()[0].kind, QStringLiteral("notes"));
 
         // Saved: the copy goes.
-        m_session->notepad().CurrentFile = files.filePath(QStringLiteral("a.rtf"));
-        modEditor::FileSave(m_session);
-        QVERIFY(Store::instance().ownEntries().isEmpty());
+        session().notepad().CurrentFile = files.filePath(QStringLiteral("a.rtf"));
+        modEditor::FileSave(session());
+        QVERIFY(store().ownEntries().isEmpty());
 
         // "Νέο", and "Όχι" to saving first: let go.
         type(notes->notes, QStringLiteral(" δεύτερη"));
-        QTRY_COMPARE_WITH_TIMEOUT(Store::instance().ownEntries().size(), 1, 3000);
+        QTRY_COMPARE_WITH_TIMEOUT(store().ownEntries().size(), 1, 3000);
         {
             Answers no(platform::vbNo);
-            modEditor::FileNew(m_session);
+            modEditor::FileNew(session());
         }
         QTest::qWait(400);
-        QVERIFY(Store::instance().ownEntries().isEmpty());
+        QVERIFY(store().ownEntries().isEmpty());
 
         // Closed with "Όχι": let go.
         type(notes->notes, QStringLiteral("Τρίτη"));
-        QTRY_COMPARE_WITH_TIMEOUT(Store::instance().ownEntries().size(), 1, 3000);
+        QTRY_COMPARE_WITH_TIMEOUT(store().ownEntries().size(), 1, 3000);
         {
             Answers no(platform::vbNo);
             notes->close();
             QCOMPARE(no.texts.size(), 1);
         }
-        QVERIFY(Store::instance().ownEntries().isEmpty());
+        QVERIFY(store().ownEntries().isEmpty());
     }
 
     void drawingIsKeptWhileUnsavedAndGoesWhenSavedOrLetGo()
     {
         QTemporaryDir files;
-        auto *drawing = new frmDrawing(m_session);
+        auto *drawing = new frmDrawing(session());
         drawing->setAttribute(Qt::WA_DeleteOnClose);
         drawing->Load();
         drawing->show();
         drawing->picPhoto->setPicture(drawnPicture());
-        QTRY_COMPARE_WITH_TIMEOUT(Store::instance().ownEntries().size(), 1, 3000);
-        const recovery::Entry kept = Store::instance().ownEntries()[0];
+        QTRY_COMPARE_WITH_TIMEOUT(store().ownEntries().size(), 1, 3000);
+        const recovery::Entry kept = store().ownEntries()[0];
         QCOMPARE(kept.kind, QStringLiteral("drawing"));
         QVERIFY(kept.contentPath.endsWith(QStringLiteral(".png")));
         QCOMPARE(QImage(kept.contentPath).convertToFormat(QImage::Format_RGB32), drawnPicture());
 
         // Saved under a name: the copy goes.
-        m_session.host->onDialog = [&](const platform::DialogRequest &) {
+        m_session->host->onDialog = [&](const platform::DialogRequest &) {
             platform::DialogAnswer saved;
             saved.accepted = true;
             saved.fileName = files.filePath(QStringLiteral("d.bmp"));
             return saved;
         };
         drawing->tlbGeneral_ButtonClick(QStringLiteral("Save"));
-        m_session.host->onDialog = {};
+        m_session->host->onDialog = {};
         QVERIFY(QFile::exists(files.filePath(QStringLiteral("d.bmp"))));
-        QVERIFY(Store::instance().ownEntries().isEmpty());
+        QVERIFY(store().ownEntries().isEmpty());
 
         // Changed again, then "Όχι" to the closing's question: let go.
         QImage changed = drawnPicture();
         changed.fill(Qt::blue);
         drawing->picPhoto->setPicture(changed);
-        QTRY_COMPARE_WITH_TIMEOUT(Store::instance().ownEntries().size(), 1, 3000);
+        QTRY_COMPARE_WITH_TIMEOUT(store().ownEntries().size(), 1, 3000);
         {
             Answers no(platform::vbNo);
             drawing->close();
             QCOMPARE(no.texts.size(), 1);
         }
-        QVERIFY(Store::instance().ownEntries().isEmpty());
+        QVERIFY(store().ownEntries().isEmpty());
     }
 
     void killedProgramGivesItsWorkBackAtTheNextStart_data()
@@ -303,15 +306,15 @@ private slots:
         QCOMPARE(yes.styles[0], platform::vbYesNoCancel | platform::vbQuestion);
 
         // The work opens when the pupil goes into an activity.
-        QVERIFY(!frmNotes::open(m_session, false));
+        QVERIFY(!frmNotes::open(session(), false));
         ShellWindow *shell = ShellWindow::instance();
         shell->setSelectedActivity(101);
         shell->window()->show();
-        QTRY_VERIFY(frmNotes::open(m_session, false) && frmNotes::open(m_session, false)->isVisible());
-        frmNotes *notes = frmNotes::open(m_session, false);
+        QTRY_VERIFY(frmNotes::open(session(), false) && frmNotes::open(session(), false)->isVisible());
+        frmNotes *notes = frmNotes::open(session(), false);
         QCOMPARE(notes->notes->Text(), NoteText);
         QVERIFY(notes->NotesDirty);
-        QCOMPARE(m_session->notepad().CurrentFile, NoteFile);
+        QCOMPARE(session().notepad().CurrentFile, NoteFile);
         QTRY_VERIFY(drawingIn(shell->mdiArea(), QStringLiteral("Σχεδιαστήριο")));
         frmDrawing *drawing = drawingIn(shell->mdiArea(), QStringLiteral("Σχεδιαστήριο"));
         QCOMPARE(drawing->picPhoto->Picture().convertToFormat(QImage::Format_RGB32), drawnPicture());
@@ -326,8 +329,8 @@ private slots:
         QVERIFY(!map->PictureChangedSinceKept());
 
         // Still safe from the next crash: kept by this program now, nothing left lost.
-        QCOMPARE(Store::instance().ownEntries().size(), 3);
-        QVERIFY(Store::instance().lostWork().isEmpty());
+        QCOMPARE(store().ownEntries().size(), 3);
+        QVERIFY(store().lostWork().isEmpty());
 
         // Closed with "Όχι" to the questions: nothing is kept any more.
         {
@@ -336,7 +339,7 @@ private slots:
             QApplication::processEvents();
             QCOMPARE(no.texts.size(), 2);
         }
-        QVERIFY(Store::instance().ownEntries().isEmpty());
+        QVERIFY(store().ownEntries().isEmpty());
     }
 
     void lostWorkSaidNoToIsGoneAndNotAskedAgain()
@@ -385,7 +388,7 @@ private slots:
             // The box itself, answered from the keyboard or by its window's frame.
             platform::setMsgBoxHook({});
             platform::DesktopHost desktop;
-            const platform::HostScope desktopBoxes(desktop);
+            const platform::HostScope shown(desktop);
             QList<QMessageBox::StandardButton> buttons;
             QTimer answer;
             answer.setInterval(50);
@@ -408,7 +411,7 @@ private slots:
             QVERIFY(buttons.contains(QMessageBox::Cancel));
         }
         QVERIFY(QFileInfo::exists(ended + QStringLiteral("/notes-1.rtf")));
-        Store::reset();
+        store().restart();
         Answers again(platform::vbCancel);
         lostwork::offer();
         QCOMPARE(again.texts.size(), 1);
@@ -439,7 +442,7 @@ private slots:
         QVERIFY(QFileInfo::exists(Store::setAsideFolder() + QStringLiteral("/999-1/drawing-1.png")));
 
         // The next start asks about the note alone, and tells nothing more.
-        Store::reset();
+        store().restart();
         boxes.install();
         boxes.answers = {platform::vbCancel};
         lostwork::offer();
@@ -461,12 +464,12 @@ private slots:
         ShellWindow *shell = ShellWindow::instance();
         shell->setSelectedActivity(101);
         shell->window()->show();
-        QTRY_VERIFY(frmNotes::open(m_session, false) && frmNotes::open(m_session, false)->isVisible());
-        frmNotes *notes = frmNotes::open(m_session, false);
+        QTRY_VERIFY(frmNotes::open(session(), false) && frmNotes::open(session(), false)->isVisible());
+        frmNotes *notes = frmNotes::open(session(), false);
         QVERIFY2(
             notes->notes->Text().contains(QStringLiteral("Kleisthenis")), qPrintable(notes->notes->Text()));
         QVERIFY(notes->NotesDirty);
-        QCOMPARE(Store::instance().ownEntries().size(), 1);
+        QCOMPARE(store().ownEntries().size(), 1);
     }
 };
 

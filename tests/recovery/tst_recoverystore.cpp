@@ -33,7 +33,7 @@ namespace {
 // some work and then runs until it is killed.
 int holdWorkUntilKilled()
 {
-    Store &store = Store::instance();
+    Store store;
     if (!store.write(QStringLiteral("notes-1"), QStringLiteral("notes"), "{\\rtf1 held}",
             QStringLiteral("rtf"), {{QStringLiteral("fileName"), QStringLiteral("/home/pupil/held.rtf")}}))
         return 2;
@@ -89,6 +89,10 @@ class tst_RecoveryStore : public QObject
     Q_OBJECT
 
     QTemporaryDir m_state;
+    // This program's store, new for each test.
+    std::unique_ptr<Store> m_store;
+
+    Store &theStore() { return *m_store; }
 
     QString recoveryFolder() const { return m_state.path() + QStringLiteral("/tremidia/recovery"); }
 
@@ -100,13 +104,12 @@ private slots:
             QFile::remove(recoveryFolder());
         QDir(recoveryFolder()).removeRecursively();
         qputenv("XDG_STATE_HOME", QFile::encodeName(m_state.path()));
-        Store::reset();
-        Store::setDelayMs(100);
+        m_store = std::make_unique<Store>();
+        m_store->setDelayMs(100);
     }
     void cleanup()
     {
-        Store::reset();
-        Store::setDelayMs(0);
+        m_store.reset();
         qInstallMessageHandler(nullptr);
         QLoggingCategory::setFilterRules({});
     }
@@ -122,19 +125,19 @@ private slots:
 
     void delayIsThirtySecondsUnlessGiven()
     {
-        Store::setDelayMs(0);
-        QCOMPARE(Store::delayMs(), 30000);
+        theStore().setDelayMs(0);
+        QCOMPARE(theStore().delayMs(), 30000);
         qputenv("TREMIDIA_RECOVERY_DELAY_MS", "250");
-        QCOMPARE(Store::delayMs(), 250);
+        QCOMPARE(theStore().delayMs(), 250);
         // Never longer than the promise.
         qputenv("TREMIDIA_RECOVERY_DELAY_MS", "90000");
-        QCOMPARE(Store::delayMs(), 30000);
+        QCOMPARE(theStore().delayMs(), 30000);
         qunsetenv("TREMIDIA_RECOVERY_DELAY_MS");
     }
 
     void copyIsWholeWithItsDescriptionInAFolderOfThisProgram()
     {
-        Store &store = Store::instance();
+        Store &store = theStore();
         QVERIFY(store.write(QStringLiteral("notes-1"), QStringLiteral("notes"), "{\\rtf1 one}",
             QStringLiteral("rtf"), {{QStringLiteral("fileName"), QStringLiteral("/tmp/a.rtf")}}));
         const QString own = store.ownFolder();
@@ -168,23 +171,23 @@ private slots:
             nullptr);
         keeper.changed();
         QVERIFY(keeper.copyPending());
-        QVERIFY(Store::instance().ownEntries().isEmpty());
-        QTRY_COMPARE_WITH_TIMEOUT(Store::instance().ownEntries().size(), 1, 2000);
+        QVERIFY(theStore().ownEntries().isEmpty());
+        QTRY_COMPARE_WITH_TIMEOUT(theStore().ownEntries().size(), 1, 2000);
 
         text = "second";
         keeper.changed();
         QTRY_VERIFY_WITH_TIMEOUT(!keeper.copyPending(), 2000);
-        QFile content(Store::instance().ownEntries().at(0).contentPath);
+        QFile content(theStore().ownEntries().at(0).contentPath);
         QVERIFY(content.open(QIODevice::ReadOnly));
         QCOMPARE(content.readAll(), QByteArray("second"));
 
         keeper.saved();
-        QVERIFY(Store::instance().ownEntries().isEmpty());
+        QVERIFY(theStore().ownEntries().isEmpty());
         keeper.changed();
         keeper.discarded();
         QVERIFY(!keeper.copyPending());
         QTest::qWait(300);
-        QVERIFY(Store::instance().ownEntries().isEmpty());
+        QVERIFY(theStore().ownEntries().isEmpty());
     }
 
     void watchedWorkIsKeptWhenItsVersionMovesAndGoesWhenNothingIsUnsaved()
@@ -202,20 +205,20 @@ private slots:
         keeper.watch([&] { return version; });
         QTest::qWait(300);
         // Nothing moved since the watch began: nothing to keep.
-        QVERIFY(Store::instance().ownEntries().isEmpty());
+        QVERIFY(theStore().ownEntries().isEmpty());
         version = 2;
-        QTRY_COMPARE_WITH_TIMEOUT(Store::instance().ownEntries().size(), 1, 2000);
+        QTRY_COMPARE_WITH_TIMEOUT(theStore().ownEntries().size(), 1, 2000);
         unsaved = false;
         version = 3;
-        QTRY_VERIFY_WITH_TIMEOUT(Store::instance().ownEntries().isEmpty(), 2000);
+        QTRY_VERIFY_WITH_TIMEOUT(theStore().ownEntries().isEmpty(), 2000);
     }
 
     void programEndingWithNothingUnsavedLeavesNoFolder()
     {
-        Store::instance().write(QStringLiteral("x"), QStringLiteral("notes"), "x", QStringLiteral("rtf"), {});
-        const QString own = Store::instance().ownFolder();
-        Store::instance().remove(QStringLiteral("x"));
-        Store::reset();
+        theStore().write(QStringLiteral("x"), QStringLiteral("notes"), "x", QStringLiteral("rtf"), {});
+        const QString own = theStore().ownFolder();
+        theStore().remove(QStringLiteral("x"));
+        theStore().restart();
         QVERIFY(!QFileInfo::exists(own));
     }
 
@@ -224,7 +227,7 @@ private slots:
         QProcess other;
         QVERIFY(startOtherProgram(other));
 
-        Store &store = Store::instance();
+        Store &store = theStore();
         QVERIFY(store.usable());
         QVERIFY(store.lostWork().isEmpty());
         store.discardLostWork();
@@ -254,7 +257,7 @@ private slots:
         QVERIFY(startOtherProgram(other));
         ::kill(pid_t(other.processId()), SIGKILL);
         QVERIFY(other.waitForFinished(10000));
-        Store &store = Store::instance();
+        Store &store = theStore();
         QCOMPARE(store.lostWork().size(), 1);
         store.discardLostWork();
         QVERIFY(store.lostWork().isEmpty());
@@ -283,11 +286,11 @@ private slots:
         const QString link = recoveryFolder() + u'/' + linkName;
         QVERIFY(QFile::link(documents.path(), link));
 
-        Store &store = Store::instance();
+        Store &store = theStore();
         QVERIFY(store.lostWork().isEmpty());
         store.discardLostWork();
         QVERIFY(store.adoptLostWork().isEmpty());
-        Store::reset();
+        theStore().restart();
 
         QCOMPARE(treeOf(documents.path()), before);
         QVERIFY(!isThere(link));
@@ -307,7 +310,7 @@ private slots:
         QVERIFY(QDir().mkpath(QFileInfo(recoveryFolder()).path()));
         QVERIFY(QFile::link(documents.path(), recoveryFolder()));
 
-        Store &store = Store::instance();
+        Store &store = theStore();
         QVERIFY(store.usable());
         QVERIFY(store.lostWork().isEmpty());
         QVERIFY(store.write(
@@ -318,7 +321,7 @@ private slots:
         QVERIFY(!QFileInfo(recoveryFolder()).isSymLink());
         QVERIFY(QFileInfo(recoveryFolder()).isDir());
         QVERIFY(store.ownFolder().startsWith(recoveryFolder() + u'/'));
-        Store::reset();
+        theStore().restart();
         QCOMPARE(treeOf(documents.path()), before);
     }
 
@@ -344,14 +347,14 @@ private slots:
         QVERIFY(QFile::link(
             documents.filePath(QStringLiteral("lock")), ended + QStringLiteral("/instance.lock")));
 
-        Store &store = Store::instance();
+        Store &store = theStore();
         QVERIFY(store.lostWork().isEmpty());
         for (const QString &name : {QStringLiteral("notes-1.rtf"), QStringLiteral("drawing-1.json"),
                  QStringLiteral("photos"), QStringLiteral("instance.lock")})
             QVERIFY2(!QFileInfo(ended + u'/' + name).isSymLink(), qPrintable(name));
         store.discardLostWork();
         store.adoptLostWork();
-        Store::reset();
+        theStore().restart();
         QCOMPARE(treeOf(documents.path()), before);
     }
 
@@ -362,7 +365,7 @@ private slots:
         QTemporaryDir documents;
         const QString target = documents.filePath(QStringLiteral("ergasia.rtf"));
         QVERIFY(writeFile(target, GoodNote));
-        Store &store = Store::instance();
+        Store &store = theStore();
         QVERIFY(QFile::link(target, store.ownFolder() + QStringLiteral("/notes-1.rtf")));
         QVERIFY(QFile::link(target, store.ownFolder() + QStringLiteral("/notes-1.json")));
         QVERIFY(store.write(
@@ -405,7 +408,7 @@ private slots:
         else
             QVERIFY(writeFile(descriptionPath, damage));
 
-        Store &store = Store::instance();
+        Store &store = theStore();
         const QList<recovery::Entry> lost = store.lostWork();
         QCOMPARE(lost.size(), 1);
         QCOMPARE(lost[0].kind, QStringLiteral("notes"));
@@ -430,7 +433,7 @@ private slots:
         description.close();
 
         const long before = peakMemoryKb();
-        const QList<recovery::Entry> lost = Store::instance().lostWork();
+        const QList<recovery::Entry> lost = theStore().lostWork();
         const long grown = peakMemoryKb() - before;
         QVERIFY2(grown < 16 * 1024, qPrintable(QStringLiteral("grew by %1 KB").arg(grown)));
         QCOMPARE(lost.size(), 1);
@@ -445,19 +448,19 @@ private slots:
         QVERIFY(writeFile(ended + QStringLiteral("/notes-1.json"),
             testing::description(QStringLiteral("notes"), QStringLiteral("notes-1.rtf"))));
         QVERIFY(writeFile(ended + QStringLiteral("/simeioseis.txt"), "of the teacher"));
-        Store &store = Store::instance();
+        Store &store = theStore();
         QVERIFY(store.lostWork().isEmpty());
         QVERIFY(!isThere(ended));
         const QString aside = Store::setAsideFolder() + QStringLiteral("/999-1");
         QCOMPARE(readFile(aside + QStringLiteral("/simeioseis.txt")), QByteArray("of the teacher"));
         QVERIFY(QFileInfo::exists(aside + QStringLiteral("/notes-1.json")));
         // Not offered, not removed, at the next start either.
-        Store::reset();
-        QVERIFY(Store::instance().lostWork().isEmpty());
+        theStore().restart();
+        QVERIFY(theStore().lostWork().isEmpty());
         QCOMPARE(readFile(aside + QStringLiteral("/simeioseis.txt")), QByteArray("of the teacher"));
         // An empty one, as a program killed with nothing unsaved leaves, simply goes.
         QVERIFY(QDir().mkpath(recoveryFolder() + QStringLiteral("/999-2")));
-        QVERIFY(Store::instance().lostWork().isEmpty());
+        QVERIFY(theStore().lostWork().isEmpty());
         QVERIFY(!isThere(recoveryFolder() + QStringLiteral("/999-2")));
         QVERIFY(!isThere(Store::setAsideFolder() + QStringLiteral("/999-2")));
     }
@@ -467,7 +470,7 @@ private slots:
     {
         QVERIFY(plantNote(recoveryFolder() + QStringLiteral("/999-1"), QStringLiteral("notes-1"), GoodNote,
             testing::description(QStringLiteral("notes"), QStringLiteral("notes-1.rtf"))));
-        Store &store = Store::instance();
+        Store &store = theStore();
         QCOMPARE(store.lostWork().size(), 1);
         QVERIFY(plantNote(recoveryFolder() + QStringLiteral("/999-2"), QStringLiteral("notes-1"), GoodNote,
             testing::description(QStringLiteral("notes"), QStringLiteral("notes-1.rtf"))));
@@ -487,7 +490,7 @@ private slots:
         QVERIFY(writeFile(ended + QStringLiteral("/drawing-1.png"), "not a picture"));
         QVERIFY(writeFile(ended + QStringLiteral("/drawing-1.json"),
             testing::description(QStringLiteral("drawing"), QStringLiteral("drawing-1.png"))));
-        Store &store = Store::instance();
+        Store &store = theStore();
         const QList<recovery::Entry> lost = store.lostWork();
         QCOMPARE(lost.size(), 2);
         const recovery::Entry drawing = lost[0].kind == u"drawing" ? lost[0] : lost[1];
@@ -513,7 +516,7 @@ private slots:
         QLoggingCategory::setFilterRules(QStringLiteral("tremidia.recovery.info=true"));
         g_warnings.clear();
         qInstallMessageHandler(&recordMessage);
-        Store &store = Store::instance();
+        Store &store = theStore();
         QCOMPARE(store.lostWork().size(), 2);
         store.discardLostWork();
         QVERIFY(
@@ -539,7 +542,7 @@ private slots:
         QVERIFY(file.open(QIODevice::WriteOnly));
         file.close();
         qputenv("XDG_STATE_HOME", QFile::encodeName(blocker));
-        Store::reset();
+        theStore().restart();
         g_warnings.clear();
         const QtMessageHandler previous = qInstallMessageHandler(&recordWarning);
         WorkKeeper keeper(
@@ -550,11 +553,10 @@ private slots:
             nullptr);
         keeper.keepNow();
         keeper.keepNow();
-        QVERIFY(!Store::instance().usable());
-        QVERIFY(Store::instance().write(
-                    QStringLiteral("y"), QStringLiteral("notes"), "y", QStringLiteral("rtf"), {})
+        QVERIFY(!theStore().usable());
+        QVERIFY(theStore().write(QStringLiteral("y"), QStringLiteral("notes"), "y", QStringLiteral("rtf"), {})
             == false);
-        QVERIFY(Store::instance().lostWork().isEmpty());
+        QVERIFY(theStore().lostWork().isEmpty());
         keeper.saved();
         qInstallMessageHandler(previous);
         QCOMPARE(g_warnings.size(), 1);

@@ -3,6 +3,8 @@
 // Stands in for the desktop's speech engine: keeps what it is asked to say, and speaks
 // until it is stopped or told that the reading has ended.
 
+#include "../support/testsession.h"
+
 #include <readaloud.h>
 #include <speaker.h>
 
@@ -51,13 +53,24 @@ private:
     bool m_speaking = false;
 };
 
-// Puts a recording speaker in the reader and gives it back; the reader owns it.
-inline RecordingSpeaker *installRecordingSpeaker(bool engine = true)
+// A session whose reader speaks through a recording speaker, made at once; the reader
+// owns it.
+struct SpeakingSession
 {
-    auto *made = new RecordingSpeaker(engine);
-    speech::ReadAloud::setSpeakerFactory([made] { return std::unique_ptr<speech::Speaker>(made); });
-    speech::ReadAloud::instance().speaker();
-    return made;
-}
+    RecordingSpeaker *speaker = nullptr;
+    TestSession session;
+
+    explicit SpeakingSession(bool engine = true)
+        : session(Session::Services {[this, engine](platform::LateThreads &) {
+            auto made = std::make_unique<RecordingSpeaker>(engine);
+            speaker = made.get();
+            return std::unique_ptr<speech::Speaker>(std::move(made));
+        }})
+    {
+        reader().speaker();
+    }
+
+    speech::ReadAloud &reader() { return session->readAloud(); }
+};
 
 } // namespace testing

@@ -25,7 +25,10 @@ class tst_ReadAloud : public QObject
 {
     Q_OBJECT
 
+    std::unique_ptr<testing::SpeakingSession> m_session;
     testing::RecordingSpeaker *m_speaker = nullptr;
+
+    speech::ReadAloud &reader() { return m_session->reader(); }
     testing::MsgBoxRecorder m_boxes;
     QPointer<TextWindow> m_window;
 
@@ -38,23 +41,24 @@ class tst_ReadAloud : public QObject
 private slots:
     void init()
     {
-        m_speaker = testing::installRecordingSpeaker();
+        m_session = std::make_unique<testing::SpeakingSession>();
+        m_speaker = m_session->speaker;
         m_boxes.install();
     }
 
     void cleanup()
     {
         delete m_window;
-        speech::ReadAloud::setSpeakerFactory({});
+        m_session.reset();
         platform::setMsgBoxHook({});
     }
 
     void thePressReadsTheActiveWindowsWholeText()
     {
         showWindow(u"Ο Κλεισθένης μοίρασε τους Αθηναίους σε δέκα φυλές."_s);
-        speech::ReadAloud::instance().toggle();
+        reader().toggle();
         QCOMPARE(m_speaker->said, QStringList {u"Ο Κλεισθένης μοίρασε τους Αθηναίους σε δέκα φυλές."_s});
-        QVERIFY(speech::ReadAloud::instance().speaking());
+        QVERIFY(reader().speaking());
     }
 
     void aSelectionIsReadRatherThanTheWholeText()
@@ -64,26 +68,26 @@ private slots:
         cursor.setPosition(6);
         cursor.setPosition(10, QTextCursor::KeepAnchor);
         w->box->setTextCursor(cursor);
-        speech::ReadAloud::instance().toggle();
+        reader().toggle();
         QCOMPARE(m_speaker->said, QStringList {u"λέξη"_s});
     }
 
     void aSecondPressStops()
     {
         showWindow(u"κείμενο"_s);
-        speech::ReadAloud::instance().toggle();
-        speech::ReadAloud::instance().toggle();
+        reader().toggle();
+        reader().toggle();
         QCOMPARE(m_speaker->said.size(), 1);
         QCOMPARE(m_speaker->stops, 1);
-        QVERIFY(!speech::ReadAloud::instance().speaking());
+        QVERIFY(!reader().speaking());
     }
 
     void afterTheEndAPressReadsAgain()
     {
         showWindow(u"κείμενο"_s);
-        speech::ReadAloud::instance().toggle();
+        reader().toggle();
         m_speaker->finish();
-        speech::ReadAloud::instance().toggle();
+        reader().toggle();
         QCOMPARE(m_speaker->said.size(), 2);
         QCOMPARE(m_speaker->stops, 0);
     }
@@ -144,7 +148,7 @@ private slots:
         QVERIFY(QTest::qWaitForWindowActive(&shell));
         area->setActiveSubWindow(second);
         shell.setFocus();
-        speech::ReadAloud::instance().toggle();
+        reader().toggle();
         QCOMPARE(m_speaker->said, QStringList {u"δεύτερο"_s});
     }
 
@@ -158,9 +162,9 @@ private slots:
         delete tip;
         // Even with a text in the window that took the activation.
         TextWindow *w = showWindow(u"το κείμενο κάτω από το σχόλιο"_s);
-        QCOMPARE(speech::ReadAloud::instance().activeText(), u"Ηφαιστειακό γυαλί"_s);
+        QCOMPARE(reader().activeText(), u"Ηφαιστειακό γυαλί"_s);
         // A key pressed in a window reads that window.
-        QCOMPARE(speech::ReadAloud::instance().activeText(w->box), u"το κείμενο κάτω από το σχόλιο"_s);
+        QCOMPARE(reader().activeText(w->box), u"το κείμενο κάτω από το σχόλιο"_s);
     }
 
     void aWindowThatLostTheActivationLongAgoIsNotRead()
@@ -172,27 +176,29 @@ private slots:
         delete tip;
         QTest::qWait(1600);
         showWindow(u"κείμενο"_s);
-        QCOMPARE(speech::ReadAloud::instance().activeText(), u"κείμενο"_s);
+        QCOMPARE(reader().activeText(), u"κείμενο"_s);
     }
 
     void withoutAnEngineThePressSaysSoOnce()
     {
-        testing::RecordingSpeaker *mute = testing::installRecordingSpeaker(false);
+        m_session.reset();
+        m_session = std::make_unique<testing::SpeakingSession>(false);
+        testing::RecordingSpeaker *mute = m_session->speaker;
         showWindow(u"κείμενο"_s);
-        speech::ReadAloud::instance().toggle();
-        speech::ReadAloud::instance().toggle();
+        reader().toggle();
+        reader().toggle();
         QCOMPARE(mute->said, QStringList());
         QCOMPARE(m_boxes.size(), 1);
         QCOMPARE(m_boxes.first().text, speech::ReadAloud::noEngineMessage());
         QCOMPARE(m_boxes.first().style, int(platform::vbInformation));
         QCOMPARE(m_boxes.first().title, u"Τρεμίδια"_s);
-        QVERIFY(!speech::ReadAloud::instance().speaking());
+        QVERIFY(!reader().speaking());
     }
 
     void aWindowWithNothingToReadLeavesTheSpeakerQuiet()
     {
         showWindow(u"   "_s);
-        speech::ReadAloud::instance().toggle();
+        reader().toggle();
         QCOMPARE(m_speaker->said, QStringList());
         QVERIFY(m_boxes.isEmpty());
     }

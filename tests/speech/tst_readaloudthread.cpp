@@ -1,4 +1,5 @@
 #include "../support/msgboxrecorder.h"
+#include "../support/testsession.h"
 #include "textwindow.h"
 
 #include <readable.h>
@@ -84,8 +85,8 @@ private:
     EngineLog &m_log;
 };
 
-// A speech service that stopped answering: starting never returns. The gate is never
-// opened, and is never destroyed either, since the stuck thread outlives the test.
+// A speech service that stopped answering: starting does not return until the test opens
+// the gate, long after the speaker has gone.
 class HangingEngine final : public speech::SpeechEngine
 {
 public:
@@ -120,7 +121,10 @@ class tst_ReadAloudThread : public QObject
     testing::MsgBoxRecorder m_boxes;
     // Outlives the speaker, which cleanup() lets go of: the engine writes to it to the end.
     std::unique_ptr<EngineLog> m_log;
+    std::unique_ptr<testing::TestSession> m_session;
     QPointer<TextWindow> m_window;
+
+    speech::ReadAloud &reader() { return m_session->session->readAloud(); }
 
     TextWindow *showWindow(const QString &text)
     {
@@ -128,11 +132,13 @@ class tst_ReadAloudThread : public QObject
         return m_window;
     }
 
-    static void useEngine(speech::ThreadedSpeaker::EngineFactory factory, int startLimitMs)
+    void useEngine(speech::ThreadedSpeaker::EngineFactory factory, int startLimitMs)
     {
-        speech::ReadAloud::setSpeakerFactory([factory, startLimitMs] {
-            return std::make_unique<speech::ThreadedSpeaker>(factory, startLimitMs);
-        });
+        m_session.reset();
+        m_session = std::make_unique<testing::TestSession>(
+            Session::Services {[factory, startLimitMs](platform::LateThreads &late) {
+                return std::make_unique<speech::ThreadedSpeaker>(factory, late, startLimitMs);
+            }});
     }
 
 private slots:
@@ -145,7 +151,7 @@ private slots:
     void cleanup()
     {
         delete m_window;
-        speech::ReadAloud::setSpeakerFactory({});
+        m_session.reset();
         platform::setMsgBoxHook({});
     }
 
@@ -156,7 +162,7 @@ private slots:
         TextWindow *w = showWindow(u"Ο Περικλής μίλησε στην Πνύκα."_s);
 
         QTest::keyClick(w->box, Qt::Key_F9);
-        QVERIFY(speech::ReadAloud::instance().speaking());
+        QVERIFY(reader().speaking());
         QTRY_COMPARE(log.saidSoFar(), QStringList {u"Ο Περικλής μίλησε στην Πνύκα."_s});
         {
             QMutexLocker lock(&log.mutex);
@@ -165,11 +171,11 @@ private slots:
         }
 
         QTest::keyClick(w->box, Qt::Key_Escape);
-        QVERIFY(!speech::ReadAloud::instance().speaking());
+        QVERIFY(!reader().speaking());
         QTRY_COMPARE(log.stopsSoFar(), 1);
         // The engine's own word that it has stopped changes nothing.
         QTest::qWait(50);
-        QVERIFY(!speech::ReadAloud::instance().speaking());
+        QVERIFY(!reader().speaking());
 
         // And reads again at the next press.
         QTest::keyClick(w->box, Qt::Key_F9);
@@ -181,8 +187,8 @@ private slots:
     void anEngineThatNeverAnswersFreezesNothing()
     {
         EngineLog &log = *m_log;
-        auto *gate = new QSemaphore; // never freed: the stuck thread waits on it to the end
-        useEngine([&log, gate] { return std::make_unique<HangingEngine>(log, gate); }, 300);
+        QSemaphore gate;
+        useEngine([&log, &gate] { return std::make_unique<HangingEngine>(log, &gate); }, 300);
         TextWindow *w = showWindow(u"κείμενο"_s);
 
         int ticks = 0;
@@ -196,7 +202,7 @@ private slots:
         QTRY_COMPARE(m_boxes.size(), 1);
         QCOMPARE(m_boxes.first().text, speech::ReadAloud::noEngineMessage());
         QVERIFY2(ticks >= 10, qPrintable(u"the clock ticked %1 times"_s.arg(ticks)));
-        QVERIFY(!speech::ReadAloud::instance().speaking());
+        QVERIFY(!reader().speaking());
 
         // Later presses neither ask again nor tell again.
         QTest::keyClick(w->box, Qt::Key_F9);
@@ -204,16 +210,19 @@ private slots:
         QTest::qWait(400);
         QCOMPARE(m_boxes.size(), 1);
         QCOMPARE(log.made.load(), 1);
-        QVERIFY(!speech::ReadAloud::instance().speaking());
+        QVERIFY(!reader().speaking());
 
-        // Letting the speaker go does not wait for the stuck engine: the thread is left
-        // behind, and the test program still has to come to its end.
+        // Letting the speaker go does not wait for the stuck engine: the thread goes to
+        // the late threads, and is joined once the service lets it go.
         QElapsedTimer leaving;
         leaving.start();
-        speech::ReadAloud::setSpeakerFactory({});
+        m_session->session.reset();
         QVERIFY2(leaving.elapsed() < 5000, "leaving waited for the stuck engine");
         const int before = ticks;
         QTRY_VERIFY(ticks > before);
+        QCOMPARE(m_session->late.count(), 1);
+        gate.release();
+        QVERIFY(m_session->late.waitForAll(std::chrono::milliseconds(5000)));
     }
 
     void aMissingServiceIsToldOnce()
@@ -225,7 +234,7 @@ private slots:
         QTest::keyClick(w->box, Qt::Key_F9);
         QTest::qWait(50);
         QCOMPARE(m_boxes.size(), 1);
-        QVERIFY(!speech::ReadAloud::instance().speaking());
+        QVERIFY(!reader().speaking());
     }
 };
 

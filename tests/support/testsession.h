@@ -5,6 +5,7 @@
 
 #include "recordinghost.h"
 
+#include <latethreads.h>
 #include <session.h>
 
 #include <memory>
@@ -13,11 +14,13 @@ namespace testing {
 
 struct TestSession
 {
+    // Outlives the session: the threads it could not stop in time are joined here.
+    platform::LateThreads late;
     RecordingHost *const host;
     std::unique_ptr<Session> session;
 
-    TestSession()
-        : TestSession(std::make_unique<RecordingHost>())
+    explicit TestSession(Session::Services services = {})
+        : TestSession(std::make_unique<RecordingHost>(), std::move(services))
     {
     }
 
@@ -25,9 +28,9 @@ struct TestSession
     Session *operator->() { return session.get(); }
 
 private:
-    explicit TestSession(std::unique_ptr<RecordingHost> recording)
+    TestSession(std::unique_ptr<RecordingHost> recording, Session::Services services)
         : host(recording.get())
-        , session(std::make_unique<Session>(std::move(recording)))
+        , session(std::make_unique<Session>(std::move(recording), late, std::move(services)))
     {
     }
 };

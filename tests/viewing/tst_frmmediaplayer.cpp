@@ -6,7 +6,7 @@
 
 #include "../support/testsession.h"
 
-#include <engine.h>
+#include <engines.h>
 #include <frmmediaplayer.h>
 #include <player.h>
 #include <videopicture.h>
@@ -285,7 +285,7 @@ private slots:
             const int writer = ::open(QFile::encodeName(pipe).constData(), O_WRONLY | O_NONBLOCK);
             if (writer >= 0)
                 ::close(writer);
-            ended = media::engine::waitForDropped(200);
+            ended = (*m_s)->mediaEngines().waitForDropped(std::chrono::milliseconds(200));
         }
         QVERIFY(ended);
     }

@@ -4,7 +4,7 @@
 
 #include "../support/testsession.h"
 
-#include <engine.h>
+#include <engines.h>
 #include <frmmediaplayer.h>
 #include <player.h>
 
@@ -85,7 +85,7 @@ private slots:
         QVERIFY2(s.host->boxes.isEmpty(), qPrintable(s.host->boxes.value(0).text));
         qInfo("200 windows in %lld ms, the longest close %lld ms", qint64(whole.elapsed()), longestClose);
         // Every pipeline the windows left behind stops on its own thread, none hangs.
-        QVERIFY(media::engine::waitForDropped(120000));
+        QVERIFY(s->mediaEngines().waitForDropped(std::chrono::milliseconds(120000)));
     }
 };
 

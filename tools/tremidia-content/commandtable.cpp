@@ -6,18 +6,24 @@ namespace commands {
 
 namespace {
 
+// A command that plays nothing.
+template<int (*Run)(const QStringList &)> int plain(const QStringList &args, media::Engines &)
+{
+    return Run(args);
+}
+
 // The usage text's column of what each command does.
 constexpr qsizetype HelpColumn = 30;
 
 constexpr std::array<Command, 13> Commands {{
-    {u"import", u"SOURCE DEST.sqlite", u"convert a Jet or SQLite content file to SQLite", import},
-    {u"tables", u"FILE", u"user tables and their row counts", tables},
-    {u"query", u"FILE SQL", u"run SQL, print the rows as TSV", query},
-    {u"rtf-text", u"FILE.rtf", u"plain text of an RTF file", rtfText},
-    {u"rtf-runs", u"FILE.rtf", u"formatting runs of an RTF file, as JSON lines", rtfRuns},
+    {u"import", u"SOURCE DEST.sqlite", u"convert a Jet or SQLite content file to SQLite", plain<import>},
+    {u"tables", u"FILE", u"user tables and their row counts", plain<tables>},
+    {u"query", u"FILE SQL", u"run SQL, print the rows as TSV", plain<query>},
+    {u"rtf-text", u"FILE.rtf", u"plain text of an RTF file", plain<rtfText>},
+    {u"rtf-runs", u"FILE.rtf", u"formatting runs of an RTF file, as JSON lines", plain<rtfRuns>},
     {u"rtf-rewrite", u"IN.rtf OUT.rtf", u"open a file as the notepad does, save it as the notepad does",
-        rtfRewrite},
-    {u"hotwords", u"FILE RESOURCEID", u"the hot words of a text source, located", hotwords},
+        plain<rtfRewrite>},
+    {u"hotwords", u"FILE RESOURCEID", u"the hot words of a text source, located", plain<hotwords>},
     {u"check", u"FILE",
         u"audit the content files (that each picture shows\n"
         u"and each sound or video plays) and hot words",
@@ -25,16 +31,16 @@ constexpr std::array<Command, 13> Commands {{
     {u"search", u"FILE [--type N] [--author TEXT] [--museum TEXT] [--keyword N] [--time N] [--place N]",
         u"the search window's list for those criteria:\n"
         u"icon, tab, text, tab, tag",
-        search},
+        plain<search>},
     {u"index", u"FILE [TYPE]",
         u"the index's list for a type (0 or none: all):\n"
         u"EuretirioID, tab, Oros",
-        index},
+        plain<index>},
     {u"fulltext", u"FILE QUERY...",
         u"the sources whose words match the query, best first:\n"
         u"ResourceID, tab, ResTypeID, tab, title",
-        fulltext},
-    {u"picture", u"IN OUT.png", u"draw a picture as the viewers do, into a PNG", picture},
+        plain<fulltext>},
+    {u"picture", u"IN OUT.png", u"draw a picture as the viewers do, into a PNG", plain<picture>},
     {u"media", u"FILE",
         u"whether the player plays a sound or video:\n"
         u"duration in ms, tab, video or audio",

@@ -154,9 +154,10 @@ namespace {
 class Audit
 {
 public:
-    Audit(content::Database &db, QString dataFolder)
+    Audit(content::Database &db, QString dataFolder, media::Engines &engines)
         : m_db(db)
         , m_dataFolder(std::move(dataFolder))
+        , m_engines(engines)
         , m_out(stdout)
     {
         m_out.setEncoding(QStringConverter::Utf8);
@@ -264,7 +265,9 @@ private:
             problem(QStringLiteral("%1: %2 %3 missing").arg(subject, what, jsonString(name)));
             return false;
         }
-        const QString why = use == Shows ? showProblem(path) : use == Plays ? playProblem(path) : QString();
+        const QString why = use == Shows ? showProblem(path)
+            : use == Plays               ? playProblem(m_engines, path)
+                                         : QString();
         if (why.isEmpty())
             return true;
         problem(
@@ -300,13 +303,14 @@ private:
 
     content::Database &m_db;
     QString m_dataFolder;
+    media::Engines &m_engines;
     QTextStream m_out;
     int m_problems = 0;
 };
 
 } // namespace
 
-int check(const QStringList &args)
+int check(const QStringList &args, media::Engines &engines)
 {
     if (args.size() != 1)
         return fail(QStringLiteral("usage: check FILE"));
@@ -316,7 +320,7 @@ int check(const QStringList &args)
     } catch (const platform::RuntimeError &e) {
         return fail(errorText(e));
     }
-    Audit audit(*db, dataFolderOf(args.at(0)));
+    Audit audit(*db, dataFolderOf(args.at(0)), engines);
     try {
         audit.resources();
         audit.comments();

@@ -1,5 +1,8 @@
 #include "commands.h"
 
+#include <engines.h>
+#include <latethreads.h>
+
 #include <QDir>
 #include <QGuiApplication>
 #include <QTextStream>
@@ -16,6 +19,9 @@ int usage()
     QTextStream(stderr) << commands::usage();
     return 1;
 }
+
+// How long the end waits for a player's engine that is still stopping.
+constexpr int ExitWaitMs = 1000;
 
 } // namespace
 
@@ -40,7 +46,16 @@ int main(int argc, char *argv[])
     if (args.isEmpty())
         return usage();
     const QString name = args.takeFirst();
-    if (const commands::Command *command = commands::find(name))
-        return command->run(args);
-    return usage();
+    const commands::Command *command = commands::find(name);
+    if (!command)
+        return usage();
+    // The players' engines: a pipeline stuck inside GStreamer (a file that never answers)
+    // is waited for a moment at the end, and the tool then ends without it.
+    platform::LateThreads late;
+    int code = 0;
+    {
+        media::Engines engines(late);
+        code = command->run(args, engines);
+    }
+    return late.finish(code, std::chrono::milliseconds(ExitWaitMs));
 }

@@ -29,10 +29,10 @@ QString showProblem(const QString &path)
     }
 }
 
-QString playProblem(const QString &path)
+QString playProblem(media::Engines &engines, const QString &path)
 {
     try {
-        media::probe(path);
+        media::probe(engines, path);
         return {};
     } catch (const platform::RuntimeError &e) {
         return describe(e);
@@ -55,12 +55,12 @@ int picture(const QStringList &args)
     return 0;
 }
 
-int media(const QStringList &args)
+int media(const QStringList &args, media::Engines &engines)
 {
     if (args.size() != 1)
         return fail(QStringLiteral("usage: media FILE"));
     try {
-        const media::MediaInfo info = media::probe(args.at(0));
+        const media::MediaInfo info = media::probe(engines, args.at(0));
         QTextStream(stdout) << info.durationMs << '\t' << (info.video ? "video" : "audio") << '\n';
     } catch (const platform::RuntimeError &e) {
         return fail(describe(e));

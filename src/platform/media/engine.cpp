@@ -12,11 +12,7 @@
 #include <gst/gst.h>
 #include <gst/video/video.h>
 
-#include <algorithm>
 #include <chrono>
-#include <functional>
-#include <list>
-#include <thread>
 
 namespace media::engine {
 
@@ -39,90 +35,6 @@ constexpr char VideoSink[] = "videoconvert ! videoscale ! video/x-raw,format=BGR
 qint64 toMs(gint64 nanoseconds)
 {
     return nanoseconds < 0 ? 0 : qint64(nanoseconds / GST_MSECOND);
-}
-
-// Every engine's thread, owned here until it has ended. One ends once its player has
-// dropped it and its pipeline has stopped, and is joined at the next start or at the end
-// of the process. The end of the process gives the ones still stopping ExitWaitMs in all;
-// one stuck inside GStreamer (a file that never answers) is then let go, and the process
-// ends without it. Each thread keeps the record alive too, so one that ends after that
-// still finds it.
-class Threads
-{
-public:
-    void start(std::function<void()> body)
-    {
-        reapEnded();
-        std::lock_guard lock(m_record->mutex);
-        Entry &entry = m_record->entries.emplace_back();
-        entry.thread = std::thread([record = m_record, &entry, body = std::move(body)] {
-            body();
-            std::lock_guard lock(record->mutex);
-            entry.ended = true;
-            record->changed.notify_all();
-        });
-    }
-
-    bool waitForNone(std::chrono::milliseconds limit)
-    {
-        bool none = false;
-        {
-            std::unique_lock lock(m_record->mutex);
-            none = m_record->changed.wait_for(lock, limit, [this] {
-                return std::all_of(m_record->entries.begin(), m_record->entries.end(),
-                    [](const Entry &entry) { return entry.ended; });
-            });
-        }
-        reapEnded();
-        return none;
-    }
-
-    ~Threads()
-    {
-        if (waitForNone(std::chrono::milliseconds(ExitWaitMs)))
-            return;
-        std::lock_guard lock(m_record->mutex);
-        for (Entry &entry : m_record->entries)
-            entry.thread.detach();
-    }
-
-private:
-    struct Entry
-    {
-        std::thread thread;
-        bool ended = false;
-    };
-    struct Record
-    {
-        std::mutex mutex;
-        std::condition_variable changed;
-        std::list<Entry> entries;
-    };
-
-    void reapEnded()
-    {
-        std::list<Entry> ended;
-        {
-            std::lock_guard lock(m_record->mutex);
-            auto &entries = m_record->entries;
-            for (auto it = entries.begin(); it != entries.end();) {
-                auto next = std::next(it);
-                if (it->ended)
-                    ended.splice(ended.end(), entries, it);
-                it = next;
-            }
-        }
-        for (Entry &entry : ended)
-            entry.thread.join();
-    }
-
-    std::shared_ptr<Record> m_record = std::make_shared<Record>();
-};
-
-Threads &threads()
-{
-    static Threads owner;
-    return owner;
 }
 
 class Engine
@@ -423,11 +335,9 @@ private:
 
 } // namespace
 
-std::shared_ptr<Mailbox> start(const QString &file, bool silent)
+void run(const std::shared_ptr<Mailbox> &mailbox, const QString &file, bool silent)
 {
-    auto mailbox = std::make_shared<Mailbox>();
-    threads().start([mailbox, file, silent] { Engine(mailbox, file, silent).run(); });
-    return mailbox;
+    Engine(mailbox, file, silent).run();
 }
 
 void drop(std::shared_ptr<Mailbox> &mailbox)
@@ -440,11 +350,6 @@ void drop(std::shared_ptr<Mailbox> &mailbox)
     }
     mailbox->wake.notify_all();
     mailbox.reset();
-}
-
-bool waitForDropped(int ms)
-{
-    return threads().waitForNone(std::chrono::milliseconds(ms));
 }
 
 } // namespace media::engine

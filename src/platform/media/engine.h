@@ -15,7 +15,7 @@
 // up its news, under a lock that guards plain data and is never held while GStreamer
 // runs; so whatever GStreamer's threads do, and however long a pipeline takes to stop,
 // the interface thread is never held up. A player that is done with a pipeline drops it:
-// the engine stops it on its own thread and ends.
+// the engine stops it on its own thread and ends. The threads belong to `Engines`.
 namespace media::engine {
 
 struct Order
@@ -43,17 +43,11 @@ struct Mailbox
     bool newFrame = false;
 };
 
-// Starts the engine for `file` on a thread of its own; it runs until the mailbox is dropped.
-std::shared_ptr<Mailbox> start(const QString &file, bool silent);
+// Runs the engine for `file` on the calling thread (one of Engines' threads) until the
+// mailbox is dropped, then stops its pipeline.
+void run(const std::shared_ptr<Mailbox> &mailbox, const QString &file, bool silent);
 
 // Orders the engine to stop and forgets it.
 void drop(std::shared_ptr<Mailbox> &mailbox);
-
-// Waits (up to `ms`) for the dropped engines to finish stopping; true when none is left.
-bool waitForDropped(int ms);
-
-// The most the end of the process waits for the engines still stopping, all together;
-// an engine stuck inside GStreamer longer is left behind, and the process ends without it.
-inline constexpr int ExitWaitMs = 1000;
 
 } // namespace media::engine

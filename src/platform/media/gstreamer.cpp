@@ -2,26 +2,38 @@
 
 #include <gst/gst.h>
 
-#include <mutex>
-
 namespace media {
 
-bool startGStreamer(QString *why)
+namespace {
+
+// GStreamer starts once for the process, whatever the number of sessions: its own state
+// is process-wide, and what happened at the first start holds for every later one.
+struct Start
 {
-    static std::once_flag once;
-    static bool started = false;
-    static QString reason;
-    std::call_once(once, [] {
+    bool started = false;
+    QString reason;
+
+    Start()
+    {
         GError *error = nullptr;
         started = gst_init_check(nullptr, nullptr, &error);
         if (!started)
             reason = errorText(error, QStringLiteral("GStreamer did not start"));
         if (error)
             g_error_free(error);
-    });
-    if (!started && why)
-        *why = reason;
-    return started;
+    }
+};
+
+} // namespace
+
+bool startGStreamer(QString *why)
+{
+    // Made at the first call, on whichever engine's thread comes first (the language makes
+    // that thread-safe), and never changed after.
+    static const Start once;
+    if (!once.started && why)
+        *why = once.reason;
+    return once.started;
 }
 
 GstElement *makeAudioSink(bool silent)

@@ -1,6 +1,7 @@
 #include "player.h"
 
 #include "engine.h"
+#include "engines.h"
 
 #include <logging.h>
 
@@ -15,15 +16,16 @@ constexpr int PollInterval = 15;
 
 } // namespace
 
-Player::Player(QObject *parent)
+Player::Player(Engines &engines, QObject *parent)
     : QObject(parent)
+    , m_engines(engines)
     , m_poll(new QTimer(this))
     , m_loadLimit(new QTimer(this))
 {
     m_poll->setInterval(PollInterval);
     connect(m_poll, &QTimer::timeout, this, [this] { poll(); });
     // The engine may be stuck inside GStreamer, opening a file that never answers: it is
-    // dropped and left to come back by itself, or to the end of the process.
+    // dropped and left to come back by itself, or to its owner's end (engines.h).
     m_loadLimit->setSingleShot(true);
     m_loadLimit->setInterval(loadLimitMs());
     connect(m_loadLimit, &QTimer::timeout, this, [this] {
@@ -65,7 +67,7 @@ void Player::setSource(const QString &file)
         return;
     }
     setStatus(LoadingMedia);
-    m_engine = engine::start(file, m_silent);
+    m_engine = m_engines.start(file, m_silent);
     m_poll->start();
     m_loadLimit->start();
 }

@@ -12,6 +12,7 @@ class QTimer;
 
 namespace media {
 
+class Engines;
 namespace engine {
 struct Mailbox;
 }
@@ -19,7 +20,8 @@ struct Mailbox;
 // One piece of sound or video, played through GStreamer's playbin. The pipeline lives on
 // an engine thread of its own (engine.h): the player leaves it orders and picks up its
 // news on a timer, and never calls GStreamer itself, so nothing GStreamer does can hold
-// up the thread the player lives on. Sound goes to the system's sink (or
+// up the thread the player lives on; the engines' threads belong to `engines`, which
+// outlives the player. Sound goes to the system's sink (or
 // TREMIDIA_AUDIO_SINK); video frames come as QImages for the owner to draw. A file that
 // has not opened within the load limit (a pipe nobody writes to, a file that never gives
 // its first frames) is given up as damaged.
@@ -38,7 +40,7 @@ public:
     // builds trace every allocation, and a sound font then takes longer than that to load.
     static int loadLimitMs();
 
-    explicit Player(QObject *parent = nullptr);
+    explicit Player(Engines &engines, QObject *parent = nullptr);
     ~Player() override;
     Q_DISABLE_COPY_MOVE(Player)
 
@@ -87,6 +89,7 @@ private:
     void setState(PlaybackState state);
     void setStatus(MediaStatus status);
 
+    Engines &m_engines;
     QTimer *const m_poll;
     QTimer *const m_loadLimit;
     std::shared_ptr<engine::Mailbox> m_engine;

@@ -15,7 +15,7 @@ QString unplayableText(const QString &file, const QString &why)
     return QStringLiteral("Δεν μπορώ να παίξω το αρχείο «%1»: %2").arg(QFileInfo(file).fileName(), why);
 }
 
-MediaInfo probe(const QString &file, int playMs)
+MediaInfo probe(Engines &engines, const QString &file, int playMs)
 {
     // Anything else that is there goes to the player, which tells a folder or a pipe
     // apart from a sound as it does in the window.
@@ -23,7 +23,7 @@ MediaInfo probe(const QString &file, int playMs)
         throw platform::RuntimeError(platform::errors::FileNotFound,
             QStringLiteral("Το αρχείο δεν βρέθηκε: «%1»").arg(QFileInfo(file).fileName()));
 
-    Player player;
+    Player player(engines);
     player.setSilent(true);
     QEventLoop loop;
     QTimer deadline;

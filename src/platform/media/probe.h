@@ -6,6 +6,8 @@
 // plays here plays in the window, and what fails here fails there.
 namespace media {
 
+class Engines;
+
 struct MediaInfo
 {
     qint64 durationMs = 0; // 0 when the file does not tell
@@ -16,8 +18,9 @@ struct MediaInfo
 // (53 when the file is not there, UnplayableMedia when it cannot be played, naming it and
 // giving the reason in the player's words). A file that does not open within the player's
 // own limit is given up as the player gives it up; `playMs` bounds the silent playing that
-// some files need before they tell their length.
-MediaInfo probe(const QString &file, int playMs = 30000);
+// some files need before they tell their length. The player's engine runs on a thread of
+// `engines`.
+MediaInfo probe(Engines &engines, const QString &file, int playMs = 30000);
 
 // The error raised for a sound or video that cannot be played.
 inline constexpr int UnplayableMedia = 5;

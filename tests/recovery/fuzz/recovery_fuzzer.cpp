@@ -13,6 +13,8 @@
 // description, then records of one byte of operation, a name and their data.
 #include <recoverystore.h>
 
+#include <memory>
+
 #include <QCoreApplication>
 #include <QDir>
 #include <QFile>
@@ -309,8 +311,9 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
     }
 
     qputenv("XDG_STATE_HOME", QFile::encodeName(state));
-    Store::reset();
-    Store &store = Store::instance();
+    // A program started now, with its own store; it ends before the checks below.
+    auto running = std::make_unique<Store>();
+    Store &store = *running;
     const QList<Entry> lost = store.lostWork();
     for (const Entry &entry : lost) {
         if (!isPlainFileInside(entry.contentPath, recovery))
@@ -362,7 +365,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
             fail("the witness note is not offered again");
         break;
     }
-    Store::reset();
+    running.reset();
 
     if (treeOf(g_documents) != g_documentsBefore)
         fail("the pupil's documents changed:", treeOf(g_documents).join(u'\n'));

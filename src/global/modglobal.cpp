@@ -5,11 +5,25 @@
 #include <database.h>
 #include <twips.h>
 
-#include <QApplication>
 #include <QMdiArea>
 #include <QMdiSubWindow>
 
 namespace modGlobal {
+
+void DatabaseOwner::operator()(content::Database *database) const
+{
+    if (owns)
+        delete database;
+}
+
+void lendContent(content::Database *database, const QString &path, const QString &dataFolder)
+{
+    DatabaseOwner lent;
+    lent.owns = false;
+    gDatabase = std::unique_ptr<content::Database, DatabaseOwner>(database, lent);
+    gDatabasePath = path;
+    gDataFolder = dataFolder;
+}
 
 void CenterAndShow(QWidget *form)
 {
@@ -46,34 +60,6 @@ void CenterAndShow(QWidget *form)
     form->show();
     sub->raise();
     area->setActiveSubWindow(sub);
-}
-
-namespace {
-
-std::function<void()> &endHook()
-{
-    static std::function<void()> hook;
-    return hook;
-}
-
-} // namespace
-
-void setEndHook(std::function<void()> hook)
-{
-    endHook() = std::move(hook);
-}
-
-void End()
-{
-    if (endHook()) {
-        endHook()();
-        return;
-    }
-    // Leave the event loop without closing windows one by one, so no window's close
-    // handling runs on the way out.
-    for (QWidget *w : QApplication::topLevelWidgets())
-        w->hide();
-    QCoreApplication::exit(0);
 }
 
 } // namespace modGlobal

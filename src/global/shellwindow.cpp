@@ -2,12 +2,13 @@
 
 namespace {
 
+// session: bridge, both of them.
 ShellWindow *g_current = nullptr;
 
-std::function<ShellWindow *()> &factory()
+std::function<ShellWindow *(bool)> &sessionShell()
 {
-    static std::function<ShellWindow *()> instance;
-    return instance;
+    static std::function<ShellWindow *(bool)> shell;
+    return shell;
 }
 
 } // namespace
@@ -16,19 +17,16 @@ ShellWindow::~ShellWindow() = default;
 
 ShellWindow *ShellWindow::instance()
 {
-    if (!g_current && factory())
-        g_current = factory()();
-    return g_current;
+    if (g_current)
+        return g_current;
+    return sessionShell() ? sessionShell()(true) : nullptr;
 }
 
 ShellWindow *ShellWindow::existing()
 {
-    return g_current;
-}
-
-void ShellWindow::setFactory(std::function<ShellWindow *()> f)
-{
-    factory() = std::move(f);
+    if (g_current)
+        return g_current;
+    return sessionShell() ? sessionShell()(false) : nullptr;
 }
 
 void ShellWindow::setCurrent(ShellWindow *shell)
@@ -40,4 +38,9 @@ void ShellWindow::clearCurrent(ShellWindow *shell)
 {
     if (g_current == shell)
         g_current = nullptr;
+}
+
+void ShellWindow::setSessionShell(std::function<ShellWindow *(bool)> shell)
+{
+    sessionShell() = std::move(shell);
 }

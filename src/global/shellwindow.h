@@ -9,9 +9,9 @@ class QMdiArea;
 class QWidget;
 
 // What the windows below the main shell may ask of it. The main shell (MDIForm1)
-// implements this and registers a factory at start, so that touching the shell from a
-// viewer creates its default instance when there is none, and no lower layer has to
-// know the shell's class.
+// implements this; the session makes it, by the factory the program registers, and
+// hands it to whoever asks (`session.shell()`), so no lower layer has to know the
+// shell's class.
 class ShellWindow
 {
 public:
@@ -41,13 +41,13 @@ public:
     enum class Toggle { StudNotes, Catalogue, Draw };
     virtual void setToggleChecked(Toggle toggle, bool checked) = 0;
 
-    // The shell, created through the registered factory if there is none yet.
+    // session: bridge. For the windows that are not handed a session yet: the running
+    // session's shell, made when there is none (instance) or only when it is there
+    // (existing). A shell a test stands up by itself is set with setCurrent.
     static ShellWindow *instance();
-    // The shell if it exists, without creating it.
     static ShellWindow *existing();
-
-    static void setFactory(std::function<ShellWindow *()> factory);
-    // The shell calls these from its construction and destruction.
     static void setCurrent(ShellWindow *shell);
     static void clearCurrent(ShellWindow *shell);
+    // How the bridge reaches the running session's shell, which stands above this layer.
+    static void setSessionShell(std::function<ShellWindow *(bool create)> shell);
 };

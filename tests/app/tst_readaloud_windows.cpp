@@ -3,6 +3,8 @@
 // selection or its note, a photograph's caption and legend.
 
 #include "../speech/recordingspeaker.h"
+#include "../support/testsession.h"
+#include "shownboxes.h"
 #include "childwindows.h"
 #include "mdiform1.h"
 
@@ -13,10 +15,11 @@
 #include <frmresphoto.h>
 #include <frmtextresource.h>
 #include <frmtooltips.h>
-#include <modglobal.h>
+#include <main_routine.h>
 #include <msgbox.h>
 #include <readaloud.h>
 #include <richtextbox.h>
+#include <session.h>
 #include <tlb.h>
 
 #include <QApplication>
@@ -40,7 +43,10 @@ class tst_ReadAloudWindows : public QObject
 
     QPointer<MDIForm1> m_shell;
     testing::RecordingSpeaker *m_speaker = nullptr;
-    QStringList m_boxes;
+    std::unique_ptr<testing::TestSession> m_s;
+    Session &session() { return *m_s; }
+
+    QStringList boxes() const { return testing::boxTexts(*m_s->host); }
 
     // The toolbar's key, pressed with the mouse.
     void pressSoundKey()
@@ -56,7 +62,7 @@ class tst_ReadAloudWindows : public QObject
 
     void showInShell(QWidget *child)
     {
-        modGlobal::CenterAndShow(child);
+        CenterAndShow(session(), child);
         auto *sub = qobject_cast<QMdiSubWindow *>(child->parentWidget());
         QVERIFY(sub);
         m_shell->area->setActiveSubWindow(sub);
@@ -68,21 +74,18 @@ private slots:
     {
         if (!QFileInfo::exists(SamplePath))
             QSKIP("the sample course is not built");
-        platform::setMsgBoxHook([this](const QString &text, int, const QString &) {
-            m_boxes << text;
-            return int(platform::vbOK);
-        });
-        modGlobal::gDatabase = content::Database::OpenDatabase(SamplePath);
-        modGlobal::gDataFolder = QFileInfo(SamplePath).absolutePath();
-        MDIForm1::registerDefaultInstance();
-        MDIForm1::setStartScreenFactory([] { return static_cast<QWidget *>(nullptr); });
-        registerChildWindows();
     }
 
     void init()
     {
+        m_s = std::make_unique<testing::TestSession>();
+        session().content().database = content::Database::OpenDatabase(SamplePath);
+        session().content().dataFolder = QFileInfo(SamplePath).absolutePath();
+        lendContent(session());
+        registerChildWindows(session());
+        session().setWindowFactory(Session::Window::StartScreen, [](Session &) { return nullptr; });
         m_speaker = testing::installRecordingSpeaker();
-        m_shell = new MDIForm1;
+        m_shell = new MDIForm1(session());
         m_shell->setSelectedActivity(1001);
         m_shell->show();
         m_shell->activateWindow();
@@ -93,7 +96,7 @@ private slots:
     {
         if (frmToolTips *tip = frmToolTips::existing())
             tip->close();
-        if (frmNotes *notes = frmNotes::instance(false))
+        if (auto *notes = session().window<frmNotes>(Session::Window::Notes, false))
             notes->NotesDirty = false;
         if (m_shell) {
             for (QMdiSubWindow *sub : m_shell->area->subWindowList())
@@ -102,13 +105,9 @@ private slots:
         }
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
         speech::ReadAloud::setSpeakerFactory({});
-        QVERIFY2(m_boxes.isEmpty(), qPrintable(m_boxes.join(u"; "_s)));
-    }
-
-    void cleanupTestCase()
-    {
-        modGlobal::gDatabase.reset();
-        platform::setMsgBoxHook({});
+        const QStringList shown = boxes();
+        m_s.reset();
+        QVERIFY2(shown.isEmpty(), qPrintable(shown.join(u"; "_s)));
     }
 
     void theSoundKeyReadsTheWholeTextAndAgainStops()
@@ -153,7 +152,7 @@ private slots:
 
     void theIndexReadsItsExplanation()
     {
-        frmIndex *index = frmIndex::instance(true);
+        auto *index = session().window<frmIndex>(Session::Window::Index);
         showInShell(index);
         index->DisplayHotword(u"Νάξος"_s, u"Το μεγαλύτερο νησί των Κυκλάδων."_s, QString());
         pressSoundKey();
@@ -162,7 +161,7 @@ private slots:
 
     void theNotepadReadsItsSelectionOrElseItsNote()
     {
-        frmNotes *notes = frmNotes::instance(true);
+        auto *notes = session().window<frmNotes>(Session::Window::Notes);
         showInShell(notes);
         notes->notes->setText(u"Πρώτη σημείωση. Δεύτερη σημείωση."_s);
         pressSoundKey();
@@ -198,8 +197,8 @@ private slots:
         pressSoundKey();
         pressSoundKey();
         QCOMPARE(mute->said, QStringList());
-        QCOMPARE(m_boxes, QStringList {speech::ReadAloud::noEngineMessage()});
-        m_boxes.clear();
+        QCOMPARE(boxes(), QStringList {speech::ReadAloud::noEngineMessage()});
+        m_s->host->boxes.clear();
     }
 };
 

@@ -5,13 +5,15 @@
 #include "../hotwords/paintedrtf.h"
 #include "../hotwords/testcontent.h"
 #include "../notepad/notestest.h"
+#include "../support/testsession.h"
 
 #include <frmindex.h>
 #include <frmnotes.h>
 #include <frmtextresource.h>
 #include <frmtooltips.h>
-#include <modglobal.h>
+#include <main_routine.h>
 #include <richtextbox.h>
+#include <session.h>
 #include <textzoom.h>
 
 #include <QAbstractTextDocumentLayout>
@@ -60,13 +62,16 @@ class tst_TextSize : public QObject
     QTemporaryDir m_dir;
     QTemporaryDir m_config;
     testing::NotesShell *m_shell = nullptr;
+    std::unique_ptr<testing::TestSession> m_s = std::make_unique<testing::TestSession>();
+    Session &session() { return *m_s; }
 
     frmTextResource *openText()
     {
-        auto *viewer = new frmTextResource;
+        auto *viewer = new frmTextResource; // session: frmTextResource(Session &)
+        session().adopt(viewer);
         viewer->setResourceID(7);
         viewer->Load();
-        modGlobal::CenterAndShow(viewer);
+        CenterAndShow(session(), viewer);
         return viewer;
     }
 
@@ -92,16 +97,18 @@ private slots:
         b.textResource(7, u"naxos.rtf"_s, u"Ηρόδοτος, Ιστορίαι"_s);
         b.comment(1, u"Πέτρωμα της Νάξου"_s);
         b.commentLink(1, 7, u"σμύριδα"_s);
-        modGlobal::gDatabase = b.database();
-        modGlobal::gDataFolder = root;
+        session().content().database = b.database();
+        session().content().dataFolder = root;
+        lendContent(session());
     }
 
-    void cleanupTestCase() { modGlobal::gDatabase.reset(); }
+    void cleanupTestCase() { m_s.reset(); }
 
     void init()
     {
         TextZoom::instance().reset();
         m_shell = new testing::NotesShell;
+        session().setWindow(Session::Window::Shell, m_shell);
         m_shell->show();
         QVERIFY(QTest::qWaitForWindowExposed(m_shell));
     }
@@ -110,7 +117,7 @@ private slots:
     {
         if (frmToolTips *tip = frmToolTips::existing())
             tip->close();
-        if (frmNotes *notes = frmNotes::instance(false))
+        if (frmNotes *notes = frmNotes::instance(false)) // session: the session's Notes window
             notes->NotesDirty = false;
         delete m_shell;
         m_shell = nullptr;
@@ -192,8 +199,8 @@ private slots:
 
     void theIndexsExplanationGrows()
     {
-        frmIndex *index = frmIndex::instance(true);
-        modGlobal::CenterAndShow(index);
+        frmIndex *index = frmIndex::instance(true); // session: the session's Index window
+        CenterAndShow(session(), index);
         index->DisplayHotword(u"Νάξος"_s, u"Νησί των Κυκλάδων, το μεγαλύτερο από όλα."_s, u""_s);
         const double normal = documentHeight(index->rtfExp);
         QTest::keyClick(index->rtfExp, Qt::Key_Plus, Qt::ControlModifier);

@@ -5,6 +5,7 @@
 #include "../app/shellcontent.h"
 #include "../support/deferreddeletes.h"
 #include "../support/msgboxrecorder.h"
+#include "../support/testsession.h"
 #include "drawingtesting.h"
 
 #include <btn.h>
@@ -34,9 +35,9 @@ class tst_DrawingKept : public QObject
 {
     Q_OBJECT
 
+    TestSession m_session;
     ShellContent *m_content = nullptr;
     MsgBoxRecorder m_boxes;
-    int m_ends = 0;
     int m_startScreens = 0;
 
     struct Opened
@@ -50,8 +51,8 @@ class tst_DrawingKept : public QObject
     Opened openDrawnMap()
     {
         Opened o;
-        o.shell = static_cast<MDIForm1 *>(ShellWindow::instance());
-        modGlobal::gScenarioID = 10;
+        o.shell = m_session->window<MDIForm1>(Session::Window::Shell);
+        m_session->content().scenarioID = 10;
         o.shell->setSelectedActivity(106);
         o.shell->show();
         o.tile = o.shell->Tiles().value(2);
@@ -70,7 +71,7 @@ class tst_DrawingKept : public QObject
     static void leave(const Opened &o, const QString &way)
     {
         if (way == u"tree") {
-            frmPloigisi *tree = frmPloigisi::defaultInstance(o.shell);
+            auto *tree = o.shell->session().window<frmPloigisi>(Session::Window::Navigation);
             tree->show();
             QTreeWidgetItem *item = tree->node(QStringLiteral("Ac101Sc10"));
             QVERIFY(item);
@@ -103,15 +104,13 @@ class tst_DrawingKept : public QObject
 private slots:
     void initTestCase()
     {
-        registerChildWindows();
+        registerChildWindows(m_session);
         m_content = new ShellContent;
-        QVERIFY(m_content->open());
-        MDIForm1::registerDefaultInstance();
-        MDIForm1::setStartScreenFactory([this] {
+        QVERIFY(m_content->open(m_session));
+        m_session->setWindowFactory(Session::Window::StartScreen, [this](Session &) {
             ++m_startScreens;
             return new QWidget;
         });
-        modGlobal::setEndHook([this] { ++m_ends; });
     }
 
     void cleanupTestCase()
@@ -123,7 +122,7 @@ private slots:
     void init()
     {
         m_boxes.install();
-        m_ends = 0;
+        m_session.host->ends = 0;
         m_startScreens = 0;
     }
 
@@ -137,7 +136,7 @@ private slots:
         for (QWidget *w : QApplication::topLevelWidgets())
             delete w;
         flushDeletes();
-        QCOMPARE(ShellWindow::existing(), nullptr);
+        QCOMPARE(m_session->shell(false), nullptr);
     }
 
     void everyWayOfLeavingKeepsAChangedDrawingWhenTheQuestionIsCancelled_data()
@@ -199,7 +198,7 @@ private slots:
         QVERIFY(shell);
         QVERIFY(shell->isVisible());
         QCOMPARE(shell->ActivityID(), 106);
-        QCOMPARE(modGlobal::gActivityID, 106);
+        QCOMPARE(m_session->content().activityID, 106);
         for (const QPointer<frmSmallButton> &tile : std::as_const(tiles)) {
             QVERIFY(tile);
             QVERIFY(tile->isVisible());
@@ -207,8 +206,8 @@ private slots:
         QCOMPARE(shell->Tiles().value(2)->SourceForm(), drawing.data());
         QVERIFY(shell->Tiles().value(2)->SourceOpen());
         QCOMPARE(m_startScreens, 0);
-        QCOMPARE(m_ends, 0);
-        QCOMPARE(ShellWindow::existing(), shell.data());
+        QCOMPARE(m_session.host->ends, 0);
+        QCOMPARE(m_session->shell(false), shell.data());
     }
 
     void answeredNoTheTreeChangesTheActivityAsBefore()

@@ -1,6 +1,7 @@
 // A map among the sources opens in the drawing window that the program registers, with
 // the map as its picture; the pupil draws on it, and closing it tells the tile.
 #include "../app/shellcontent.h"
+#include "../support/testsession.h"
 #include "drawingtesting.h"
 
 #include <childwindows.h>
@@ -23,14 +24,17 @@ class tst_DrawingMapTile : public QObject
 {
     Q_OBJECT
 
+    TestSession m_session;
     ShellContent *m_content = nullptr;
 
 private slots:
     void initTestCase()
     {
-        registerChildWindows();
+        registerChildWindows(m_session);
+        // The shell only where a test stands it up.
+        m_session->setWindowFactory(Session::Window::Shell, {});
         m_content = new ShellContent;
-        QVERIFY(m_content->open());
+        QVERIFY(m_content->open(m_session));
     }
 
     void cleanupTestCase()
@@ -100,9 +104,9 @@ private slots:
 
     void theShellsDrawingWindowComesAndGoesWithItsMenuCheck()
     {
-        MDIForm1::registerDefaultInstance();
-        MDIForm1::setStartScreenFactory([] { return new QWidget; });
-        auto *shell = static_cast<MDIForm1 *>(ShellWindow::instance());
+        registerShellWindows(m_session);
+        m_session->setWindowFactory(Session::Window::StartScreen, [](Session &) { return new QWidget; });
+        auto *shell = m_session->window<MDIForm1>(Session::Window::Shell);
         shell->setSelectedActivity(101);
         shell->show();
         QVERIFY(QTest::qWaitForWindowExposed(shell));

@@ -4,11 +4,13 @@
 // the finding windows' tests in the shell start it. Pictures land in the test output folder.
 
 #include "../support/msgboxrecorder.h"
+#include "../support/testsession.h"
 
 #include <childwindows.h>
 #include <database.h>
 #include <mdiform1.h>
 #include <modglobal.h>
+#include <session.h>
 
 #include <QDir>
 #include <QFileInfo>
@@ -29,16 +31,19 @@ inline void savePicture(QWidget *w, const QString &name)
 }
 
 // Opens the sample and shows its shell; null when the shell did not show.
-inline MDIForm1 *showSampleShell(MsgBoxRecorder &boxes)
+inline MDIForm1 *showSampleShell(Session &session, MsgBoxRecorder &boxes)
 {
     modGlobal::gDatabasePath = sampleCoursePath;
     modGlobal::gDataFolder = QFileInfo(sampleCoursePath).absolutePath();
     modGlobal::gDatabase = content::Database::OpenDatabase(sampleCoursePath);
-    MDIForm1::registerDefaultInstance();
-    MDIForm1::setStartScreenFactory([] { return nullptr; });
-    registerChildWindows();
+    // session: the shell reads the session's content; the finding windows still modGlobal.
+    session.content().databasePath = sampleCoursePath;
+    session.content().dataFolder = QFileInfo(sampleCoursePath).absolutePath();
+    session.content().database = content::Database::OpenDatabase(sampleCoursePath);
+    registerChildWindows(session);
+    session.setWindowFactory(Session::Window::StartScreen, [](Session &) { return nullptr; });
     boxes.install();
-    auto *shell = static_cast<MDIForm1 *>(ShellWindow::instance());
+    auto *shell = session.window<MDIForm1>(Session::Window::Shell);
     shell->show();
     return QTest::qWaitForWindowExposed(shell) ? shell : nullptr;
 }

@@ -34,6 +34,7 @@ class tst_FindingShell : public QObject
     Q_OBJECT
 
 private:
+    testing::TestSession m_session;
     testing::MsgBoxRecorder m_boxes;
     MDIForm1 *m_shell = nullptr;
 
@@ -42,7 +43,7 @@ private slots:
     {
         if (!QFileInfo::exists(testing::sampleCoursePath))
             QSKIP("the sample course is not built");
-        m_shell = testing::showSampleShell(m_boxes);
+        m_shell = testing::showSampleShell(m_session, m_boxes);
         QVERIFY(m_shell);
     }
 

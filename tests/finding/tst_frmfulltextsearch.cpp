@@ -39,6 +39,7 @@ class tst_frmFullTextSearch : public QObject
     Q_OBJECT
 
 private:
+    testing::TestSession m_session;
     testing::MsgBoxRecorder m_boxes;
     MDIForm1 *m_shell = nullptr;
     QTemporaryDir m_cache;
@@ -87,7 +88,7 @@ private slots:
             QSKIP("the sample course is not built");
         QVERIFY(m_cache.isValid());
         qputenv("XDG_CACHE_HOME", m_cache.path().toUtf8());
-        m_shell = testing::showSampleShell(m_boxes);
+        m_shell = testing::showSampleShell(m_session, m_boxes);
         QVERIFY(m_shell);
     }
 

@@ -4,6 +4,7 @@
 
 #include "../app/shellcontent.h"
 #include "../support/msgboxrecorder.h"
+#include "../support/testsession.h"
 #include "notestest.h"
 
 #include <childwindows.h>
@@ -22,10 +23,10 @@ class tst_NoteKept : public QObject
 {
     Q_OBJECT
 
+    TestSession m_session;
     ShellContent m_content;
     MsgBoxRecorder m_boxes;
     int m_startScreens = 0;
-    int m_ends = 0;
 
     MDIForm1 *openShellWithAChangedNote()
     {
@@ -40,21 +41,19 @@ class tst_NoteKept : public QObject
 private slots:
     void initTestCase()
     {
-        QVERIFY(m_content.open());
-        MDIForm1::registerDefaultInstance();
-        MDIForm1::setStartScreenFactory([this] {
+        QVERIFY(m_content.open(m_session));
+        registerChildWindows(m_session);
+        m_session->setWindowFactory(Session::Window::StartScreen, [this](Session &) {
             ++m_startScreens;
             return new QWidget;
         });
-        modGlobal::setEndHook([this] { ++m_ends; });
-        registerChildWindows();
     }
     void cleanupTestCase() { modGlobal::gDatabase.reset(); }
     void init()
     {
         m_boxes.install();
         m_startScreens = 0;
-        m_ends = 0;
+        m_session.host->ends = 0;
         modEditor::CurrentFile.clear();
     }
     void cleanup()
@@ -113,7 +112,7 @@ private slots:
         QVERIFY(shell->isVisible());
         QCOMPARE(ShellWindow::existing(), shell);
         QCOMPARE(m_startScreens, 0);
-        QCOMPARE(m_ends, 0);
+        QCOMPARE(m_session.host->ends, 0);
         for (const QPointer<frmSmallButton> &tile : shell->Tiles())
             QVERIFY(tile);
     }

@@ -3,6 +3,7 @@
 // for a person to look at.
 
 #include "../app/shellcontent.h"
+#include "../support/testsession.h"
 #include "notestest.h"
 
 #include <childwindows.h>
@@ -22,6 +23,7 @@ class tst_NotesShell : public QObject
 {
     Q_OBJECT
 
+    TestSession m_session;
     ShellContent m_content;
 
     MDIForm1 *openShell()
@@ -35,10 +37,9 @@ class tst_NotesShell : public QObject
 private slots:
     void initTestCase()
     {
-        QVERIFY(m_content.open());
-        MDIForm1::registerDefaultInstance();
-        MDIForm1::setStartScreenFactory([] { return nullptr; });
-        registerChildWindows();
+        QVERIFY(m_content.open(m_session));
+        registerChildWindows(m_session);
+        m_session->setWindowFactory(Session::Window::StartScreen, [](Session &) { return nullptr; });
     }
     void cleanupTestCase() { modGlobal::gDatabase.reset(); }
     void cleanup()
@@ -85,9 +86,7 @@ private slots:
     void leavingTheShellAsksToSaveTheChangedNote()
     {
         QFETCH(QString, way);
-        int ends = 0;
-        modGlobal::setEndHook([&ends] { ++ends; });
-        const auto noEnd = qScopeGuard([] { modGlobal::setEndHook({}); });
+        const int endsBefore = m_session.host->ends;
         MDIForm1 *shell = openShell();
         QPointer<MDIForm1> guard(shell);
         shell->TlbMain_ButtonClick(QStringLiteral("Notes"));
@@ -116,7 +115,7 @@ private slots:
         QCOMPARE(boxes.first().title, QStringLiteral("Κλείσιμο Σημειωματαρίου"));
         QVERIFY(!frmNotes::instance(false));
         QVERIFY(!guard);
-        QCOMPARE(ends, way == u"exit" ? 1 : 0);
+        QCOMPARE(m_session.host->ends - endsBefore, way == u"exit" ? 1 : 0);
         QFile saved(file);
         QVERIFY(saved.open(QIODevice::ReadOnly));
         QVERIFY(saved.readAll().startsWith("{\\rtf1"));

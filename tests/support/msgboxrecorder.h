@@ -3,19 +3,14 @@
 // Stands in for the user in front of the program's message boxes: records each box the
 // program would show and answers it, from `answers` in turn, then OK.
 
+#include "recordinghost.h"
+
 #include <msgbox.h>
 
 #include <QList>
 #include <QString>
 
 namespace testing {
-
-struct ShownBox
-{
-    QString text;
-    int style = 0;
-    QString title;
-};
 
 class MsgBoxRecorder : public QList<ShownBox>
 {

@@ -1,4 +1,5 @@
 #include "../support/msgboxrecorder.h"
+#include "../support/testsession.h"
 
 #include "../app/shellcontent.h"
 #include "fakeviewers.h"
@@ -51,6 +52,7 @@ class tst_frmSmallButton : public QObject
 {
     Q_OBJECT
 
+    testing::TestSession m_session;
     testing::MsgBoxRecorder m_boxes;
     testing::ShellContent *m_content = nullptr;
     AreaShell *m_shell = nullptr;
@@ -77,7 +79,7 @@ private slots:
     void initTestCase()
     {
         m_content = new testing::ShellContent;
-        QVERIFY(m_content->open());
+        QVERIFY(m_content->open(m_session));
     }
 
     void cleanupTestCase()

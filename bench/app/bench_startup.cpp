@@ -7,9 +7,11 @@
 //
 //   bench_startup [runs]         (default 7 runs per content file)
 
+#include <childwindows.h>
 #include <frmnewfirst.h>
 #include <main_routine.h>
 #include <msgbox.h>
+#include <session.h>
 #include <translations.h>
 
 #include <QApplication>
@@ -85,8 +87,10 @@ int runOnce(int argc, char *argv[])
     watcher.painted = &painted;
     app.installEventFilter(&watcher);
 
+    Session session(std::make_unique<platform::DesktopHost>());
+    registerShellWindows(session);
     sinceMain.start();
-    if (!Main())
+    if (!Main(session))
         return 1;
     return app.exec();
 }

@@ -3,9 +3,11 @@
 
 #include "../../tests/app/shellcontent.h"
 
+#include <childwindows.h>
 #include <frmsmallbutton.h>
 #include <mdiform1.h>
 #include <msgbox.h>
+#include <session.h>
 
 #include <QApplication>
 #include <QElapsedTimer>
@@ -37,14 +39,15 @@ int main(int argc, char *argv[])
     if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
         qputenv("QT_QPA_PLATFORM", "offscreen");
     QApplication app(argc, argv);
+    Session session(std::make_unique<platform::DesktopHost>());
     testing::ShellContent content;
-    if (!content.open()) {
+    if (!content.open(session)) {
         std::fprintf(stderr, "could not build the course\n");
         return 1;
     }
     platform::setMsgBoxHook([](const QString &, int, const QString &) { return int(platform::vbOK); });
-    MDIForm1::registerDefaultInstance();
-    MDIForm1::setStartScreenFactory([] { return nullptr; });
+    registerShellWindows(session);
+    session.setWindowFactory(Session::Window::StartScreen, [](Session &) { return nullptr; });
 
     constexpr int Rounds = 30;
     QList<double> firstEntry;
@@ -53,7 +56,7 @@ int main(int argc, char *argv[])
     for (int round = 0; round < Rounds; ++round) {
         QElapsedTimer timer;
         timer.start();
-        auto *shell = static_cast<MDIForm1 *>(ShellWindow::instance());
+        auto *shell = session.window<MDIForm1>(Session::Window::Shell);
         shell->setSelectedActivity(113);
         shell->show();
         QCoreApplication::processEvents();

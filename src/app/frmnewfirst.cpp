@@ -6,9 +6,9 @@
 #include <database.h>
 #include <designedcolours.h>
 #include <errorpolicy.h>
-#include <modglobal.h>
 #include <programbitmaps.h>
 #include <runtimeerror.h>
+#include <session.h>
 #include <shellwindow.h>
 #include <twips.h>
 
@@ -88,18 +88,11 @@ void clearCheck(CheckListView *list, int index)
         list->setChecked(list->ListItems(index), false);
 }
 
-content::Database &database()
-{
-    if (!modGlobal::gDatabase)
-        throw platform::RuntimeError(
-            CheckListView::ObjectNotSet, QStringLiteral("Δεν έχει οριστεί μεταβλητή αντικειμένου"));
-    return *modGlobal::gDatabase;
-}
-
 } // namespace
 
-frmNewFirst::frmNewFirst(QWidget *parent)
+frmNewFirst::frmNewFirst(Session &session, QWidget *parent)
     : QWidget(parent, Qt::Window)
+    , m_session(session)
 {
     setAttribute(Qt::WA_DeleteOnClose);
     setWindowTitle(QStringLiteral("Τρεμίδια"));
@@ -199,9 +192,6 @@ void frmNewFirst::Form_Load()
     palette.setColor(QPalette::Base, QColor(255, 247, 211));
     List2->setPalette(palette);
 
-    modGlobal::gTwipsPerPixelX = static_cast<qint16>(platform::TwipsPerPixelX);
-    modGlobal::gTwipsPerPixelY = static_cast<qint16>(platform::TwipsPerPixelY);
-
     LastThemeIndex = -1;
     LastScenarioIndex = -1;
     LastActivityIndex = -1;
@@ -215,7 +205,7 @@ void frmNewFirst::Form_Load()
     // The first theme is only selected: no scenarios until the pupil picks one.
     FillThemes();
 
-    Label4->setText(QStringLiteral("Παρουσίαση Βάσης: ") + modGlobal::gDatabaseTitle);
+    Label4->setText(QStringLiteral("Παρουσίαση Βάσης: ") + m_session.content().databaseTitle);
     Label4->adjustSize();
 
     cmdGo->setEnabled(false);
@@ -409,8 +399,10 @@ void frmNewFirst::cmdGo_Click()
         const QTreeWidgetItem *scenario = List1->SelectedItem();
         if (!scenario)
             return;
-        modGlobal::gScenarioID = numberFromKey(scenario, 2);
-        ShellWindow *shell = ShellWindow::instance();
+        m_session.content().scenarioID = numberFromKey(scenario, 2);
+        if (const QTreeWidgetItem *theme = List2->selected())
+            resumeNext([&] { m_session.content().themeID = numberFromKey(theme, 1); });
+        ShellWindow *shell = m_session.shell();
         if (!shell)
             return;
         shell->setSelectedActivity(CurrentActivityID);
@@ -423,7 +415,7 @@ void frmNewFirst::cmdExit_Click()
 {
     platform::guarded([&] {
         close();
-        modGlobal::End();
+        End(m_session);
     });
 }
 
@@ -431,7 +423,7 @@ void frmNewFirst::cmdExit_Click()
 
 qint32 frmNewFirst::FillThemes()
 {
-    auto themes = database().OpenRecordset(QStringLiteral("Themes"), content::dbOpenSnapshot);
+    auto themes = m_session.database().OpenRecordset(QStringLiteral("Themes"), content::dbOpenSnapshot);
     if (themes->RecordCount() > 0) {
         themes->MoveFirst();
         while (!themes->Eof()) {
@@ -455,7 +447,7 @@ void frmNewFirst::FillScenarios(qint32 themeID)
             + QString::number(themeID);
     else
         sql = QStringLiteral("SELECT ScenarioID, Scenario FROM Scenarios");
-    auto scenarios = database().OpenRecordset(sql, content::dbOpenSnapshot);
+    auto scenarios = m_session.database().OpenRecordset(sql, content::dbOpenSnapshot);
     while (!scenarios->Eof()) {
         List1->add(QStringLiteral("Sc") + scenarios->Fields(QStringLiteral("ScenarioID")).text(),
             scenarios->Fields(QStringLiteral("Scenario")).text());
@@ -479,7 +471,7 @@ qint32 frmNewFirst::FillActivities(qint32 scenarioID)
     else
         sql = QStringLiteral("SELECT ActivityID, Activity FROM Activities");
 
-    auto activities = database().OpenRecordset(sql, content::dbOpenSnapshot);
+    auto activities = m_session.database().OpenRecordset(sql, content::dbOpenSnapshot);
     while (!activities->Eof()) {
         QTreeWidgetItem *item
             = lvwActivities->add(QString(), activities->Fields(QStringLiteral("Activity")).text());

@@ -4,6 +4,7 @@
 #include <QWidget>
 
 class Btn;
+class Session;
 class CheckListView;
 class QLabel;
 class QTreeWidgetItem;
@@ -14,14 +15,15 @@ class QTreeWidgetItem;
 //
 // The window deletes itself when closed; each time it is needed a new one is made, so it
 // always starts with no theme checked, empty scenario and activity lists and cmdGo off.
-// The load reads the themes; an error on the way (a database without the table) rises
-// out of the constructor.
+// The load reads the themes of the session's content; an error on the way (a database
+// without the table) rises out of the constructor. Going on records the theme and the
+// scenario in the session's content and shows the session's shell.
 class frmNewFirst final : public QWidget
 {
     Q_OBJECT
 
 public:
-    explicit frmNewFirst(QWidget *parent = nullptr);
+    explicit frmNewFirst(Session &session, QWidget *parent = nullptr);
     ~frmNewFirst() override;
     Q_DISABLE_COPY_MOVE(frmNewFirst)
 
@@ -88,4 +90,5 @@ private:
 
     QPixmap Picture;
     bool m_painted = false;
+    Session &m_session;
 };

@@ -5,12 +5,11 @@
 #include <database.h>
 #include <designedcolours.h>
 #include <errorpolicy.h>
-#include <modglobal.h>
 #include <programbitmaps.h>
+#include <session.h>
 #include <shellwindow.h>
 
 #include <QCloseEvent>
-#include <QPointer>
 #include <QTreeWidget>
 
 #include <algorithm>
@@ -50,11 +49,12 @@ qint16 toInteger(const QString &digits)
 
 } // namespace
 
-frmPloigisi::frmPloigisi(QWidget *parent)
+frmPloigisi::frmPloigisi(Session &session, QWidget *parent)
     : QWidget(parent, Qt::Window)
     , TreeView1(new ClickTree(this))
     , TreeView2(new QTreeWidget(this))
     , cmdGo(new Btn(this))
+    , m_session(session)
 {
     setObjectName(QStringLiteral("frmPloigisi"));
     platform::useDesignedColours(this);
@@ -84,14 +84,6 @@ frmPloigisi::frmPloigisi(QWidget *parent)
 }
 
 frmPloigisi::~frmPloigisi() = default;
-
-frmPloigisi *frmPloigisi::defaultInstance(QWidget *shell)
-{
-    static QPointer<frmPloigisi> instance;
-    if (!instance || instance->parentWidget() != shell)
-        instance = new frmPloigisi(shell);
-    return instance;
-}
 
 QString frmPloigisi::nodeKey(const QTreeWidgetItem *node)
 {
@@ -150,14 +142,14 @@ void frmPloigisi::Form_Load()
     });
 
     resumeNext([this] {
-        m_themes = modGlobal::gDatabase->OpenRecordset(QStringLiteral("Themes"), content::dbOpenSnapshot);
+        m_themes = m_session.database().OpenRecordset(QStringLiteral("Themes"), content::dbOpenSnapshot);
     });
     resumeNext([this] {
         m_scenarios
-            = modGlobal::gDatabase->OpenRecordset(QStringLiteral("Scenarios"), content::dbOpenSnapshot);
+            = m_session.database().OpenRecordset(QStringLiteral("Scenarios"), content::dbOpenSnapshot);
     });
     resumeNext([this] {
-        m_activities = modGlobal::gDatabase->OpenRecordset(QStringLiteral("SELECT Activities.Activity, ")
+        m_activities = m_session.database().OpenRecordset(QStringLiteral("SELECT Activities.Activity, ")
                 + QStringLiteral("Activities.ActivityID,RelScenarioActivity.ScenarioID from Activities ")
                 + QStringLiteral(" INNER JOIN RelScenarioActivity ON "
                                  "RelScenarioActivity.ActivityID=Activities.ActivityID"),
@@ -221,8 +213,8 @@ void frmPloigisi::Form_Load()
 
     resumeNext([this] {
         QTreeWidgetItem *selected
-            = m_nodes.value(QStringLiteral("Ac") + QString::number(modGlobal::gActivityID)
-                + QStringLiteral("Sc") + QString::number(modGlobal::gScenarioID));
+            = m_nodes.value(QStringLiteral("Ac") + QString::number(m_session.content().activityID)
+                + QStringLiteral("Sc") + QString::number(m_session.content().scenarioID));
         TreeView1->setCurrentItem(selected);
         if (selected) {
             for (QTreeWidgetItem *up = selected->parent(); up; up = up->parent())
@@ -262,7 +254,7 @@ void frmPloigisi::TreeView1_NodeClick(QTreeWidgetItem *node)
     if (key.startsWith(QStringLiteral("Ac"))) {
         // Not trapped: an id beyond the 16-bit range ends the click with the error box.
         m_pendingActivityID = toInteger(activityDigits(key));
-        cmdGo->setEnabled(m_pendingActivityID != modGlobal::gActivityID);
+        cmdGo->setEnabled(m_pendingActivityID != m_session.content().activityID);
     } else {
         cmdGo->setEnabled(false);
     }
@@ -272,18 +264,18 @@ void frmPloigisi::cmdGo_Click()
 {
     // The windows the present tiles opened go first: one that keeps the pupil's work
     // (a question cancelled) keeps the activity, its tiles and the tree as they are.
-    if (ShellWindow *shell = ShellWindow::existing(); shell && !shell->QueryUnloadResources())
+    if (ShellWindow *shell = m_session.shell(false); shell && !shell->QueryUnloadResources())
         return;
     if (QTreeWidgetItem *selected = TreeView1->currentItem()) {
         if (!selected->parent())
             throw platform::RuntimeError(91, QStringLiteral("Δεν έχει οριστεί μεταβλητή αντικειμένου"));
-        modGlobal::gScenarioID = toLong(nodeKey(selected->parent()).mid(2));
-        modGlobal::gActivityID = toLong(activityDigits(nodeKey(selected)));
+        m_session.content().scenarioID = toLong(nodeKey(selected->parent()).mid(2));
+        m_session.content().activityID = toLong(activityDigits(nodeKey(selected)));
     }
     const qint16 pending = m_pendingActivityID;
     close();
 
-    ShellWindow *shell = ShellWindow::instance();
+    ShellWindow *shell = m_session.shell();
     if (!shell)
         return;
     shell->UnloadResources();

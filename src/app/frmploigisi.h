@@ -6,6 +6,7 @@
 #include <memory>
 
 class Btn;
+class Session;
 class QTreeWidget;
 class QTreeWidgetItem;
 
@@ -14,19 +15,17 @@ class Recordset;
 }
 
 // The whole path of themes, scenarios and activities as one tree, from which the pupil
-// jumps to another activity without going back to the start screen.
+// jumps to another activity without going back to the start screen. It is the session's
+// navigation window, owned by the shell it floats above; closed, it goes, and the next
+// request makes it afresh.
 class frmPloigisi final : public QWidget
 {
     Q_OBJECT
 
 public:
-    explicit frmPloigisi(QWidget *parent = nullptr);
+    explicit frmPloigisi(Session &session, QWidget *parent = nullptr);
     ~frmPloigisi() override;
     Q_DISABLE_COPY_MOVE(frmPloigisi)
-
-    // The single window, made on first use (owned by `shell`, so it goes with it) and
-    // made afresh after it was closed.
-    static frmPloigisi *defaultInstance(QWidget *shell);
 
     // Controls.
     QTreeWidget *const TreeView1;
@@ -64,4 +63,5 @@ private:
     std::unique_ptr<content::Recordset> m_activities;
     QHash<QString, QTreeWidgetItem *> m_nodes;
     bool m_loaded = false;
+    Session &m_session;
 };

@@ -1,12 +1,12 @@
 #include "lostwork.h"
 
+#include "childwindows.h"
 #include "mdiform1.h"
 
 #include <database.h>
 #include <errorpolicy.h>
 #include <frmdrawing.h>
 #include <frmnotes.h>
-#include <modglobal.h>
 #include <msgbox.h>
 #include <session.h>
 #include <sourceviewer.h>
@@ -116,9 +116,9 @@ QString question(const QList<recovery::Entry> &work)
         + QStringLiteral("Με «Όχι» χάνεται· με «Άκυρο» μένει, και θα ερωτηθείτε ξανά την επόμενη φορά.");
 }
 
-void offer()
+void offer(Session &session)
 {
-    recovery::Store &store = recovery::Store::instance();
+    recovery::Store &store = session.recovery();
     if (!store.usable())
         return;
     QList<recovery::Entry> lost = store.lostWork();
@@ -141,8 +141,7 @@ void offer()
     const QList<recovery::Entry> work = store.adoptLostWork();
     if (work.isEmpty())
         return;
-    if (auto *shell
-        = qobject_cast<MDIForm1 *>(ShellWindow::existing() ? ShellWindow::existing()->window() : nullptr);
+    if (auto *shell = qobject_cast<MDIForm1 *>(session.window(Session::Window::Shell, false));
         shell && shell->isVisible()) {
         reopen(*shell, work);
         return;
@@ -152,6 +151,7 @@ void offer()
 
 void reopen(MDIForm1 &shell, const QList<recovery::Entry> &work)
 {
+    Session &session = shell.session();
     // The notepad is one: the newest note goes into it; an older one stays kept and is
     // offered again at the next start.
     const recovery::Entry *note = nullptr;
@@ -162,29 +162,22 @@ void reopen(MDIForm1 &shell, const QList<recovery::Entry> &work)
     QList<recovery::Entry> unreadable;
     for (const recovery::Entry &entry : work) {
         if (entry.kind == u"drawing") {
-            // session: the running one, until the shell hands its own.
-            auto *drawing = new frmDrawing(*Session::current());
             // Made here, not by a tile: it goes when it is closed.
-            QObject::connect(drawing, &SourceViewer::OnUnload, drawing, [drawing] {
-                if (auto *sub = qobject_cast<QMdiSubWindow *>(drawing->parentWidget()))
-                    sub->deleteLater();
-                else
-                    drawing->deleteLater();
-            });
-            drawing->Load();
+            frmDrawing *drawing = newDrawingWindow(session);
             // Its copy changed since the question: set aside, not an empty painter.
             if (!drawing->RestoreWork(entry)) {
                 unreadable << entry;
                 drawing->deleteLater();
                 continue;
             }
-            modGlobal::CenterAndShow(drawing);
+            session.adopt(drawing);
+            CenterAndShow(session, drawing);
         }
     }
-    setAsideUnreadable(recovery::Store::instance(), unreadable);
+    setAsideUnreadable(session.recovery(), unreadable);
     if (note) {
         shell.TlbMain_ButtonClick(QStringLiteral("Notes"));
-        if (frmNotes *notes = frmNotes::open(*Session::current(), false))
+        if (auto *notes = session.window<frmNotes>(Session::Window::Notes, false))
             notes->RestoreWork(*note);
     }
 }

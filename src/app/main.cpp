@@ -1,7 +1,6 @@
 #include "childwindows.h"
 #include "lostwork.h"
 #include "main_routine.h"
-#include "mdiform1.h"
 #include "windowsystem.h"
 
 #include <errorpolicy.h>
@@ -28,14 +27,13 @@ int run(int argc, char *argv[], platform::LateThreads &late)
     platform::installGreekTranslations(app);
     // Everything the running program holds, stopped in its order before the application goes.
     Session session(std::make_unique<platform::DesktopHost>(), late);
-    MDIForm1::registerDefaultInstance();
-    registerChildWindows();
+    registerChildWindows(session);
 
     // After a failed start the error box has been shown; the program ends there.
-    if (!Main())
+    if (!Main(session))
         return 1;
     // Once the start screen is up: work that a crash left unsaved is offered back.
-    QTimer::singleShot(0, &app, [] { platform::guarded([] { lostwork::offer(); }); });
+    QTimer::singleShot(0, &app, [&session] { platform::guarded([&session] { lostwork::offer(session); }); });
     return app.exec();
 }
 

@@ -1,33 +1,33 @@
 #include "main_routine.h"
 
-#include "frmnewfirst.h"
 #include "jetimportprogress.h"
 
 #include <contentpath.h>
 #include <database.h>
 #include <errorpolicy.h>
-#include <modglobal.h>
+#include <session.h>
 #include <settings.h>
 
-bool Main()
+bool Main(Session &session)
 {
     // One handler for the whole start: every failure ends in the same box, and nothing
     // is retried or looked for elsewhere.
-    return platform::guarded([] {
+    return platform::guarded([&session] {
+        Session::Content &content = session.content();
         // A machine without a selection gives empty strings; the open of the empty path
         // is what then fails, with the engine's own message.
         const platform::SelectedDatabase selected = platform::readSelectedDatabase();
-        modGlobal::gDatabaseTitle = selected.title;
-        modGlobal::gDatabasePath = selected.path;
+        content.databaseTitle = selected.title;
+        content.databasePath = selected.path;
 
         JetImportProgress progress;
         content::OpenOptions options;
         options.progress = progress.callback();
-        modGlobal::gDatabase = content::Database::OpenDatabase(modGlobal::gDatabasePath, options);
+        content.database = content::Database::OpenDatabase(content.databasePath, options);
 
-        modGlobal::gDataFolder = platform::parentFolderName(modGlobal::gDatabasePath);
+        content.dataFolder = platform::parentFolderName(content.databasePath);
 
-        auto *startScreen = new frmNewFirst;
-        startScreen->show();
+        if (QWidget *startScreen = session.window(Session::Window::StartScreen))
+            startScreen->show();
     });
 }

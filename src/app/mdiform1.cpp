@@ -1,8 +1,6 @@
 #include "mdiform1.h"
 
 #include "actionsdocument.h"
-#include "frmnewfirst.h"
-#include "frmploigisi.h"
 #include "windowlist.h"
 
 #include <conference.h>
@@ -10,8 +8,6 @@
 #include <designedcolours.h>
 #include <errorpolicy.h>
 #include <frmsmallbutton.h>
-#include <host.h>
-#include <modglobal.h>
 #include <modmail.h>
 #include <msgbox.h>
 #include <programbitmaps.h>
@@ -21,7 +17,6 @@
 
 #include <QApplication>
 #include <QCloseEvent>
-#include <QHash>
 #include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QMenu>
@@ -29,43 +24,11 @@
 #include <QScreen>
 #include <QVBoxLayout>
 
-namespace {
-
-QHash<int, MDIForm1::ChildProvider> &childProviders()
-{
-    static QHash<int, MDIForm1::ChildProvider> providers;
-    return providers;
-}
-
-std::function<QWidget *()> &startScreenFactory()
-{
-    static std::function<QWidget *()> factory = [] { return static_cast<QWidget *>(new frmNewFirst); };
-    return factory;
-}
-
-QWidget *childWindow(MDIForm1::ChildWindow which, bool create)
-{
-    const auto it = childProviders().constFind(int(which));
-    if (it == childProviders().constEnd() || !*it)
-        return nullptr;
-    return (*it)(create);
-}
-
-// Runs `start` on the running session's host, or on the desktop while there is none.
-template<typename Start> auto throughHost(Start start)
-{
-    if (platform::Host *host = platform::Host::active())
-        return start(*host);
-    platform::DesktopHost desktop;
-    return start(desktop);
-}
-
-} // namespace
-
-MDIForm1::MDIForm1(QWidget *parent)
+MDIForm1::MDIForm1(Session &session, QWidget *parent)
     : QMainWindow(parent)
     , area(new QMdiArea)
     , TlbMain(new Tlb)
+    , m_session(session)
 {
     setObjectName(QStringLiteral("MDIForm1"));
     platform::useDesignedColours(this);
@@ -97,29 +60,14 @@ MDIForm1::MDIForm1(QWidget *parent)
     connect(TlbMain, &Tlb::ButtonClick, this,
         [this](const QString &key) { platform::guarded([&] { TlbMain_ButtonClick(key); }); });
 
-    ShellWindow::setCurrent(this);
+    // F9 and Escape read and stop in every window of the activity.
+    m_session.readAloud();
+
+    // The shell is one: whoever makes it, the session hands it on.
+    m_session.setWindow(Session::Window::Shell, this);
 }
 
-MDIForm1::~MDIForm1()
-{
-    ShellWindow::clearCurrent(this);
-}
-
-void MDIForm1::registerDefaultInstance()
-{
-    ShellWindow::setFactory([]() -> ShellWindow * { return new MDIForm1; });
-}
-
-void MDIForm1::setChildWindowProvider(ChildWindow which, ChildProvider provider)
-{
-    childProviders().insert(int(which), std::move(provider));
-}
-
-void MDIForm1::setStartScreenFactory(std::function<QWidget *()> factory)
-{
-    startScreenFactory()
-        = factory ? std::move(factory) : [] { return static_cast<QWidget *>(new frmNewFirst); };
-}
+MDIForm1::~MDIForm1() = default;
 
 void MDIForm1::buildMenu()
 {
@@ -141,12 +89,12 @@ void MDIForm1::buildMenu()
     mnuChoices = bar->addMenu(QStringLiteral("Επιλογές"));
     mnufacilities = mnuChoices->addAction(QStringLiteral("Αναζήτηση στη βάση δεδομένων"));
     connect(mnufacilities, &QAction::triggered, this,
-        [this] { platform::guarded([this] { showChild(ChildWindow::SearchResources, false); }); });
+        [this] { platform::guarded([this] { showChild(Session::Window::SearchResources, false); }); });
     mnuFullText = mnuChoices->addAction(QStringLiteral("Αναζήτηση στα κείμενα"));
     mnuFullText->setShortcut(QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_F));
     mnuFullText->setShortcutContext(Qt::ApplicationShortcut);
     connect(mnuFullText, &QAction::triggered, this,
-        [this] { platform::guarded([this] { showChild(ChildWindow::FullTextSearch, false); }); });
+        [this] { platform::guarded([this] { showChild(Session::Window::FullTextSearch, false); }); });
 
     mnuView = bar->addMenu(QStringLiteral("Προβολή"));
     mnuStudNotes = mnuView->addAction(QStringLiteral("Σημειωματάριο"));
@@ -156,11 +104,11 @@ void MDIForm1::buildMenu()
     for (QAction *toggle : {mnuStudNotes, mnuCatalogue, mnuDraw})
         toggle->setCheckable(true);
     connect(mnuStudNotes, &QAction::triggered, this,
-        [this] { platform::guarded([this] { toggleWindow(mnuStudNotes, ChildWindow::Notes, false); }); });
+        [this] { platform::guarded([this] { toggleWindow(mnuStudNotes, Session::Window::Notes, false); }); });
     connect(mnuCatalogue, &QAction::triggered, this,
-        [this] { platform::guarded([this] { toggleWindow(mnuCatalogue, ChildWindow::Index, true); }); });
+        [this] { platform::guarded([this] { toggleWindow(mnuCatalogue, Session::Window::Index, true); }); });
     connect(mnuDraw, &QAction::triggered, this,
-        [this] { platform::guarded([this] { toggleWindow(mnuDraw, ChildWindow::Drawing, true); }); });
+        [this] { platform::guarded([this] { toggleWindow(mnuDraw, Session::Window::Drawing, true); }); });
     connect(mnuNotes, &QAction::triggered, this,
         [this] { platform::guarded([this] { OpenActionsDocument(); }); });
 
@@ -219,7 +167,7 @@ void MDIForm1::setToggleChecked(Toggle toggle, bool checked)
     }
 }
 
-void MDIForm1::toggleWindow(QAction *toggle, ChildWindow which, bool centred)
+void MDIForm1::toggleWindow(QAction *toggle, Session::Window which, bool centred)
 {
     // The mark belongs to the window, which sets it on load and clears it on unload;
     // a click only reads it.
@@ -229,7 +177,7 @@ void MDIForm1::toggleWindow(QAction *toggle, ChildWindow which, bool centred)
         showChild(which, centred);
         return;
     }
-    if (QWidget *w = childWindow(which, false)) {
+    if (QWidget *w = m_session.window(which, false)) {
         if (auto *sub = qobject_cast<QMdiSubWindow *>(w->parentWidget()))
             sub->close();
         else
@@ -237,13 +185,13 @@ void MDIForm1::toggleWindow(QAction *toggle, ChildWindow which, bool centred)
     }
 }
 
-void MDIForm1::showChild(ChildWindow which, bool centred)
+void MDIForm1::showChild(Session::Window which, bool centred)
 {
-    QWidget *w = childWindow(which, true);
+    QWidget *w = m_session.window(which);
     if (!w)
         return;
     if (centred) {
-        modGlobal::CenterAndShow(w);
+        CenterAndShow(m_session, w);
         return;
     }
     auto *sub = qobject_cast<QMdiSubWindow *>(w->parentWidget());
@@ -263,30 +211,31 @@ void MDIForm1::TlbMain_ButtonClick(const QString &key)
     } else if (key == u"exit") {
         // The program ends only when every child window let the shell go.
         if (close())
-            modGlobal::End();
+            End(m_session);
     } else if (key == u"Search") {
-        if (QWidget *index = childWindow(ChildWindow::Index, true))
-            modGlobal::CenterAndShow(index);
+        if (QWidget *index = m_session.window(Session::Window::Index))
+            CenterAndShow(m_session, index);
     } else if (key == u"Notes") {
-        showChild(ChildWindow::Notes, false);
+        showChild(Session::Window::Notes, false);
     } else if (key == u"drawing") {
-        showChild(ChildWindow::Drawing, false);
+        showChild(Session::Window::Drawing, false);
     } else if (key == u"e-mail") {
-        if (!throughHost([](platform::Host &host) { return modMail::StartMailClient(host); }))
+        if (!modMail::StartMailClient(m_session.host()))
             platform::MsgBox(QStringLiteral("Δεν μπορώ να βρώ κάποιο πρόγραμμα αποστολής e-mail")
                     + QStringLiteral("\r\n") + QStringLiteral("εγκατεστημένο στον υπολογιστή σας"),
                 platform::vbCritical, platform::ProgramTitle.toString());
     } else if (key == u"Network") {
-        throughHost([](platform::Host &host) { outside::StartConference(host); });
+        outside::StartConference(m_session.host());
     } else if (key == u"Ploigisi") {
-        frmPloigisi *tree = frmPloigisi::defaultInstance(this);
-        tree->show();
-        tree->raise();
-        tree->activateWindow();
+        if (QWidget *tree = m_session.window(Session::Window::Navigation)) {
+            tree->show();
+            tree->raise();
+            tree->activateWindow();
+        }
     } else if (key == u"SearchResources") {
-        showChild(ChildWindow::SearchResources, false);
+        showChild(Session::Window::SearchResources, false);
     } else if (key == u"Sound") {
-        speech::ReadAloud::instance().toggle(); // session: bridge
+        m_session.readAloud().toggle();
     }
     // Any other key does nothing.
 }
@@ -371,27 +320,34 @@ bool MDIForm1::UnloadChildWindows()
 void MDIForm1::Form_Unload()
 {
     platform::guarded([this] { UnloadResources(); });
-    // From here a request for the shell makes a new one.
-    ShellWindow::clearCurrent(this);
+    // From here a request for the shell makes a new one; this one goes when it is closed,
+    // or with the session.
+    if (m_session.window(Session::Window::Shell, false) == this) {
+        m_session.setWindow(Session::Window::Shell, nullptr);
+        m_session.adopt(this);
+    }
     platform::guarded([this] { showStartScreen(); });
 }
 
 void MDIForm1::showStartScreen()
 {
     // The start screen is one window: going back by the menu asks for it twice, and the
-    // second request finds the first one up.
-    static QPointer<QWidget> shown;
-    if (shown && shown->isVisible())
-        return;
-    shown = startScreenFactory()();
-    if (shown)
+    // second request finds the first one up. One that was left hidden is not shown again:
+    // a new one is made, and the old one goes with the session.
+    if (QWidget *shown = m_session.window(Session::Window::StartScreen, false)) {
+        if (shown->isVisible())
+            return;
+        m_session.setWindow(Session::Window::StartScreen, nullptr);
+        m_session.adopt(shown);
+    }
+    if (QWidget *shown = m_session.window(Session::Window::StartScreen))
         shown->show();
 }
 
 void MDIForm1::OpenActionsDocument()
 {
     try {
-        auto rs = modGlobal::gDatabase->OpenRecordset(
+        auto rs = m_session.database().OpenRecordset(
             QStringLiteral("SELECT ActionsDocument From Activities WHERE ActivityID=")
             + QString::number(m_activityID));
         if (rs->BOF() && rs->Eof())
@@ -401,7 +357,8 @@ void MDIForm1::OpenActionsDocument()
         rs->Close();
         if (document.isEmpty())
             return;
-        actions::openCopyInWordProcessor(modGlobal::gDataFolder, QStringLiteral("\\Actions\\"), document);
+        actions::openCopyInWordProcessor(
+            m_session.content().dataFolder, QStringLiteral("\\Actions\\"), document);
     } catch (const platform::RuntimeError &e) {
         platform::MsgBox(e.description(), platform::vbCritical, platform::ProgramTitle.toString());
     }

@@ -1,11 +1,11 @@
 #pragma once
 
+#include <session.h>
 #include <shellwindow.h>
 
 #include <QMainWindow>
 #include <QPointer>
 
-#include <functional>
 #include <memory>
 
 class QAction;
@@ -21,18 +21,18 @@ class Recordset;
 
 // The main window of an open activity: a fixed 800 by 600 parent of child windows with
 // the picture background, the menu, the toolbar and one tile per resource. It owns the
-// tiles and the commands that reach every other window.
+// tiles and the commands that reach every other window. It is the session's shell: made
+// by the factory registered on the session, and the session's window of its kind.
 class MDIForm1 final : public QMainWindow, public ShellWindow
 {
     Q_OBJECT
 
 public:
-    explicit MDIForm1(QWidget *parent = nullptr);
+    explicit MDIForm1(Session &session, QWidget *parent = nullptr);
     ~MDIForm1() override;
     Q_DISABLE_COPY_MOVE(MDIForm1)
 
-    // Lets ShellWindow::instance() create the shell when the program first needs it.
-    static void registerDefaultInstance();
+    Session &session() const { return m_session; }
 
     // Controls.
     QMdiArea *const area;
@@ -85,16 +85,6 @@ public:
     // The toolbar's keys, as TlbMain reports them.
     void TlbMain_ButtonClick(const QString &key);
 
-    // Windows of the other parts that the menu and the toolbar open. Each registers how to
-    // reach its single instance: `create` true makes it when there is none, false only
-    // looks. Until a window is registered its commands do nothing.
-    enum class ChildWindow { Index, Notes, Drawing, SearchResources, FullTextSearch };
-    using ChildProvider = std::function<QWidget *(bool create)>;
-    static void setChildWindowProvider(ChildWindow which, ChildProvider provider);
-
-    // Where the start screen comes from when the shell unloads; tests replace it.
-    static void setStartScreenFactory(std::function<QWidget *()> factory);
-
 protected:
     void showEvent(QShowEvent *event) override;
     void closeEvent(QCloseEvent *event) override;
@@ -108,10 +98,13 @@ private:
     void CreateTiles();
     void ArrangeTiles();
     void OpenActionsDocument();
-    void toggleWindow(QAction *toggle, ChildWindow which, bool centred);
-    void showChild(ChildWindow which, bool centred);
+    // The windows of the other parts that the menu and the toolbar open are the
+    // session's, by kind; until a kind has a factory its commands do nothing.
+    void toggleWindow(QAction *toggle, Session::Window which, bool centred);
+    void showChild(Session::Window which, bool centred);
     static QString RomanNumeral(int number);
 
+    Session &m_session;
     qint32 m_activityID = 0;
     QString m_resourceSQL;
     std::unique_ptr<content::Recordset> m_resourcesRecordset;

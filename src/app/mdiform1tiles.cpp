@@ -4,8 +4,6 @@
 
 #include <database.h>
 #include <frmsmallbutton.h>
-#include <modglobal.h>
-#include <session.h>
 #include <twips.h>
 
 #include <QLabel>
@@ -18,7 +16,7 @@
 void MDIForm1::setSelectedActivity(qint32 activityID)
 {
     m_activityID = activityID;
-    modGlobal::gActivityID = activityID;
+    m_session.content().activityID = activityID;
     m_resourceSQL
         = QStringLiteral(
               "SELECT Activities.ActivityID, Resources.ResourceID, Resources.ResTypeID, Resources.PlaceID, "
@@ -38,7 +36,7 @@ void MDIForm1::LoadResources()
 {
     if (m_resourceSQL.isEmpty())
         return;
-    m_resourcesRecordset = modGlobal::gDatabase->OpenRecordset(m_resourceSQL, content::dbOpenSnapshot);
+    m_resourcesRecordset = m_session.database().OpenRecordset(m_resourceSQL, content::dbOpenSnapshot);
     // An activity without resources leaves the count of the one before; the tiles of
     // that one are gone already, and unloading them again does no harm.
     if (m_resourcesRecordset->RecordCount() == 0)
@@ -57,7 +55,7 @@ void MDIForm1::CreateTiles()
     content::Recordset &rs = *m_resourcesRecordset;
     int counter = 1;
     while (!rs.Eof()) {
-        auto *tile = new frmSmallButton(*Session::current());
+        auto *tile = new frmSmallButton(m_session);
         m_tiles[counter - 1] = tile;
         tile->setResourceID(rs.Fields(QStringLiteral("ResourceID")).Value().toInt());
         tile->Label1->setText(QString::number(counter));

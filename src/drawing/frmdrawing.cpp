@@ -114,11 +114,7 @@ QString text(const char16_t *s)
 void frmDrawing::showToggle(bool checked)
 {
     platform::resumeNext([this, checked] {
-        // session: the process's shell until the shell is the session's own window.
-        ShellWindow *shell = m_session.shell(false);
-        if (!shell)
-            shell = ShellWindow::existing();
-        if (shell)
+        if (ShellWindow *shell = m_session.shell(false))
             shell->setToggleChecked(ShellWindow::Toggle::Draw, checked);
     });
 }

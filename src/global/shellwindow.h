@@ -2,16 +2,15 @@
 
 #include <QtGlobal>
 
-#include <functional>
 
 class QAction;
 class QMdiArea;
 class QWidget;
 
 // What the windows below the main shell may ask of it. The main shell (MDIForm1)
-// implements this and registers a factory at start, so that touching the shell from a
-// viewer creates its default instance when there is none, and no lower layer has to
-// know the shell's class.
+// implements this; the session makes it, by the factory the program registers, and
+// hands it to whoever asks (`session.shell()`), so no lower layer has to know the
+// shell's class.
 class ShellWindow
 {
 public:
@@ -40,14 +39,4 @@ public:
     // The three toggles of the "Προβολή" menu, kept in step by their windows.
     enum class Toggle { StudNotes, Catalogue, Draw };
     virtual void setToggleChecked(Toggle toggle, bool checked) = 0;
-
-    // The shell, created through the registered factory if there is none yet.
-    static ShellWindow *instance();
-    // The shell if it exists, without creating it.
-    static ShellWindow *existing();
-
-    static void setFactory(std::function<ShellWindow *()> factory);
-    // The shell calls these from its construction and destruction.
-    static void setCurrent(ShellWindow *shell);
-    static void clearCurrent(ShellWindow *shell);
 };

@@ -94,12 +94,10 @@ bool isStateKey(const QString &key)
     return keys.contains(key);
 }
 
-// The shell the notes window stands in.
-// session: the process's shell until the shell is the session's own window.
+// The shell the notes window stands in, if there is one.
 ShellWindow *shellOf(Session &session)
 {
-    ShellWindow *shell = session.shell(false);
-    return shell ? shell : ShellWindow::existing();
+    return session.shell(false);
 }
 
 } // namespace

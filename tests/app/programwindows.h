@@ -32,9 +32,8 @@
 #include <frmsearchresources.h>
 #include <frmtextresource.h>
 #include <frmtooltips.h>
-#include <session.h> // session: the finding windows are the session's; the test gets one of its own with the shell
+#include <session.h>
 #include <mdiform1.h>
-#include <modglobal.h>
 #include <msgbox.h>
 #include <richtextbox.h>
 #include <session.h>
@@ -50,6 +49,7 @@
 
 #include <functional>
 
+#include "../support/testsession.h"
 #include "samplecourse.h"
 
 namespace testing {
@@ -57,7 +57,7 @@ namespace testing {
 struct ProgramWindow
 {
     const char *name;
-    std::function<QWidget *(MDIForm1 *shell)> open;
+    std::function<QWidget *(Session &session, MDIForm1 *shell)> open;
 };
 
 // The window to look at for a program window: the shell's frame round a child window,
@@ -70,10 +70,10 @@ inline QWidget *frameOf(QWidget *window)
 }
 
 // The index on the sample, showing the term given (its buttons enabled for it).
-inline frmIndex *openIndexAt(const QString &term)
+inline frmIndex *openIndexAt(Session &session, const QString &term)
 {
-    frmIndex *index = Session::current()->window<frmIndex>(Session::Window::Index, true);
-    modGlobal::CenterAndShow(index);
+    auto *index = session.window<frmIndex>(Session::Window::Index);
+    CenterAndShow(session, index);
     QTreeWidget *list = index->LvEnnoia;
     const QList<QTreeWidgetItem *> found = list->findItems(term, Qt::MatchExactly);
     if (found.isEmpty())
@@ -84,42 +84,39 @@ inline frmIndex *openIndexAt(const QString &term)
     return index;
 }
 
-inline frmResPhoto *openPhoto(qint32 resourceID)
+inline frmResPhoto *openPhoto(Session &session, qint32 resourceID)
 {
-    auto *viewer = new frmResPhoto(*Session::current());
+    auto *viewer = new frmResPhoto(session);
+    session.adopt(viewer);
     viewer->setResourceID(resourceID);
     viewer->Load();
-    modGlobal::CenterAndShow(viewer);
+    CenterAndShow(session, viewer);
     return viewer;
 }
 
 // The notepad, shown in the shell as its toolbar key shows it.
-// session: the running session, until these windows are handed one.
-inline Session &runningSession()
+inline frmNotes *openNotepad(Session &session)
 {
-    return *Session::current();
-}
-
-inline frmNotes *openNotepad()
-{
-    frmNotes *notes = frmNotes::open(runningSession(), true);
-    modGlobal::CenterAndShow(notes);
+    auto *notes = session.window<frmNotes>(Session::Window::Notes);
+    CenterAndShow(session, notes);
     return notes;
 }
 
 // The painter of the shell's toolbar, with one of its dropdown palettes or dialogs asked
 // by its key.
-inline frmDrawing *openPainter()
+inline frmDrawing *openPainter(Session &session)
 {
-    auto *drawing = new frmDrawing(runningSession());
+    auto *drawing = new frmDrawing(session);
+    session.adopt(drawing);
     drawing->Load();
-    modGlobal::CenterAndShow(drawing);
+    CenterAndShow(session, drawing);
     return drawing;
 }
 
-inline QWidget *openPainterPalette(const QString &key, std::function<QWidget *(frmDrawing *)> which)
+inline QWidget *openPainterPalette(
+    Session &session, const QString &key, std::function<QWidget *(frmDrawing *)> which)
 {
-    frmDrawing *drawing = openPainter();
+    frmDrawing *drawing = openPainter(session);
     drawing->tlbGeneral_ButtonClick(key);
     QApplication::processEvents();
     return which(drawing);
@@ -130,49 +127,52 @@ inline QList<ProgramWindow> programWindows()
     using namespace Qt::StringLiterals;
     return {
         {"start_screen",
-            [](MDIForm1 *) -> QWidget * {
-                auto *start = new frmNewFirst;
+            [](Session &session, MDIForm1 *) -> QWidget * {
+                auto *start = new frmNewFirst(session);
+                session.adopt(start);
                 start->show();
                 return start;
             }},
-        {"shell", [](MDIForm1 *shell) -> QWidget * { return shell; }},
+        {"shell", [](Session &, MDIForm1 *shell) -> QWidget * { return shell; }},
         {"navigation_tree",
-            [](MDIForm1 *shell) -> QWidget * {
+            [](Session &session, MDIForm1 *) -> QWidget * {
                 // The tree opens at the activity the pupil went in by: 1001 of scenario 101.
-                modGlobal::gScenarioID = 101;
-                frmPloigisi *tree = frmPloigisi::defaultInstance(shell);
+                session.content().scenarioID = 101;
+                QWidget *tree = session.window(Session::Window::Navigation);
                 tree->show();
                 return tree;
             }},
         {"text_viewer",
-            [](MDIForm1 *) -> QWidget * {
-                auto *viewer = new frmTextResource(*Session::current());
+            [](Session &session, MDIForm1 *) -> QWidget * {
+                auto *viewer = new frmTextResource(session);
+                session.adopt(viewer);
                 viewer->setResourceID(101);
                 viewer->Load();
-                modGlobal::CenterAndShow(viewer);
+                CenterAndShow(session, viewer);
                 return viewer;
             }},
         {"tip",
-            [](MDIForm1 *shell) -> QWidget * {
-                frmToolTips *tip = Session::current()->window<frmToolTips>(Session::Window::Tip);
+            [](Session &session, MDIForm1 *shell) -> QWidget * {
+                frmToolTips *tip = session.window<frmToolTips>(Session::Window::Tip);
                 tip->setTipText(u"Η σμύριδα της Νάξου, πέτρωμα σκληρό, γυάλιζε τα μάρμαρα."_s);
                 tip->Show(shell);
                 return tip;
             }},
-        {"photo_viewer", [](MDIForm1 *) -> QWidget * { return openPhoto(121); }},
-        {"photo_viewer_with_legend", [](MDIForm1 *) -> QWidget * { return openPhoto(141); }},
+        {"photo_viewer", [](Session &session, MDIForm1 *) -> QWidget * { return openPhoto(session, 121); }},
+        {"photo_viewer_with_legend",
+            [](Session &session, MDIForm1 *) -> QWidget * { return openPhoto(session, 141); }},
         {"enlarged_photo",
-            [](MDIForm1 *) -> QWidget * {
-                openPhoto(121)->Image1_DblClick();
-                return Session::current()->window<frmMaxPhoto>(Session::Window::MaxPhoto);
+            [](Session &session, MDIForm1 *) -> QWidget * {
+                openPhoto(session, 121)->Image1_DblClick();
+                return session.window<frmMaxPhoto>(Session::Window::MaxPhoto);
             }},
-        {"index", [](MDIForm1 *) -> QWidget * { return openIndexAt(u"Μίνωας"_s); }},
+        {"index",
+            [](Session &session, MDIForm1 *) -> QWidget * { return openIndexAt(session, u"Μίνωας"_s); }},
         {"index_picture",
-            [](MDIForm1 *) -> QWidget * {
-                for (QTreeWidgetItem *item : Session::current()
-                                                 ->window<frmIndex>(Session::Window::Index, true)
+            [](Session &session, MDIForm1 *) -> QWidget * {
+                for (QTreeWidgetItem *item : session.window<frmIndex>(Session::Window::Index)
                                                  ->LvEnnoia->findItems(u"*"_s, Qt::MatchWildcard)) {
-                    frmIndex *index = openIndexAt(item->text(0));
+                    frmIndex *index = openIndexAt(session, item->text(0));
                     if (index && index->cmdPicture->isEnabled()) {
                         index->cmdPicture_Click();
                         return index->pictureWindow();
@@ -181,21 +181,20 @@ inline QList<ProgramWindow> programWindows()
                 return nullptr;
             }},
         {"media_player",
-            [](MDIForm1 *) -> QWidget * {
-                frmIndex *index = openIndexAt(u"Μίνωας"_s);
+            [](Session &session, MDIForm1 *) -> QWidget * {
+                frmIndex *index = openIndexAt(session, u"Μίνωας"_s);
                 if (!index || !index->cmdSound->isEnabled())
                     return nullptr;
                 index->cmdSound_Click();
                 return index->mediaPlayer();
             }},
         {"search",
-            [](MDIForm1 *) -> QWidget * {
-                return Session::current()->window<frmSearchResources>(Session::Window::SearchResources, true);
+            [](Session &session, MDIForm1 *) -> QWidget * {
+                return session.window(Session::Window::SearchResources);
             }},
         {"text_search",
-            [](MDIForm1 *) -> QWidget * {
-                frmFullTextSearch *search
-                    = Session::current()->window<frmFullTextSearch>(Session::Window::FullTextSearch, true);
+            [](Session &session, MDIForm1 *) -> QWidget * {
+                auto *search = session.window<frmFullTextSearch>(Session::Window::FullTextSearch);
                 if (!QTest::qWaitFor([search] { return search->indexReady(); }, 60000))
                     return nullptr;
                 search->txtWords->setText(u"ναός"_s);
@@ -204,71 +203,71 @@ inline QList<ProgramWindow> programWindows()
                 return search;
             }},
         {"notepad",
-            [](MDIForm1 *) -> QWidget * {
-                frmNotes *notes = openNotepad();
+            [](Session &session, MDIForm1 *) -> QWidget * {
+                frmNotes *notes = openNotepad(session);
                 notes->notes->setText(u"Οι σημειώσεις του μαθητή."_s);
                 notes->NotesDirty = false;
                 return notes;
             }},
         {"notepad_find",
-            [](MDIForm1 *) -> QWidget * {
-                openNotepad();
-                frmFind *find = frmFind::open(runningSession());
+            [](Session &session, MDIForm1 *) -> QWidget * {
+                openNotepad(session);
+                frmFind *find = frmFind::open(session);
                 find->show();
                 return find;
             }},
         {"notepad_format",
-            [](MDIForm1 *) -> QWidget * {
-                openNotepad();
-                frmFormat *format = frmFormat::open(runningSession());
+            [](Session &session, MDIForm1 *) -> QWidget * {
+                openNotepad(session);
+                frmFormat *format = frmFormat::open(session);
                 format->show();
                 return format;
             }},
         {"notepad_bullets",
-            [](MDIForm1 *) -> QWidget * {
-                openNotepad();
-                frmBullets *bullets = frmBullets::open(runningSession());
+            [](Session &session, MDIForm1 *) -> QWidget * {
+                openNotepad(session);
+                frmBullets *bullets = frmBullets::open(session);
                 bullets->show();
                 return bullets;
             }},
         {"notepad_font_colours",
-            [](MDIForm1 *) -> QWidget * {
-                frmNotes *notes = openNotepad();
+            [](Session &session, MDIForm1 *) -> QWidget * {
+                frmNotes *notes = openNotepad(session);
                 notes->Toolbar1_ButtonDropDown(u"SetFontColor"_s);
                 return notes->frmFontColors;
             }},
-        {"painter", [](MDIForm1 *) -> QWidget * { return openPainter(); }},
+        {"painter", [](Session &session, MDIForm1 *) -> QWidget * { return openPainter(session); }},
         {"painter_text",
-            [](MDIForm1 *) -> QWidget * {
-                auto *text = new frmDrawingText(openPainter());
+            [](Session &session, MDIForm1 *) -> QWidget * {
+                auto *text = new frmDrawingText(openPainter(session));
                 text->setAttribute(Qt::WA_DeleteOnClose);
                 text->show();
                 return text;
             }},
         {"painter_line_width",
-            [](MDIForm1 *) {
-                return openPainterPalette(
-                    u"BorderWidth"_s, [](frmDrawing *d) -> QWidget * { return d->BorderWidthPalette(); });
+            [](Session &session, MDIForm1 *) {
+                return openPainterPalette(session, u"BorderWidth"_s,
+                    [](frmDrawing *d) -> QWidget * { return d->BorderWidthPalette(); });
             }},
         {"painter_line_colour",
-            [](MDIForm1 *) {
-                return openPainterPalette(
-                    u"BorderColor"_s, [](frmDrawing *d) -> QWidget * { return d->BorderColorPalette(); });
+            [](Session &session, MDIForm1 *) {
+                return openPainterPalette(session, u"BorderColor"_s,
+                    [](frmDrawing *d) -> QWidget * { return d->BorderColorPalette(); });
             }},
         {"painter_fill_colour",
-            [](MDIForm1 *) {
-                return openPainterPalette(
-                    u"FillColor"_s, [](frmDrawing *d) -> QWidget * { return d->FillColorPalette(); });
+            [](Session &session, MDIForm1 *) {
+                return openPainterPalette(session, u"FillColor"_s,
+                    [](frmDrawing *d) -> QWidget * { return d->FillColorPalette(); });
             }},
         {"painter_fill_style",
-            [](MDIForm1 *) {
-                return openPainterPalette(
-                    u"FillStyle"_s, [](frmDrawing *d) -> QWidget * { return d->FillStylePalette(); });
+            [](Session &session, MDIForm1 *) {
+                return openPainterPalette(session, u"FillStyle"_s,
+                    [](frmDrawing *d) -> QWidget * { return d->FillStylePalette(); });
             }},
         {"painter_stamps",
-            [](MDIForm1 *) {
+            [](Session &session, MDIForm1 *) {
                 return openPainterPalette(
-                    u"Shape"_s, [](frmDrawing *d) -> QWidget * { return d->PastePicture(); });
+                    session, u"Shape"_s, [](frmDrawing *d) -> QWidget * { return d->PastePicture(); });
             }},
     };
 }
@@ -289,11 +288,11 @@ inline void addProgramWindowRows()
 }
 
 // Closes every window but the shell, and the shell's child windows, as the pupil would.
-inline void closeProgramWindows(MDIForm1 *shell)
+inline void closeProgramWindows(Session &session, MDIForm1 *shell)
 {
-    if (frmToolTips *tip = Session::current()->window<frmToolTips>(Session::Window::Tip, false))
+    if (frmToolTips *tip = session.window<frmToolTips>(Session::Window::Tip, false))
         tip->close();
-    if (frmNotes *notes = frmNotes::open(runningSession(), false))
+    if (auto *notes = session.window<frmNotes>(Session::Window::Notes, false))
         notes->NotesDirty = false;
     for (QWidget *w : QApplication::topLevelWidgets()) {
         if (w != shell && w->isVisible())
@@ -307,31 +306,29 @@ inline void closeProgramWindows(MDIForm1 *shell)
 }
 
 // The program on the sample course for a test that opens its windows one after another:
-// the shell at the first activity, message boxes answered and kept, the text search's
-// index in a cache folder of the test's own.
+// a session of its own, the shell at the first activity, message boxes answered and kept,
+// the text search's index in a cache folder of the test's own.
 class WindowsOnTheSample
 {
     testing::TestSession m_session;
 
 public:
+    Session &session() { return m_session; }
+
     // False when the sample is not built.
     bool open(const QString &cacheFolder)
     {
-        if (!openSampleCourse())
+        if (!openSampleCourse(m_session))
             return false;
-        platform::setMsgBoxHook([this](const QString &text, int, const QString &) {
-            m_boxes << text;
-            return int(platform::vbOK);
-        });
         qputenv("XDG_CACHE_HOME", cacheFolder.toUtf8());
-        MDIForm1::setStartScreenFactory([] { return static_cast<QWidget *>(nullptr); });
+        m_session->setWindowFactory(Session::Window::StartScreen, [](Session &) { return nullptr; });
         QDir().mkpath(QStringLiteral(TREMIDIA_TEST_OUTPUT_DIR));
         return true;
     }
 
     MDIForm1 *showShell()
     {
-        m_shell = static_cast<MDIForm1 *>(ShellWindow::instance());
+        m_shell = qobject_cast<MDIForm1 *>(m_session->window(Session::Window::Shell));
         m_shell->setSelectedActivity(1001);
         m_shell->show();
         return m_shell;
@@ -340,20 +337,23 @@ public:
     // Closes every window but the shell; the texts of the boxes shown since the last time.
     QStringList closeAll()
     {
-        closeProgramWindows(m_shell);
-        return std::exchange(m_boxes, {});
+        closeProgramWindows(m_session, m_shell);
+        QStringList boxes;
+        for (const ShownBox &box : std::as_const(m_session.host->boxes))
+            boxes << box.text;
+        m_session.host->boxes.clear();
+        return boxes;
     }
 
     ~WindowsOnTheSample()
     {
         if (m_shell)
             m_shell->hide();
-        platform::setMsgBoxHook({});
     }
 
 private:
+    TestSession m_session;
     QPointer<MDIForm1> m_shell;
-    QStringList m_boxes;
 };
 
 } // namespace testing

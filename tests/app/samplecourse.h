@@ -5,8 +5,8 @@
 
 #include <childwindows.h>
 #include <database.h>
+#include <main_routine.h>
 #include <mdiform1.h>
-#include <modglobal.h>
 #include <session.h>
 #include <sourceviewer.h>
 #include <viewingwindows.h>
@@ -18,18 +18,17 @@ namespace testing {
 
 inline const QString SampleDatabase = QStringLiteral(TREMIDIA_BINARY_DIR "/sample/tremidia.sqlite");
 
-// Opens the sample as the program's database and registers the program's windows.
-inline bool openSampleCourse()
+// Opens the sample as the session's content and registers the program's windows on it.
+inline bool openSampleCourse(Session &session)
 {
     if (!QFileInfo::exists(SampleDatabase))
         return false;
-    modGlobal::gDatabaseTitle = QStringLiteral("Το Αιγαίο στην αρχαιότητα");
-    modGlobal::gDatabasePath = SampleDatabase;
-    modGlobal::gDatabase = content::Database::OpenDatabase(SampleDatabase);
-    modGlobal::gDataFolder = QFileInfo(SampleDatabase).absolutePath();
-    MDIForm1::registerDefaultInstance();
-    registerChildWindows();
-    registerViewingWindows(*Session::current());
+    Session::Content &content = session.content();
+    content.databaseTitle = QStringLiteral("Το Αιγαίο στην αρχαιότητα");
+    content.databasePath = SampleDatabase;
+    content.database = content::Database::OpenDatabase(SampleDatabase);
+    content.dataFolder = QFileInfo(SampleDatabase).absolutePath();
+    registerChildWindows(session);
     return true;
 }
 

@@ -5,7 +5,7 @@
 // it, opened as the program's database.
 
 #include <database.h>
-#include <modglobal.h>
+#include <session.h>
 
 #include <sqlite3.h>
 
@@ -73,15 +73,16 @@ public:
     QString folder() const { return m_dir.path(); }
     QString databasePath() const { return m_dir.filePath(QStringLiteral("course.sqlite")); }
 
-    // Builds the course, runs `extra` statements on it, and opens it as the program's
-    // database with its folder as the data folder.
-    bool open(const QStringList &extra = {})
+    // Builds the course, runs `extra` statements on it, and opens it as the session's
+    // content with its folder as the data folder.
+    bool open(Session &session, const QStringList &extra = {})
     {
         if (!m_dir.isValid() || !build(extra))
             return false;
-        modGlobal::gDatabase = content::Database::OpenDatabase(databasePath());
-        modGlobal::gDatabasePath = databasePath();
-        modGlobal::gDataFolder = folder();
+        Session::Content &content = session.content();
+        content.database = content::Database::OpenDatabase(databasePath());
+        content.databasePath = databasePath();
+        content.dataFolder = folder();
         return true;
     }
 

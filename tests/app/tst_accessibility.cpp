@@ -1,4 +1,4 @@
-#include "../support/msgboxrecorder.h"
+#include "../support/testsession.h"
 #include "accessibletree.h"
 #include "programwindows.h"
 #include "samplecourse.h"
@@ -39,13 +39,13 @@ class tst_Accessibility : public QObject
 {
     Q_OBJECT
 
-    testing::TestSession m_session;
-    testing::MsgBoxRecorder m_boxes;
+    std::unique_ptr<testing::TestSession> m_s;
+    Session &session() { return *m_s; }
     QTemporaryDir m_cache;
 
     MDIForm1 *shell()
     {
-        auto *s = static_cast<MDIForm1 *>(ShellWindow::instance());
+        auto *s = qobject_cast<MDIForm1 *>(session().window(Session::Window::Shell));
         if (!s->isVisible()) {
             s->setSelectedActivity(1001);
             s->show();
@@ -75,15 +75,19 @@ class tst_Accessibility : public QObject
 private slots:
     void initTestCase()
     {
-        QVERIFY(testing::openSampleCourse());
+        m_s = std::make_unique<testing::TestSession>();
+        QVERIFY(testing::openSampleCourse(session()));
         // The text search's index of the sample goes to a cache of the test's own.
         QVERIFY(m_cache.isValid());
         qputenv("XDG_CACHE_HOME", m_cache.path().toUtf8());
     }
 
+    void cleanupTestCase() { m_s.reset(); }
+
     void startScreenButtonsArePushButtonsNamedByTheirTips()
     {
-        auto *screen = new frmNewFirst;
+        auto *screen = new frmNewFirst(session());
+        session().adopt(screen);
         screen->show();
         QAccessibleInterface *go = QAccessible::queryAccessibleInterface(screen->cmdGo);
         QCOMPARE(go->role(), QAccessible::PushButton);
@@ -101,7 +105,8 @@ private slots:
 
     void checkListItemsAreCheckableAndSayTheirState()
     {
-        auto *screen = new frmNewFirst;
+        auto *screen = new frmNewFirst(session());
+        session().adopt(screen);
         screen->show();
         QTreeWidgetItem *first = screen->List2->topLevelItem(0);
         screen->List2->setChecked(first, true);
@@ -145,20 +150,10 @@ private slots:
         QVERIFY(actions);
         QVERIFY(actions->actionNames().contains(QAccessibleActionInterface::pressAction()));
         actions->doAction(QAccessibleActionInterface::pressAction());
-        QTRY_VERIFY(Session::current()->window<frmSearchResources>(Session::Window::SearchResources, false)
-            && Session::current()
-                   ->window<frmSearchResources>(Session::Window::SearchResources, false)
-                   ->isVisible());
-        Session::current()
-            ->window<frmSearchResources>(Session::Window::SearchResources, false)
-            ->window()
-            ->close();
-        if (auto *sub = qobject_cast<QMdiSubWindow *>(
-                Session::current()->window<frmSearchResources>(Session::Window::SearchResources, false)
-                    ? Session::current()
-                          ->window<frmSearchResources>(Session::Window::SearchResources, false)
-                          ->parentWidget()
-                    : nullptr))
+        const auto found = [this] { return session().window(Session::Window::SearchResources, false); };
+        QTRY_VERIFY(found() && found()->isVisible());
+        found()->window()->close();
+        if (auto *sub = qobject_cast<QMdiSubWindow *>(found() ? found()->parentWidget() : nullptr))
             sub->close();
     }
 
@@ -227,7 +222,7 @@ private slots:
                 comment = box->child(i);
         QVERIFY(comment);
         comment->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
-        frmToolTips *tip = Session::current()->window<frmToolTips>(Session::Window::Tip, false);
+        frmToolTips *tip = session().window<frmToolTips>(Session::Window::Tip, false);
         QVERIFY(tip);
         QTRY_VERIFY(tip->isVisible());
         QVERIFY(comment->state().selected);
@@ -316,9 +311,8 @@ private slots:
     void everyWindowTheProgramOpensIsNamedAndNamesEveryFocusableObject()
     {
         QFETCH(int, window);
-        m_boxes.install();
         const testing::ProgramWindow program = testing::programWindow(window);
-        QWidget *opened = program.open(shell());
+        QWidget *opened = program.open(session(), shell());
         QVERIFY2(opened, program.name);
         QTRY_VERIFY(opened->isVisible());
         QApplication::processEvents();
@@ -327,9 +321,9 @@ private slots:
         QVERIFY(face);
         QVERIFY2(!face->text(QAccessible::Name).trimmed().isEmpty(), qPrintable(testing::describe(face)));
         const QStringList problems = namelessFocusable(frame);
-        testing::closeProgramWindows(shell());
+        testing::closeProgramWindows(session(), shell());
         QVERIFY2(problems.isEmpty(), qPrintable(failures(problems)));
-        QVERIFY(m_boxes.isEmpty());
+        QVERIFY(m_s->host->boxes.isEmpty());
     }
 
     void theTextSearchNamesItsResultsAndReadsEachOnesLineOfText()
@@ -338,7 +332,7 @@ private slots:
         const auto textSearch = std::find_if(windows.cbegin(), windows.cend(),
             [](const testing::ProgramWindow &w) { return qstrcmp(w.name, "text_search") == 0; });
         QVERIFY(textSearch != windows.cend());
-        auto *search = qobject_cast<frmFullTextSearch *>(textSearch->open(shell()));
+        auto *search = qobject_cast<frmFullTextSearch *>(textSearch->open(session(), shell()));
         QVERIFY(search);
         QAccessibleInterface *list = QAccessible::queryAccessibleInterface(search->lstResults);
         QCOMPARE(list->role(), QAccessible::List);
@@ -353,7 +347,7 @@ private slots:
             QVERIFY(!line.isEmpty());
             QCOMPARE(item->text(QAccessible::Description), line);
         }
-        testing::closeProgramWindows(shell());
+        testing::closeProgramWindows(session(), shell());
     }
 };
 

@@ -77,7 +77,7 @@ private slots:
     {
         QFETCH(int, window);
         const ProgramWindow program = programWindow(window);
-        QWidget *opened = program.open(m_shell);
+        QWidget *opened = program.open(m_windows.session(), m_shell);
         QVERIFY2(opened, program.name);
         QWidget *top = frameOf(opened);
         QVERIFY(QTest::qWaitForWindowExposed(top->window()));

@@ -1,14 +1,14 @@
 #include "../outside/recorder.h"
 #include "../support/deferreddeletes.h"
-#include "../support/msgboxrecorder.h"
+#include "../support/testsession.h"
 #include "../viewing/fakeviewers.h"
 #include "shellcontent.h"
 
 #include <btn.h>
+#include <childwindows.h>
 #include <frmsmallbutton.h>
-#include <launch.h>
 #include <mdiform1.h>
-#include <modglobal.h>
+#include <session.h>
 #include <tlb.h>
 
 #include <QApplication>
@@ -39,13 +39,13 @@ class tst_DoubleClicks : public QObject
 {
     Q_OBJECT
 
-    testing::MsgBoxRecorder m_boxes;
+    std::unique_ptr<testing::TestSession> m_s;
+    Session &session() { return *m_s; }
     testing::ShellContent *m_content = nullptr;
-    QList<QStringList> m_launches;
 
     MDIForm1 *openShell(qint32 activityID)
     {
-        auto *shell = static_cast<MDIForm1 *>(ShellWindow::instance());
+        auto *shell = qobject_cast<MDIForm1 *>(session().window(Session::Window::Shell));
         shell->setSelectedActivity(activityID);
         shell->show();
         return shell;
@@ -55,28 +55,20 @@ private slots:
     void initTestCase()
     {
         m_content = new testing::ShellContent;
-        QVERIFY(m_content->open());
-        MDIForm1::registerDefaultInstance();
-        MDIForm1::setStartScreenFactory([] { return new QWidget; });
-        modGlobal::setEndHook([] {});
-        platform::setLauncher([this](const QString &program, const QStringList &arguments, const QString &) {
-            m_launches.append(QStringList {program} + arguments);
-            return platform::LaunchResult {true, 4242, {}};
-        });
     }
 
     void cleanupTestCase()
     {
-        platform::setLauncher({});
         delete m_content;
-        modGlobal::gDatabase.reset();
     }
 
     void init()
     {
-        m_boxes.install();
-        FakeViewer::registerAll(*Session::current());
-        m_launches.clear();
+        m_s = std::make_unique<testing::TestSession>();
+        QVERIFY(m_content->open(session()));
+        registerShellWindows(session());
+        session().setWindowFactory(Session::Window::StartScreen, [](Session &) { return new QWidget; });
+        FakeViewer::registerAll(session());
     }
 
     void cleanup()
@@ -87,6 +79,7 @@ private slots:
         for (QWidget *w : QApplication::topLevelWidgets())
             delete w;
         flushDeletes();
+        m_s.reset();
     }
 
     void aDoubleClickOnAButtonIsOneClickThenOneDblClick()
@@ -131,9 +124,9 @@ private slots:
         }
         QVERIFY(mailKey);
         doubleClick(mailKey, QPoint(5, 5));
-        QCOMPARE(m_launches.size(), 1);
-        QCOMPARE(m_launches.at(0).at(0), client);
-        QVERIFY(m_boxes.isEmpty());
+        QCOMPARE(m_s->host->launches.size(), 1);
+        QCOMPARE(m_s->host->launches.at(0).program, client);
+        QVERIFY(m_s->host->boxes.isEmpty());
     }
 
     void aDoubleClickOnATileRunsItsClickOnce()
@@ -144,12 +137,12 @@ private slots:
         frmSmallButton *tile = shell->Tiles().at(1);
         QVERIFY(tile);
         doubleClick(tile->Image1, QPoint(10, 10));
-        QCOMPARE(m_boxes.size(), 1);
-        QCOMPARE(m_boxes.at(0).text, QStringLiteral("Η πηγή δεν είναι δυνατό να βρεθεί!!!"));
+        QCOMPARE(m_s->host->boxes.size(), 1);
+        QCOMPARE(m_s->host->boxes.at(0).text, QStringLiteral("Η πηγή δεν είναι δυνατό να βρεθεί!!!"));
 
         // And a single click after it is a click again.
         QTest::mouseClick(tile->Image1, Qt::LeftButton, {}, QPoint(10, 10));
-        QCOMPARE(m_boxes.size(), 2);
+        QCOMPARE(m_s->host->boxes.size(), 2);
     }
 
     void aDoubleClickOnATileOpensItsSource()

@@ -1,13 +1,15 @@
+#include "../support/testsession.h"
+#include "shownboxes.h"
 #include "startscreencontent.h"
 
 #include <btn.h>
 #include <checklistview.h>
 #include <database.h>
 #include <frmnewfirst.h>
-#include <modglobal.h>
 #include <msgbox.h>
 #include <programbitmaps.h>
 #include <runtimeerror.h>
+#include <session.h>
 #include <shellwindow.h>
 #include <twips.h>
 
@@ -23,10 +25,14 @@ using namespace startscreen_fixture;
 namespace {
 
 // Stands in for the main shell: records what the start screen asks of it.
-class FakeShell final : public ShellWindow
+class FakeShell final : public QWidget, public ShellWindow
 {
 public:
-    QWidget *window() override { return &m_window; }
+    explicit FakeShell(Session &session)
+        : m_session(session)
+    {
+    }
+    QWidget *window() override { return this; }
     QMdiArea *mdiArea() override { return nullptr; }
     int mnuListUBound() const override { return -1; }
     QAction *mnuList(int) override { return nullptr; }
@@ -34,14 +40,16 @@ public:
     void setSelectedActivity(qint32 activityID) override
     {
         selectedActivities << activityID;
-        modGlobal::gActivityID = activityID;
+        m_session.content().activityID = activityID;
     }
     void LoadResources() override { }
     void UnloadResources() override { }
     void setToggleChecked(Toggle, bool) override { }
 
     QList<qint32> selectedActivities;
-    QWidget m_window;
+
+private:
+    Session &m_session;
 };
 
 } // namespace
@@ -55,14 +63,16 @@ class tst_frmNewFirst : public QObject
     QPointer<frmNewFirst> m_form;
     FakeShell *m_shell = nullptr;
     int m_factoryCalls = 0;
-    int m_ends = 0;
-    QStringList m_boxes;
+    std::unique_ptr<testing::TestSession> m_s;
+    Session &session() { return *m_s; }
+
+    QStringList boxes() const { return testing::boxTexts(*m_s->host); }
 
     frmNewFirst *form() const { return m_form.data(); }
 
     void openForm()
     {
-        m_form = new frmNewFirst;
+        m_form = new frmNewFirst(session());
         m_form->show();
         QVERIFY(QTest::qWaitForWindowExposed(m_form.data()));
     }
@@ -131,22 +141,16 @@ private slots:
 
     void init()
     {
-        modGlobal::gDatabase = content::Database::OpenDatabase(m_path);
-        modGlobal::gDatabaseTitle = QStringLiteral("Αρχαία Αθήνα");
-        modGlobal::gScenarioID = 0;
-        modGlobal::gActivityID = 0;
+        m_s = std::make_unique<testing::TestSession>();
+        session().content().database = content::Database::OpenDatabase(m_path);
+        session().content().databaseTitle = QStringLiteral("Αρχαία Αθήνα");
+        session().content().scenarioID = 0;
+        session().content().activityID = 0;
         m_factoryCalls = 0;
-        m_ends = 0;
-        m_boxes.clear();
-        m_shell = new FakeShell;
-        ShellWindow::setFactory([this]() -> ShellWindow * {
+        m_shell = new FakeShell(session());
+        session().setWindowFactory(Session::Window::Shell, [this](Session &) -> QWidget * {
             ++m_factoryCalls;
             return m_shell;
-        });
-        modGlobal::setEndHook([this] { ++m_ends; });
-        platform::setMsgBoxHook([this](const QString &text, int, const QString &) {
-            m_boxes << text;
-            return int(platform::vbOK);
         });
         openForm();
     }
@@ -154,14 +158,11 @@ private slots:
     void cleanup()
     {
         delete m_form.data();
-        ShellWindow::clearCurrent(m_shell);
-        ShellWindow::setFactory({});
         delete m_shell;
         m_shell = nullptr;
-        modGlobal::setEndHook({});
-        platform::setMsgBoxHook({});
-        modGlobal::gDatabase.reset();
-        QVERIFY2(m_boxes.isEmpty(), qPrintable(m_boxes.join(u'\n')));
+        const QStringList shown = boxes();
+        m_s.reset();
+        QVERIFY2(shown.isEmpty(), qPrintable(shown.join(u'\n')));
     }
 
     // ---- load ----
@@ -211,8 +212,8 @@ private slots:
         QVERIFY(form()->List1->palette().color(QPalette::Base) != QColor(255, 247, 211));
         QCOMPARE(form()->cmdGo->toolTip(), QStringLiteral("Εμπρός"));
         QCOMPARE(form()->cmdExit->toolTip(), QStringLiteral("Επιστροφή"));
-        QCOMPARE(modGlobal::gTwipsPerPixelX, qint16(15));
-        QCOMPARE(modGlobal::gTwipsPerPixelY, qint16(15));
+        QCOMPARE(qint16(platform::TwipsPerPixelX), qint16(15));
+        QCOMPARE(qint16(platform::TwipsPerPixelY), qint16(15));
         QVERIFY(form()->testAttribute(Qt::WA_DeleteOnClose));
     }
 
@@ -241,7 +242,7 @@ private slots:
 
     void firstPaintIsSignalledOnce()
     {
-        QPointer<frmNewFirst> fresh = new frmNewFirst;
+        QPointer<frmNewFirst> fresh = new frmNewFirst(session());
         QSignalSpy painted(fresh.data(), &frmNewFirst::firstPainted);
         fresh->show();
         QVERIFY(QTest::qWaitForWindowExposed(fresh.data()));
@@ -351,7 +352,7 @@ private slots:
 
         QTest::mouseClick(form()->cmdGo, Qt::LeftButton);
         QCOMPARE(m_factoryCalls, 0);
-        QCOMPARE(modGlobal::gScenarioID, 0);
+        QCOMPARE(session().content().scenarioID, 0);
         QVERIFY(m_shell->selectedActivities.isEmpty());
         QVERIFY(form());
         QVERIFY(form()->isVisible());
@@ -508,22 +509,22 @@ private slots:
         const qint32 activity = form()->currentActivityID();
 
         QTest::mouseClick(form()->cmdGo, Qt::LeftButton);
-        QCOMPARE(modGlobal::gScenarioID, 10);
+        QCOMPARE(session().content().scenarioID, 10);
         QCOMPARE(m_shell->selectedActivities, QList<qint32> {activity});
-        QCOMPARE(modGlobal::gActivityID, activity);
+        QCOMPARE(session().content().activityID, activity);
         QVERIFY(m_shell->window()->isVisible());
         QTRY_VERIFY(!m_form);
     }
 
     void goWithoutShellOnlySetsTheScenario()
     {
-        ShellWindow::setFactory([this]() -> ShellWindow * {
+        session().setWindowFactory(Session::Window::Shell, [this](Session &) -> QWidget * {
             ++m_factoryCalls;
             return nullptr;
         });
         pickAthensAssembly();
         QTest::mouseClick(form()->cmdGo, Qt::LeftButton);
-        QCOMPARE(modGlobal::gScenarioID, 10);
+        QCOMPARE(session().content().scenarioID, 10);
         QCOMPARE(m_factoryCalls, 1);
         QVERIFY(m_form);
         QVERIFY(form()->isVisible());
@@ -539,7 +540,7 @@ private slots:
     void exitUnloadsAndEndsTheProgram()
     {
         QTest::mouseClick(form()->cmdExit, Qt::LeftButton);
-        QCOMPARE(m_ends, 1);
+        QCOMPARE(m_s->host->ends, 1);
         QTRY_VERIFY(!m_form);
         QCOMPARE(m_factoryCalls, 0);
     }

@@ -1,11 +1,13 @@
-#include "../support/msgboxrecorder.h"
+#include "../support/testsession.h"
 
 #include "shellcontent.h"
 
 #include <btn.h>
+#include <childwindows.h>
 #include <frmploigisi.h>
-#include <modglobal.h>
+#include <main_routine.h>
 #include <msgbox.h>
+#include <session.h>
 #include <shellwindow.h>
 
 #include <QAction>
@@ -27,9 +29,7 @@ public:
         : m_area(new QMdiArea)
     {
         setCentralWidget(m_area);
-        ShellWindow::setCurrent(this);
     }
-    ~RecordingShell() override { ShellWindow::clearCurrent(this); }
     QWidget *window() override { return this; }
     QMdiArea *mdiArea() override { return m_area; }
     int mnuListUBound() const override { return 1; }
@@ -52,15 +52,16 @@ class tst_frmPloigisi : public QObject
 {
     Q_OBJECT
 
-    testing::MsgBoxRecorder m_boxes;
+    std::unique_ptr<testing::TestSession> m_s;
+    Session &session() { return *m_s; }
     testing::ShellContent *m_content = nullptr;
     RecordingShell *m_shell = nullptr;
 
     frmPloigisi *openTree(qint32 activityID, qint32 scenarioID)
     {
-        modGlobal::gActivityID = activityID;
-        modGlobal::gScenarioID = scenarioID;
-        frmPloigisi *tree = frmPloigisi::defaultInstance(m_shell);
+        session().content().activityID = activityID;
+        session().content().scenarioID = scenarioID;
+        auto *tree = session().window<frmPloigisi>(Session::Window::Navigation);
         tree->show();
         return tree;
     }
@@ -74,22 +75,17 @@ class tst_frmPloigisi : public QObject
     }
 
 private slots:
-    void initTestCase()
-    {
-        m_content = new testing::ShellContent;
-        QVERIFY(m_content->open());
-    }
+    void initTestCase() { m_content = new testing::ShellContent; }
 
-    void cleanupTestCase()
-    {
-        delete m_content;
-        modGlobal::gDatabase.reset();
-    }
+    void cleanupTestCase() { delete m_content; }
 
     void init()
     {
-        m_boxes.install();
+        m_s = std::make_unique<testing::TestSession>();
+        QVERIFY(m_content->open(session()));
+        registerShellWindows(session());
         m_shell = new RecordingShell;
+        session().setWindow(Session::Window::Shell, m_shell);
         m_shell->show();
     }
 
@@ -97,7 +93,7 @@ private slots:
     {
         delete m_shell;
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-        platform::setMsgBoxHook({});
+        m_s.reset();
     }
 
     void captionAndColour()
@@ -147,7 +143,7 @@ private slots:
         QVERIFY(!tree->node(QStringLiteral("Sc31")));
         QVERIFY(!tree->node(QStringLiteral("Sc44")));
         QVERIFY(!tree->node(QStringLiteral("Ac140Sc44")));
-        QVERIFY(m_boxes.isEmpty());
+        QVERIFY(m_s->host->boxes.isEmpty());
     }
 
     void theShownActivitySelectedAndGoOff()
@@ -166,7 +162,7 @@ private slots:
         QVERIFY(!tree->TreeView1->currentItem());
         QCOMPARE(tree->PendingScenarioID(), 0);
         QVERIFY(!tree->cmdGo->isEnabled());
-        QVERIFY(m_boxes.isEmpty());
+        QVERIFY(m_s->host->boxes.isEmpty());
     }
 
     void anotherActivityTurnsGoOn()
@@ -273,10 +269,10 @@ private slots:
     {
         frmPloigisi *tree = openTree(101, 10);
         clickNode(tree, QStringLiteral("Ac40000Sc12"));
-        QCOMPARE(m_boxes.size(), 1);
-        QCOMPARE(m_boxes[0].text, QStringLiteral("Λάθος # 6\r\nΥπερχείλιση"));
-        QCOMPARE(m_boxes[0].style, 16);
-        QCOMPARE(m_boxes[0].title, QStringLiteral("Τρεμίδια"));
+        QCOMPARE(m_s->host->boxes.size(), 1);
+        QCOMPARE(m_s->host->boxes[0].text, QStringLiteral("Λάθος # 6\r\nΥπερχείλιση"));
+        QCOMPARE(m_s->host->boxes[0].style, 16);
+        QCOMPARE(m_s->host->boxes[0].title, QStringLiteral("Τρεμίδια"));
         QVERIFY(!tree->cmdGo->isEnabled());
     }
 
@@ -291,15 +287,15 @@ private slots:
         QCOMPARE(m_shell->calls,
             (QStringList {QStringLiteral("UnloadResources"), QStringLiteral("SelectedActivity=120"),
                 QStringLiteral("LoadResources")}));
-        QCOMPARE(modGlobal::gActivityID, 120);
-        QCOMPARE(modGlobal::gScenarioID, 12);
-        QVERIFY(m_boxes.isEmpty());
+        QCOMPARE(session().content().activityID, 120);
+        QCOMPARE(session().content().scenarioID, 12);
+        QVERIFY(m_s->host->boxes.isEmpty());
     }
 
     void theTreeIsMadeAfreshAfterItClosed()
     {
         QPointer<frmPloigisi> first = openTree(101, 10);
-        QCOMPARE(frmPloigisi::defaultInstance(m_shell), first.data());
+        QCOMPARE(session().window(Session::Window::Navigation), first.data());
         first->close();
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
         QVERIFY(!first);
@@ -311,8 +307,9 @@ private slots:
     {
         const QString path = QStringLiteral(TREMIDIA_FIXTURES_DIR "/content-jet4.mdb");
         QVERIFY2(QFileInfo::exists(path), qPrintable(QStringLiteral("missing test data file: ") + path));
-        std::unique_ptr<content::Database> course = std::move(modGlobal::gDatabase);
-        modGlobal::gDatabase = content::Database::OpenDatabase(path);
+        std::unique_ptr<content::Database> course
+            = std::exchange(session().content().database, content::Database::OpenDatabase(path));
+        lendContent(session());
 
         frmPloigisi *tree = openTree(120, 12);
         QCOMPARE(tree->TreeView1->topLevelItemCount(), 3);
@@ -325,7 +322,8 @@ private slots:
         QCOMPARE(tree->node(QStringLiteral("Ac101Sc10"))->text(0),
             QStringLiteral("Δραστηριότητα: Εντοπίστε στον χάρτη τους δήμους και τις τριττύες της Αττικής"));
         tree->close();
-        modGlobal::gDatabase = std::move(course);
+        session().content().database = std::move(course);
+        lendContent(session());
     }
 
     void treeFillsTheWindowAboveTheCentredGoButton()
@@ -337,7 +335,7 @@ private slots:
         QCOMPARE(tree->cmdGo->pos(), QPoint((300 - tree->cmdGo->width()) / 2, 420 - goHeight));
         tree->resize(20, 20);
         QCOMPARE(tree->TreeView1->height(), 0);
-        QVERIFY(m_boxes.isEmpty());
+        QVERIFY(m_s->host->boxes.isEmpty());
     }
 };
 

@@ -1,4 +1,4 @@
-#include "../support/msgboxrecorder.h"
+#include "../support/testsession.h"
 #include "samplecourse.h"
 
 #include <btn.h>
@@ -28,7 +28,8 @@ class tst_Keyboard : public QObject
 {
     Q_OBJECT
 
-    testing::MsgBoxRecorder m_boxes;
+    std::unique_ptr<testing::TestSession> m_s;
+    Session &session() { return *m_s; }
 
     static void key(int k, Qt::KeyboardModifiers modifiers = Qt::NoModifier)
     {
@@ -39,7 +40,7 @@ class tst_Keyboard : public QObject
 
     MDIForm1 *openShell()
     {
-        auto *shell = static_cast<MDIForm1 *>(ShellWindow::instance());
+        auto *shell = qobject_cast<MDIForm1 *>(session().window(Session::Window::Shell));
         if (!shell->isVisible()) {
             shell->setSelectedActivity(1001);
             shell->show();
@@ -73,7 +74,13 @@ class tst_Keyboard : public QObject
     }
 
 private slots:
-    void initTestCase() { QVERIFY(testing::openSampleCourse()); }
+    void initTestCase()
+    {
+        m_s = std::make_unique<testing::TestSession>();
+        QVERIFY(testing::openSampleCourse(session()));
+    }
+
+    void cleanupTestCase() { m_s.reset(); }
 
     void pictureButtonsArePressedWithEnterAndSpace()
     {
@@ -137,7 +144,8 @@ private slots:
 
     void startScreenByKeysAlone()
     {
-        auto *screen = new frmNewFirst;
+        auto *screen = new frmNewFirst(session());
+        session().adopt(screen);
         screen->show();
         screen->activateWindow();
         QVERIFY(QTest::qWaitForWindowActive(screen));
@@ -177,14 +185,15 @@ private slots:
         QPointer<frmNewFirst> gone(screen);
         key(Qt::Key_Return);
         QTRY_VERIFY(!gone);
-        auto *shell = static_cast<MDIForm1 *>(ShellWindow::existing());
+        auto *shell = qobject_cast<MDIForm1 *>(session().window(Session::Window::Shell, false));
         QVERIFY(shell && shell->isVisible());
         QCOMPARE(shell->ActivityID(), first + 1);
     }
 
     void spaceChecksTheFirstScenarioRightAfterTab()
     {
-        auto *screen = new frmNewFirst;
+        auto *screen = new frmNewFirst(session());
+        session().adopt(screen);
         screen->show();
         screen->activateWindow();
         QVERIFY(QTest::qWaitForWindowActive(screen));
@@ -202,7 +211,8 @@ private slots:
 
     void enterDoesNothingBeforeThereIsAnActivity()
     {
-        auto *screen = new frmNewFirst;
+        auto *screen = new frmNewFirst(session());
+        session().adopt(screen);
         screen->show();
         screen->List2->setFocus(Qt::TabFocusReason);
         QPointer<frmNewFirst> still(screen);
@@ -304,8 +314,7 @@ private slots:
         MDIForm1 *shell = openShell();
         closeViewers(shell);
         shell->TlbMain_ButtonClick(QStringLiteral("SearchResources"));
-        frmSearchResources *search
-            = Session::current()->window<frmSearchResources>(Session::Window::SearchResources, false);
+        auto *search = session().window<frmSearchResources>(Session::Window::SearchResources, false);
         QVERIFY(search);
         search->cmbKeyWord->setCurrentIndex(0);
         QVERIFY(search->lvwResources->topLevelItemCount() > 0);
@@ -346,7 +355,7 @@ private slots:
             key(Qt::Key_Tab);
         QCOMPARE(text->rtbTextResource->SelStart(), text->locatedHotWord(comment)->First());
         key(Qt::Key_Return);
-        frmToolTips *tip = Session::current()->window<frmToolTips>(Session::Window::Tip, false);
+        frmToolTips *tip = session().window<frmToolTips>(Session::Window::Tip, false);
         QVERIFY(tip);
         QTRY_VERIFY(tip->isVisible());
         QCOMPARE(tip->TipText(), text->locatedHotWord(comment)->Comment());

@@ -1,16 +1,17 @@
-#include "../support/msgboxrecorder.h"
+#include "../support/testsession.h"
 
 #include "startscreencontent.h"
 
 #include <checklistview.h>
+#include <childwindows.h>
 #include <contentpath.h>
 #include <database.h>
 #include <frmnewfirst.h>
 #include <jetimportprogress.h>
 #include <main_routine.h>
-#include <modglobal.h>
 #include <msgbox.h>
 #include <runtimeerror.h>
+#include <session.h>
 
 #include <QApplication>
 #include <QFileInfo>
@@ -25,7 +26,8 @@ class tst_Main : public QObject
 {
     Q_OBJECT
 
-    testing::MsgBoxRecorder m_shown;
+    std::unique_ptr<testing::TestSession> m_s;
+    Session &session() { return *m_s; }
     QTemporaryDir m_dir;
 
     QString configHome() const { return m_dir.filePath(QStringLiteral("config")); }
@@ -59,12 +61,12 @@ class tst_Main : public QObject
     void expectOneErrorBox(const platform::RuntimeError &expected)
     {
         QVERIFY(expected.number() != 0);
-        QCOMPARE(m_shown.size(), 1);
-        QCOMPARE(m_shown[0].text,
+        QCOMPARE(m_s->host->boxes.size(), 1);
+        QCOMPARE(m_s->host->boxes[0].text,
             QStringLiteral("Λάθος # ") + QString::number(expected.number()) + QStringLiteral("\r\n")
                 + expected.description());
-        QCOMPARE(m_shown[0].style, 16);
-        QCOMPARE(m_shown[0].title, QStringLiteral("Τρεμίδια"));
+        QCOMPARE(m_s->host->boxes[0].style, 16);
+        QCOMPARE(m_s->host->boxes[0].title, QStringLiteral("Τρεμίδια"));
     }
 
 private slots:
@@ -77,19 +79,15 @@ private slots:
 
     void init()
     {
-        m_shown.install();
         QDir(configHome()).removeRecursively();
-        modGlobal::gDatabase.reset();
-        modGlobal::gDatabasePath.clear();
-        modGlobal::gDatabaseTitle.clear();
-        modGlobal::gDataFolder.clear();
+        m_s = std::make_unique<testing::TestSession>();
+        registerShellWindows(session());
     }
 
     void cleanup()
     {
         qDeleteAll(startScreens());
-        platform::setMsgBoxHook({});
-        modGlobal::gDatabase.reset();
+        m_s.reset();
     }
 
     void selectedDatabaseOpensAndStartScreenShows()
@@ -99,13 +97,13 @@ private slots:
         QCOMPARE(writeContent(path), QString());
         select(QStringLiteral("Το Αιγαίο στην αρχαιότητα"), path);
 
-        QVERIFY(Main());
-        QVERIFY(m_shown.isEmpty());
-        QCOMPARE(modGlobal::gDatabaseTitle, QStringLiteral("Το Αιγαίο στην αρχαιότητα"));
-        QCOMPARE(modGlobal::gDatabasePath, path);
-        QVERIFY(modGlobal::gDatabase);
-        QCOMPARE(modGlobal::gDataFolder, QFileInfo(path).path());
-        QVERIFY(!modGlobal::gDataFolder.endsWith(u'/'));
+        QVERIFY(Main(session()));
+        QVERIFY(m_s->host->boxes.isEmpty());
+        QCOMPARE(session().content().databaseTitle, QStringLiteral("Το Αιγαίο στην αρχαιότητα"));
+        QCOMPARE(session().content().databasePath, path);
+        QVERIFY(session().content().database);
+        QCOMPARE(session().content().dataFolder, QFileInfo(path).path());
+        QVERIFY(!session().content().dataFolder.endsWith(u'/'));
 
         const QList<frmNewFirst *> screens = startScreens();
         QCOMPARE(screens.size(), 1);
@@ -119,17 +117,17 @@ private slots:
         QVERIFY(writeSettings(configHome(), QStringLiteral("[Επιλεγμένη Βάση]\n")));
         const platform::RuntimeError expected = engineError(QString());
 
-        QVERIFY(!Main());
+        QVERIFY(!Main(session()));
         expectOneErrorBox(expected);
-        QVERIFY(modGlobal::gDatabasePath.isEmpty());
-        QVERIFY(!modGlobal::gDatabase);
+        QVERIFY(session().content().databasePath.isEmpty());
+        QVERIFY(!session().content().database);
         QVERIFY(startScreens().isEmpty());
     }
 
     void noSettingsFileAtAllEndsTheSameWay()
     {
         const platform::RuntimeError expected = engineError(QString());
-        QVERIFY(!Main());
+        QVERIFY(!Main(session()));
         expectOneErrorBox(expected);
         QVERIFY(startScreens().isEmpty());
     }
@@ -140,7 +138,7 @@ private slots:
         select(QStringLiteral("Χαμένη"), path);
         const platform::RuntimeError expected = engineError(path);
 
-        QVERIFY(!Main());
+        QVERIFY(!Main(session()));
         expectOneErrorBox(expected);
         QVERIFY(startScreens().isEmpty());
     }
@@ -155,7 +153,7 @@ private slots:
         select(QStringLiteral("Χαλασμένη"), path);
         const platform::RuntimeError expected = engineError(path);
 
-        QVERIFY(!Main());
+        QVERIFY(!Main(session()));
         expectOneErrorBox(expected);
         QVERIFY(startScreens().isEmpty());
     }
@@ -166,10 +164,10 @@ private slots:
         QCOMPARE(writeContent(path, "CREATE TABLE Other (x INTEGER);"), QString());
         select(QStringLiteral("Άδεια"), path);
 
-        QVERIFY(!Main());
-        QCOMPARE(m_shown.size(), 1);
-        QVERIFY(m_shown[0].text.startsWith(QStringLiteral("Λάθος # ")));
-        QCOMPARE(m_shown[0].style, 16);
+        QVERIFY(!Main(session()));
+        QCOMPARE(m_s->host->boxes.size(), 1);
+        QVERIFY(m_s->host->boxes[0].text.startsWith(QStringLiteral("Λάθος # ")));
+        QCOMPARE(m_s->host->boxes[0].style, 16);
         QVERIFY(startScreens().isEmpty());
     }
 
@@ -187,10 +185,10 @@ private slots:
             QSKIP("the root folder is not writable here");
         QCOMPARE(writeContent(path), QString());
         select(QStringLiteral("Στη ρίζα"), path);
-        const bool started = Main();
+        const bool started = Main(session());
         QFile::remove(path);
         QVERIFY(started);
-        QCOMPARE(modGlobal::gDataFolder, QStringLiteral("/"));
+        QCOMPARE(session().content().dataFolder, QStringLiteral("/"));
     }
 
     void jetFileOpensThroughTheImport()
@@ -200,14 +198,14 @@ private slots:
         const QByteArray before = fileHash(path);
         select(QStringLiteral("Αρχαία Ελλάδα"), path);
 
-        QVERIFY(Main());
-        QVERIFY(m_shown.isEmpty());
-        QCOMPARE(modGlobal::gDataFolder, QFileInfo(path).path());
+        QVERIFY(Main(session()));
+        QVERIFY(m_s->host->boxes.isEmpty());
+        QCOMPARE(session().content().dataFolder, QFileInfo(path).path());
         const QList<frmNewFirst *> screens = startScreens();
         QCOMPARE(screens.size(), 1);
         QCOMPARE(screens[0]->List2->count(), 3);
         QCOMPARE(CheckListView::key(screens[0]->List2->ListItems(1)).left(1), QStringLiteral("T"));
-        modGlobal::gDatabase.reset();
+        session().content().database.reset();
         QCOMPARE(fileHash(path), before);
     }
 
@@ -219,7 +217,7 @@ private slots:
         const QDateTime modified = QFileInfo(path).lastModified();
         select(QStringLiteral("Μόνο για ανάγνωση"), path);
 
-        QVERIFY(Main());
+        QVERIFY(Main(session()));
         frmNewFirst *screen = startScreens().value(0);
         QVERIFY(screen);
         QVERIFY(QTest::qWaitForWindowExposed(screen));
@@ -235,7 +233,7 @@ private slots:
             }
         }
         delete screen;
-        modGlobal::gDatabase.reset();
+        session().content().database.reset();
         QCOMPARE(fileHash(path), before);
         QCOMPARE(QFileInfo(path).lastModified(), modified);
         QVERIFY(!QFileInfo::exists(path + QStringLiteral("-journal")));

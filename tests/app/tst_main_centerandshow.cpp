@@ -1,8 +1,9 @@
 // CenterAndShow places a window in the middle of the main shell's client area, in twips,
 // without rounding until the move, and keeps negative positions as they come.
 
-#include <database.h>
-#include <modglobal.h>
+#include "../support/testsession.h"
+
+#include <session.h>
 #include <shellwindow.h>
 #include <twips.h>
 
@@ -13,16 +14,16 @@
 
 namespace {
 
-class ShellWithArea final : public ShellWindow
+class ShellWithArea final : public QMainWindow, public ShellWindow
 {
 public:
     ShellWithArea()
     {
         m_area = new QMdiArea;
-        m_window.setCentralWidget(m_area);
-        m_window.resize(400, 300);
+        setCentralWidget(m_area);
+        resize(400, 300);
     }
-    QWidget *window() override { return &m_window; }
+    QWidget *window() override { return this; }
     QMdiArea *mdiArea() override { return m_area; }
     int mnuListUBound() const override { return -1; }
     QAction *mnuList(int) override { return nullptr; }
@@ -32,7 +33,6 @@ public:
     void UnloadResources() override { }
     void setToggleChecked(Toggle, bool) override { }
 
-    QMainWindow m_window;
     QMdiArea *m_area;
 };
 
@@ -42,6 +42,7 @@ class tst_MainCenterAndShow : public QObject
 {
     Q_OBJECT
 
+    std::unique_ptr<testing::TestSession> m_s;
     ShellWithArea *m_shell = nullptr;
 
     static int expectedOffset(int areaPixels, int formPixels)
@@ -54,25 +55,26 @@ class tst_MainCenterAndShow : public QObject
 private slots:
     void init()
     {
+        m_s = std::make_unique<testing::TestSession>();
         m_shell = new ShellWithArea;
-        ShellWindow::setFactory([this]() -> ShellWindow * { return m_shell; });
+        Session &session = *m_s;
+        session.setWindowFactory(Session::Window::Shell, [this](Session &) -> QWidget * { return m_shell; });
         m_shell->window()->show();
         QVERIFY(QTest::qWaitForWindowExposed(m_shell->window()));
     }
 
     void cleanup()
     {
-        ShellWindow::clearCurrent(m_shell);
-        ShellWindow::setFactory({});
         delete m_shell;
         m_shell = nullptr;
+        m_s.reset();
     }
 
     void smallFormIsCentredInTheClientArea()
     {
         auto *form = new QWidget;
         form->setFixedSize(120, 80);
-        modGlobal::CenterAndShow(form);
+        CenterAndShow(*m_s, form);
         auto *sub = qobject_cast<QMdiSubWindow *>(form->parentWidget());
         QVERIFY(sub);
         QVERIFY(form->isVisible());
@@ -87,7 +89,7 @@ private slots:
     {
         auto *form = new QWidget;
         form->setFixedSize(900, 700);
-        modGlobal::CenterAndShow(form);
+        CenterAndShow(*m_s, form);
         auto *sub = qobject_cast<QMdiSubWindow *>(form->parentWidget());
         QVERIFY(sub);
         const QWidget *viewport = m_shell->mdiArea()->viewport();

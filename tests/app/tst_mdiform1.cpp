@@ -1,19 +1,21 @@
 #include "../support/deferreddeletes.h"
-#include "../support/msgboxrecorder.h"
+#include "../support/testsession.h"
 
 #include "../outside/recorder.h"
 #include "../viewing/fakeviewers.h"
 #include "shellcontent.h"
 
 #include <btn.h>
+#include <childwindows.h>
 #include <frmnewfirst.h>
 #include <frmploigisi.h>
 #include <frmsmallbutton.h>
 #include <launch.h>
+#include <main_routine.h>
 #include <mdiform1.h>
-#include <modglobal.h>
 #include <msgbox.h>
 #include <runtimeerror.h>
+#include <session.h>
 #include <tlb.h>
 #include <twips.h>
 
@@ -33,7 +35,8 @@ namespace {
 class StartScreen final : public QWidget
 {
 public:
-    StartScreen()
+    explicit StartScreen(Session &session)
+        : m_session(session)
     {
         setAttribute(Qt::WA_DeleteOnClose);
         ++created;
@@ -41,11 +44,14 @@ public:
     // What the start screen's go button does.
     void go(qint32 activityID)
     {
-        ShellWindow::instance()->setSelectedActivity(activityID);
-        ShellWindow::instance()->window()->show();
+        m_session.shell()->setSelectedActivity(activityID);
+        m_session.shell()->window()->show();
         close();
     }
     static inline int created = 0;
+
+private:
+    Session &m_session;
 };
 
 QList<QWidget *> visibleTopLevels()
@@ -72,14 +78,14 @@ class tst_MDIForm1 : public QObject
 {
     Q_OBJECT
 
-    testing::MsgBoxRecorder m_boxes;
+    std::unique_ptr<testing::TestSession> m_s;
+    Session &session() { return *m_s; }
     testing::ShellContent *m_content = nullptr;
-    int m_ends = 0;
     QByteArray m_path;
 
     MDIForm1 *openShell(qint32 activityID)
     {
-        auto *shell = static_cast<MDIForm1 *>(ShellWindow::instance());
+        auto *shell = qobject_cast<MDIForm1 *>(session().window(Session::Window::Shell));
         shell->setSelectedActivity(activityID);
         shell->show();
         return shell;
@@ -96,10 +102,6 @@ private slots:
     void initTestCase()
     {
         m_content = new testing::ShellContent;
-        QVERIFY(m_content->open());
-        MDIForm1::registerDefaultInstance();
-        MDIForm1::setStartScreenFactory([] { return new StartScreen; });
-        modGlobal::setEndHook([this] { ++m_ends; });
         m_path = qgetenv("PATH");
         // The mail tests bring a desktop of their own; the machine's plays no part.
         for (const char *name : {"XDG_CURRENT_DESKTOP", "DESKTOP_SESSION", "KDE_FULL_SESSION",
@@ -107,17 +109,16 @@ private slots:
             qunsetenv(name);
     }
 
-    void cleanupTestCase()
-    {
-        delete m_content;
-        modGlobal::gDatabase.reset();
-    }
+    void cleanupTestCase() { delete m_content; }
 
     void init()
     {
-        m_ends = 0;
-        m_boxes.install();
-        FakeViewer::registerAll(*Session::current());
+        m_s = std::make_unique<testing::TestSession>();
+        QVERIFY(m_content->open(session()));
+        registerShellWindows(session());
+        session().setWindowFactory(
+            Session::Window::StartScreen, [](Session &s) -> QWidget * { return new StartScreen(s); });
+        FakeViewer::registerAll(session());
         StartScreen::created = 0;
     }
 
@@ -130,8 +131,8 @@ private slots:
         for (QWidget *w : QApplication::topLevelWidgets())
             delete w;
         flushDeletes();
-        QCOMPARE(ShellWindow::existing(), nullptr);
-        platform::setMsgBoxHook({});
+        QCOMPARE(session().shell(false), nullptr);
+        m_s.reset();
     }
 
     void captionSizeAndNoMaximise()
@@ -143,7 +144,7 @@ private slots:
         QCOMPARE(shell->maximumSize(), QSize(800, 600));
         QVERIFY(!(shell->windowFlags() & Qt::WindowMaximizeButtonHint));
         QVERIFY(shell->windowFlags() & Qt::WindowMinimizeButtonHint);
-        QCOMPARE(ShellWindow::existing(), static_cast<ShellWindow *>(shell));
+        QCOMPARE(session().shell(false), static_cast<ShellWindow *>(shell));
     }
 
     void menuCaptionsAsTheProgramHasThem()
@@ -199,11 +200,11 @@ private slots:
 
     void selectedActivityBuildsTheQueryAndLoadsNothing()
     {
-        auto *shell = static_cast<MDIForm1 *>(ShellWindow::instance());
+        auto *shell = qobject_cast<MDIForm1 *>(session().window(Session::Window::Shell));
         QVERIFY(shell->ResourceSQL().isEmpty());
         shell->setSelectedActivity(113);
         QCOMPARE(shell->ActivityID(), 113);
-        QCOMPARE(modGlobal::gActivityID, 113);
+        QCOMPARE(session().content().activityID, 113);
         QCOMPARE(shell->ResourceSQL(),
             QStringLiteral(
                 "SELECT Activities.ActivityID, Resources.ResourceID, Resources.ResTypeID, Resources.PlaceID, "
@@ -283,7 +284,7 @@ private slots:
         QCOMPARE(shell->ResourceCount(), 0);
         QVERIFY(shell->mdiArea()->subWindowList().isEmpty());
         shell->UnloadResources();
-        QVERIFY(m_boxes.isEmpty());
+        QVERIFY(m_s->host->boxes.isEmpty());
     }
 
     void emptyActivityAfterAnotherKeepsTheCountAndUnloadsHarmlessly()
@@ -323,12 +324,12 @@ private slots:
         QFETCH(QString, file);
         const QString path = QStringLiteral(TREMIDIA_FIXTURES_DIR "/") + file;
         QVERIFY2(QFileInfo::exists(path), qPrintable(QStringLiteral("missing test data file: ") + path));
-        std::unique_ptr<content::Database> course = std::move(modGlobal::gDatabase);
-        modGlobal::gDatabase = content::Database::OpenDatabase(path);
+        std::unique_ptr<content::Database> course
+            = std::exchange(session().content().database, content::Database::OpenDatabase(path));
 
         const QList<QPair<qint32, QList<int>>> expected = {{101, {205, 250}}, {102, {201, 204, 204}},
             {103, {202, 208, 212, 221}}, {107, {211, 233}}, {120, {}}};
-        auto *shell = static_cast<MDIForm1 *>(ShellWindow::instance());
+        auto *shell = qobject_cast<MDIForm1 *>(session().window(Session::Window::Shell));
         shell->show();
         for (const auto &[activity, resources] : expected) {
             shell->UnloadResources();
@@ -342,10 +343,10 @@ private slots:
             std::sort(ids.begin(), ids.end());
             QCOMPARE(ids, resources);
         }
-        QVERIFY(m_boxes.isEmpty());
+        QVERIFY(m_s->host->boxes.isEmpty());
         shell->close();
         flushDeletes();
-        modGlobal::gDatabase = std::move(course);
+        session().content().database = std::move(course);
     }
 
     void menuExitReturnsToTheStartScreen()
@@ -356,7 +357,7 @@ private slots:
         flushDeletes();
         QVERIFY(!guard);
         QCOMPARE(StartScreen::created, 1);
-        QCOMPARE(m_ends, 0);
+        QCOMPARE(m_s->host->ends, 0);
         QCOMPARE(aliveTiles(), 0);
         QCOMPARE(visibleTopLevels().size(), 1);
         QVERIFY(dynamic_cast<StartScreen *>(visibleTopLevels().first()));
@@ -366,10 +367,10 @@ private slots:
     {
         MDIForm1 *shell = openShell(106);
         emit shell->TlbMain->ButtonClick(QStringLiteral("exit"));
-        QCOMPARE(m_ends, 1);
+        QCOMPARE(m_s->host->ends, 1);
         QCOMPARE(StartScreen::created, 1);
         flushDeletes();
-        QCOMPARE(ShellWindow::existing(), nullptr);
+        QCOMPARE(session().shell(false), nullptr);
     }
 
     void goingBackShowsOneStartScreen()
@@ -384,17 +385,17 @@ private slots:
             flushDeletes();
             QCOMPARE(StartScreen::created, 1);
             QCOMPARE(visibleTopLevels().size(), 1);
-            QCOMPARE(ShellWindow::existing(), nullptr);
+            QCOMPARE(session().shell(false), nullptr);
             for (QWidget *w : visibleTopLevels())
                 w->close();
             flushDeletes();
         }
-        QCOMPARE(m_ends, 0);
+        QCOMPARE(m_s->host->ends, 0);
     }
 
     void forwardAndBackTenTimesLeavesOneWindow()
     {
-        auto *start = new StartScreen;
+        auto *start = new StartScreen(session());
         start->show();
         for (int round = 0; round < 10; ++round) {
             const qint32 activity = round % 2 ? 113 : 107;
@@ -413,7 +414,7 @@ private slots:
             QCOMPARE(visibleTopLevels().size(), 1);
             QVERIFY(dynamic_cast<StartScreen *>(visibleTopLevels().first()));
             QCOMPARE(aliveTiles(), 0);
-            QCOMPARE(ShellWindow::existing(), nullptr);
+            QCOMPARE(session().shell(false), nullptr);
         }
         QCOMPARE(QApplication::topLevelWidgets().size() <= 2, true);
     }
@@ -440,7 +441,7 @@ private slots:
         for (qint32 activity : {106, 107}) {
             MDIForm1 *shell = openShell(activity);
             shell->mnuNotes->trigger();
-            QVERIFY(m_boxes.isEmpty());
+            QVERIFY(m_s->host->boxes.isEmpty());
             shell->close();
             flushDeletes();
         }
@@ -455,7 +456,8 @@ private slots:
 
         MDIForm1 *shell = openShell(101);
         shell->mnuNotes->trigger();
-        QVERIFY2(m_boxes.isEmpty(), m_boxes.isEmpty() ? "" : qPrintable(m_boxes[0].text));
+        QVERIFY2(m_s->host->boxes.isEmpty(),
+            m_s->host->boxes.isEmpty() ? "" : qPrintable(m_s->host->boxes[0].text));
         QTRY_VERIFY(QFileInfo::exists(argvFile));
         const QStringList argv = testing::readRecorded(argvFile);
         QCOMPARE(argv.size(), 2);
@@ -474,10 +476,10 @@ private slots:
         qputenv("PATH", "/nonexistent");
         MDIForm1 *shell = openShell(101);
         shell->mnuNotes->trigger();
-        QCOMPARE(m_boxes.size(), 1);
-        QCOMPARE(m_boxes[0].style, 16);
-        QCOMPARE(m_boxes[0].title, QStringLiteral("Τρεμίδια"));
-        QVERIFY(m_boxes[0].text.contains(QStringLiteral("επεξεργαστής κειμένου")));
+        QCOMPARE(m_s->host->boxes.size(), 1);
+        QCOMPARE(m_s->host->boxes[0].style, 16);
+        QCOMPARE(m_s->host->boxes[0].title, QStringLiteral("Τρεμίδια"));
+        QVERIFY(m_s->host->boxes[0].text.contains(QStringLiteral("επεξεργαστής κειμένου")));
     }
 
     void actionsDocumentThatIsMissingGivesTheBox()
@@ -488,9 +490,9 @@ private slots:
         qputenv("PATH", (bin.path() + QStringLiteral(":/usr/bin:/bin")).toUtf8());
         MDIForm1 *shell = openShell(113);
         shell->mnuNotes->trigger();
-        QCOMPARE(m_boxes.size(), 1);
-        QCOMPARE(m_boxes[0].style, 16);
-        QVERIFY(m_boxes[0].text.contains(QStringLiteral("Λείπει.odt")));
+        QCOMPARE(m_s->host->boxes.size(), 1);
+        QCOMPARE(m_s->host->boxes[0].style, 16);
+        QVERIFY(m_s->host->boxes[0].text.contains(QStringLiteral("Λείπει.odt")));
         QVERIFY(!QFileInfo::exists(bin.filePath(QStringLiteral("a"))));
     }
 
@@ -502,12 +504,12 @@ private slots:
         qunsetenv("XDG_CURRENT_DESKTOP");
         MDIForm1 *shell = openShell(101);
         emit shell->TlbMain->ButtonClick(QStringLiteral("e-mail"));
-        QCOMPARE(m_boxes.size(), 1);
-        QCOMPARE(m_boxes[0].text,
+        QCOMPARE(m_s->host->boxes.size(), 1);
+        QCOMPARE(m_s->host->boxes[0].text,
             QStringLiteral("Δεν μπορώ να βρώ κάποιο πρόγραμμα αποστολής e-mail\r\n"
                            "εγκατεστημένο στον υπολογιστή σας"));
-        QCOMPARE(m_boxes[0].style, 16);
-        QCOMPARE(m_boxes[0].title, QStringLiteral("Τρεμίδια"));
+        QCOMPARE(m_s->host->boxes[0].style, 16);
+        QCOMPARE(m_s->host->boxes[0].title, QStringLiteral("Τρεμίδια"));
     }
 
     void mailStartsTheRegisteredClient()
@@ -519,7 +521,7 @@ private slots:
 
         MDIForm1 *shell = openShell(101);
         emit shell->TlbMain->ButtonClick(QStringLiteral("e-mail"));
-        QVERIFY(m_boxes.isEmpty());
+        QVERIFY(m_s->host->boxes.isEmpty());
         QTRY_VERIFY(QFileInfo::exists(argvFile));
         QCOMPARE(testing::readRecorded(argvFile), QStringList());
     }
@@ -529,10 +531,10 @@ private slots:
         QDir(platform::applicationFolder() + QStringLiteral("/Network")).removeRecursively();
         MDIForm1 *shell = openShell(101);
         emit shell->TlbMain->ButtonClick(QStringLiteral("Network"));
-        QCOMPARE(m_boxes.size(), 1);
-        QVERIFY(m_boxes[0].text.startsWith(QStringLiteral("Λάθος # 53\r\n")));
-        QCOMPARE(m_boxes[0].style, 16);
-        QCOMPARE(m_boxes[0].title, QStringLiteral("Τρεμίδια"));
+        QCOMPARE(m_s->host->boxes.size(), 1);
+        QVERIFY(m_s->host->boxes[0].text.startsWith(QStringLiteral("Λάθος # 53\r\n")));
+        QCOMPARE(m_s->host->boxes[0].style, 16);
+        QCOMPARE(m_s->host->boxes[0].title, QStringLiteral("Τρεμίδια"));
     }
 
     void networkStartsTheConferenceProgram()
@@ -543,7 +545,7 @@ private slots:
         QVERIFY(testing::writeRecorder(folder + QStringLiteral("/conference.exe"), argvFile));
         MDIForm1 *shell = openShell(101);
         emit shell->TlbMain->ButtonClick(QStringLiteral("Network"));
-        QVERIFY(m_boxes.isEmpty());
+        QVERIFY(m_s->host->boxes.isEmpty());
         QTRY_VERIFY(QFileInfo::exists(argvFile));
         QCOMPARE(testing::readRecorded(argvFile), QStringList());
         QDir(folder).removeRecursively();
@@ -558,10 +560,10 @@ private slots:
             emit shell->TlbMain->ButtonClick(key);
         for (QAction *a : {shell->mnuMoys1, shell->mnuMous2, shell->mnufacilities, shell->mnuHelp})
             a->trigger();
-        QVERIFY(m_boxes.isEmpty());
+        QVERIFY(m_s->host->boxes.isEmpty());
         QVERIFY(shell->isVisible());
         QCOMPARE(shell->mdiArea()->subWindowList().size(), 6);
-        QCOMPARE(m_ends, 0);
+        QCOMPARE(m_s->host->ends, 0);
     }
 
     void navigationKeyOpensTheTree()
@@ -595,24 +597,21 @@ private slots:
 
     void unloadShowsTheRealStartScreen()
     {
-        MDIForm1::setStartScreenFactory({});
+        registerShellWindows(session());
         MDIForm1 *shell = openShell(101);
         shell->mnuExit->trigger();
         flushDeletes();
         QCOMPARE(visibleTopLevels().size(), 1);
         QVERIFY(qobject_cast<frmNewFirst *>(visibleTopLevels().first()));
-        MDIForm1::setStartScreenFactory([] { return new StartScreen; });
     }
 
     void togglesOpenAndCloseTheirWindowAndTheWindowKeepsTheMark()
     {
         QPointer<QWidget> notes;
-        MDIForm1::setChildWindowProvider(MDIForm1::ChildWindow::Notes, [&notes](bool create) -> QWidget * {
-            if (!notes && create) {
-                notes = new QWidget;
-                notes->setWindowTitle(QStringLiteral("Σημειώσεις"));
-                notes->resize(200, 150);
-            }
+        session().setWindowFactory(Session::Window::Notes, [&notes](Session &) -> QWidget * {
+            notes = new QWidget;
+            notes->setWindowTitle(QStringLiteral("Σημειώσεις"));
+            notes->resize(200, 150);
             return notes;
         });
         MDIForm1 *shell = openShell(101);
@@ -627,7 +626,7 @@ private slots:
         QVERIFY(shell->mnuStudNotes->isChecked());
         flushDeletes();
         QVERIFY(!notes || !notes->isVisible());
-        MDIForm1::setChildWindowProvider(MDIForm1::ChildWindow::Notes, {});
+        session().setWindowFactory(Session::Window::Notes, {});
 
         // Without the window's part in the program, a toggle does nothing.
         shell->mnuCatalogue->trigger();

@@ -1,11 +1,12 @@
 #include "../support/deferreddeletes.h"
-#include "../support/msgboxrecorder.h"
+#include "../support/testsession.h"
 #include "../viewing/fakeviewers.h"
 #include "shellcontent.h"
 
+#include <childwindows.h>
 #include <frmsmallbutton.h>
 #include <mdiform1.h>
-#include <modglobal.h>
+#include <session.h>
 #include <tlb.h>
 
 #include <QApplication>
@@ -31,7 +32,8 @@ QStringList &journal()
 class NotesStandIn final : public QWidget
 {
 public:
-    NotesStandIn()
+    explicit NotesStandIn(Session &session)
+        : m_session(session)
     {
         setAttribute(Qt::WA_DeleteOnClose);
         resize(240, 160);
@@ -43,7 +45,7 @@ protected:
     void showEvent(QShowEvent *event) override
     {
         QWidget::showEvent(event);
-        ShellWindow::existing()->setToggleChecked(ShellWindow::Toggle::StudNotes, true);
+        m_session.shell(false)->setToggleChecked(ShellWindow::Toggle::StudNotes, true);
     }
     void closeEvent(QCloseEvent *event) override
     {
@@ -54,13 +56,16 @@ protected:
             return;
         }
         // The shell must still stand when its child closes: the mark is cleared on it.
-        ShellWindow *shell = ShellWindow::existing();
+        ShellWindow *shell = m_session.shell(false);
         journal() << (shell ? QStringLiteral("notes closed in the shell")
                             : QStringLiteral("notes closed alone"));
         if (shell)
             shell->setToggleChecked(ShellWindow::Toggle::StudNotes, false);
         QWidget::closeEvent(event);
     }
+
+private:
+    Session &m_session;
 };
 
 class StartScreen final : public QWidget
@@ -79,14 +84,14 @@ class tst_MDIForm1Closing : public QObject
 {
     Q_OBJECT
 
-    testing::MsgBoxRecorder m_boxes;
+    std::unique_ptr<testing::TestSession> m_s;
+    Session &session() { return *m_s; }
     testing::ShellContent *m_content = nullptr;
     QPointer<NotesStandIn> m_notes;
-    int m_ends = 0;
 
     MDIForm1 *openShellWithNotesAndAViewer()
     {
-        auto *shell = static_cast<MDIForm1 *>(ShellWindow::instance());
+        auto *shell = qobject_cast<MDIForm1 *>(session().window(Session::Window::Shell));
         shell->setSelectedActivity(106);
         shell->show();
         shell->mnuStudNotes->trigger();
@@ -109,31 +114,22 @@ class tst_MDIForm1Closing : public QObject
     }
 
 private slots:
-    void initTestCase()
-    {
-        m_content = new testing::ShellContent;
-        QVERIFY(m_content->open());
-        MDIForm1::registerDefaultInstance();
-        MDIForm1::setStartScreenFactory([] { return new StartScreen; });
-        modGlobal::setEndHook([this] { ++m_ends; });
-        MDIForm1::setChildWindowProvider(MDIForm1::ChildWindow::Notes, [this](bool create) -> QWidget * {
-            if (!m_notes && create)
-                m_notes = new NotesStandIn;
-            return m_notes;
-        });
-    }
+    void initTestCase() { m_content = new testing::ShellContent; }
 
-    void cleanupTestCase()
-    {
-        delete m_content;
-        modGlobal::gDatabase.reset();
-    }
+    void cleanupTestCase() { delete m_content; }
 
     void init()
     {
-        m_boxes.install();
-        FakeViewer::registerAll(*Session::current());
-        m_ends = 0;
+        m_s = std::make_unique<testing::TestSession>();
+        QVERIFY(m_content->open(session()));
+        registerShellWindows(session());
+        session().setWindowFactory(
+            Session::Window::StartScreen, [](Session &) -> QWidget * { return new StartScreen; });
+        session().setWindowFactory(Session::Window::Notes, [this](Session &s) -> QWidget * {
+            m_notes = new NotesStandIn(s);
+            return m_notes;
+        });
+        FakeViewer::registerAll(session());
     }
 
     void cleanup()
@@ -146,7 +142,8 @@ private slots:
         for (QWidget *w : QApplication::topLevelWidgets())
             delete w;
         flushDeletes();
-        QCOMPARE(ShellWindow::existing(), nullptr);
+        QCOMPARE(session().shell(false), nullptr);
+        m_s.reset();
     }
 
     void everyWayOutClosesTheChildrenThroughTheirOwnClosing_data()
@@ -185,7 +182,7 @@ private slots:
         QCOMPARE(journal().count(QStringLiteral("notes closed in the shell")), 1);
         QCOMPARE(journal().count(QStringLiteral("notes closed alone")), 0);
         QCOMPARE(journal().count(QStringLiteral("start screen")), 1);
-        QCOMPARE(m_ends, ends);
+        QCOMPARE(m_s->host->ends, ends);
     }
 
     void theMarkIsClearedBeforeTheShellGoes()
@@ -231,7 +228,7 @@ private slots:
         flushDeletes();
         for (const QPointer<frmSmallButton> &tile : std::as_const(tiles))
             QVERIFY(!tile);
-        QCOMPARE(m_boxes.count(), 0);
+        QCOMPARE(m_s->host->boxes.count(), 0);
     }
 };
 

@@ -1,13 +1,16 @@
+#include "../support/testsession.h"
+#include "shownboxes.h"
 #include "shellcontent.h"
 
 #include <btn.h>
 #include <checklistview.h>
+#include <childwindows.h>
 #include <frmnewfirst.h>
 #include <frmploigisi.h>
 #include <frmsmallbutton.h>
 #include <mdiform1.h>
-#include <modglobal.h>
 #include <msgbox.h>
+#include <session.h>
 #include <tlb.h>
 
 #include <QApplication>
@@ -23,7 +26,10 @@ class tst_MDIForm1RoundTrip : public QObject
     Q_OBJECT
 
     testing::ShellContent m_content;
-    QStringList m_boxes;
+    std::unique_ptr<testing::TestSession> m_s = std::make_unique<testing::TestSession>();
+    Session &session() { return *m_s; }
+
+    QStringList boxes() const { return testing::boxTexts(*m_s->host); }
 
     static QList<QWidget *> visibleTopLevels()
     {
@@ -65,19 +71,17 @@ class tst_MDIForm1RoundTrip : public QObject
 private slots:
     void initTestCase()
     {
-        QVERIFY(m_content.open());
-        MDIForm1::registerDefaultInstance();
-        platform::setMsgBoxHook([this](const QString &text, int, const QString &) {
-            m_boxes << text;
-            return int(platform::vbOK);
-        });
+        QVERIFY(m_content.open(session()));
+        registerShellWindows(session());
     }
 
-    void cleanupTestCase() { modGlobal::gDatabase.reset(); }
+    void cleanupTestCase() { m_s.reset(); }
 
     void startShellTreeAndBackTenTimes()
     {
-        (new frmNewFirst)->show();
+        auto *first = new frmNewFirst(session());
+        session().adopt(first);
+        first->show();
         for (int round = 0; round < 10; ++round) {
             QCOMPARE(visibleTopLevels().size(), 1);
             auto *start = qobject_cast<frmNewFirst *>(visibleTopLevels().first());
@@ -94,7 +98,7 @@ private slots:
             QVERIFY(shell);
             QCOMPARE(shell->ResourceCount(), 13);
             QCOMPARE(aliveTiles(), 13);
-            QCOMPARE(modGlobal::gScenarioID, 10);
+            QCOMPARE(session().content().scenarioID, 10);
 
             emit shell->TlbMain->ButtonClick(QStringLiteral("Ploigisi"));
             frmPloigisi *tree = shell->findChild<frmPloigisi *>();
@@ -107,7 +111,7 @@ private slots:
             settle();
             QCOMPARE(shell->ResourceCount(), 7);
             QCOMPARE(aliveTiles(), 7);
-            QCOMPARE(modGlobal::gActivityID, 107);
+            QCOMPARE(session().content().activityID, 107);
 
             if (round % 2)
                 shell->mnuPrev->trigger();
@@ -115,11 +119,11 @@ private slots:
                 shell->mnuExit->trigger();
             settle();
             QCOMPARE(aliveTiles(), 0);
-            QCOMPARE(ShellWindow::existing(), nullptr);
+            QCOMPARE(session().shell(false), nullptr);
         }
         QCOMPARE(visibleTopLevels().size(), 1);
         QVERIFY(qobject_cast<frmNewFirst *>(visibleTopLevels().first()));
-        QVERIFY2(m_boxes.isEmpty(), qPrintable(m_boxes.join(u'|')));
+        QVERIFY2(boxes().isEmpty(), qPrintable(boxes().join(u'|')));
     }
 };
 

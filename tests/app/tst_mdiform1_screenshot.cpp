@@ -1,9 +1,10 @@
+#include "../support/testsession.h"
 #include "shellcontent.h"
 
+#include <childwindows.h>
 #include <frmsmallbutton.h>
 #include <mdiform1.h>
-#include <modglobal.h>
-#include <msgbox.h>
+#include <session.h>
 
 #include <QDir>
 #include <QMdiArea>
@@ -17,21 +18,22 @@ class tst_MDIForm1Screenshot : public QObject
     Q_OBJECT
 
     testing::ShellContent m_content;
+    std::unique_ptr<testing::TestSession> m_s = std::make_unique<testing::TestSession>();
+    Session &session() { return *m_s; }
 
 private slots:
     void initTestCase()
     {
-        QVERIFY(m_content.open());
-        MDIForm1::registerDefaultInstance();
-        MDIForm1::setStartScreenFactory([] { return nullptr; });
-        platform::setMsgBoxHook([](const QString &, int, const QString &) { return int(platform::vbOK); });
+        QVERIFY(m_content.open(session()));
+        registerShellWindows(session());
+        session().setWindowFactory(Session::Window::StartScreen, [](Session &) { return nullptr; });
     }
 
-    void cleanupTestCase() { modGlobal::gDatabase.reset(); }
+    void cleanupTestCase() { m_s.reset(); }
 
     void shellWithThirteenTiles()
     {
-        auto *shell = static_cast<MDIForm1 *>(ShellWindow::instance());
+        auto *shell = qobject_cast<MDIForm1 *>(session().window(Session::Window::Shell));
         shell->setSelectedActivity(113);
         shell->show();
         QVERIFY(QTest::qWaitForWindowExposed(shell));

@@ -4,6 +4,7 @@
 
 #include "../speech/recordingspeaker.h"
 #include "../support/testsession.h"
+#include "shownboxes.h"
 #include "childwindows.h"
 #include "mdiform1.h"
 
@@ -14,7 +15,7 @@
 #include <frmresphoto.h>
 #include <frmtextresource.h>
 #include <frmtooltips.h>
-#include <modglobal.h>
+#include <main_routine.h>
 #include <msgbox.h>
 #include <readaloud.h>
 #include <richtextbox.h>
@@ -46,7 +47,7 @@ class tst_ReadAloudWindows : public QObject
 
     speech::ReadAloud &reader() { return m_session->reader(); }
     Session &session() { return m_session->session; }
-    QStringList m_boxes;
+    QStringList boxes() const { return testing::boxTexts(*m_session->session.host); }
 
     // The toolbar's key, pressed with the mouse.
     void pressSoundKey()
@@ -62,11 +63,28 @@ class tst_ReadAloudWindows : public QObject
 
     void showInShell(QWidget *child)
     {
-        modGlobal::CenterAndShow(child);
+        CenterAndShow(session(), child);
         auto *sub = qobject_cast<QMdiSubWindow *>(child->parentWidget());
         QVERIFY(sub);
         m_shell->area->setActiveSubWindow(sub);
         child->setFocus();
+    }
+
+    // A session with the shell on the sample's activity, and a speaker with or without an
+    // engine behind it.
+    void start(bool engine)
+    {
+        m_session = std::make_unique<testing::SpeakingSession>(engine);
+        m_speaker = m_session->speaker;
+        session().content().database = content::Database::OpenDatabase(SamplePath);
+        session().content().dataFolder = QFileInfo(SamplePath).absolutePath();
+        registerChildWindows(session());
+        session().setWindowFactory(Session::Window::StartScreen, [](Session &) { return nullptr; });
+        m_shell = new MDIForm1(session());
+        m_shell->setSelectedActivity(1001);
+        m_shell->show();
+        m_shell->activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(m_shell));
     }
 
 private slots:
@@ -74,33 +92,15 @@ private slots:
     {
         if (!QFileInfo::exists(SamplePath))
             QSKIP("the sample course is not built");
-        platform::setMsgBoxHook([this](const QString &text, int, const QString &) {
-            m_boxes << text;
-            return int(platform::vbOK);
-        });
-        modGlobal::gDatabase = content::Database::OpenDatabase(SamplePath);
-        modGlobal::gDataFolder = QFileInfo(SamplePath).absolutePath();
-        MDIForm1::registerDefaultInstance();
-        MDIForm1::setStartScreenFactory([] { return static_cast<QWidget *>(nullptr); });
-        registerChildWindows();
     }
 
-    void init()
-    {
-        m_session = std::make_unique<testing::SpeakingSession>();
-        m_speaker = m_session->speaker;
-        m_shell = new MDIForm1;
-        m_shell->setSelectedActivity(1001);
-        m_shell->show();
-        m_shell->activateWindow();
-        QVERIFY(QTest::qWaitForWindowActive(m_shell));
-    }
+    void init() { start(true); }
 
     void cleanup()
     {
         if (frmToolTips *tip = session().window<frmToolTips>(Session::Window::Tip, false))
             tip->close();
-        if (frmNotes *notes = frmNotes::open(session(), false))
+        if (auto *notes = session().window<frmNotes>(Session::Window::Notes, false))
             notes->NotesDirty = false;
         if (m_shell) {
             for (QMdiSubWindow *sub : m_shell->area->subWindowList())
@@ -108,14 +108,9 @@ private slots:
             delete m_shell;
         }
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        const QStringList shown = boxes();
         m_session.reset();
-        QVERIFY2(m_boxes.isEmpty(), qPrintable(m_boxes.join(u"; "_s)));
-    }
-
-    void cleanupTestCase()
-    {
-        modGlobal::gDatabase.reset();
-        platform::setMsgBoxHook({});
+        QVERIFY2(shown.isEmpty(), qPrintable(shown.join(u"; "_s)));
     }
 
     void theSoundKeyReadsTheWholeTextAndAgainStops()
@@ -161,7 +156,7 @@ private slots:
 
     void theIndexReadsItsExplanation()
     {
-        frmIndex *index = session().window<frmIndex>(Session::Window::Index, true);
+        auto *index = session().window<frmIndex>(Session::Window::Index);
         showInShell(index);
         index->DisplayHotword(u"Νάξος"_s, u"Το μεγαλύτερο νησί των Κυκλάδων."_s, QString());
         pressSoundKey();
@@ -170,7 +165,7 @@ private slots:
 
     void theNotepadReadsItsSelectionOrElseItsNote()
     {
-        frmNotes *notes = frmNotes::open(session(), true);
+        auto *notes = session().window<frmNotes>(Session::Window::Notes);
         showInShell(notes);
         notes->notes->setText(u"Πρώτη σημείωση. Δεύτερη σημείωση."_s);
         pressSoundKey();
@@ -199,8 +194,8 @@ private slots:
     void withoutAnEngineTheKeyStaysAndSaysSoOnce()
     {
         m_session.reset();
-        m_session = std::make_unique<testing::SpeakingSession>(false);
-        testing::RecordingSpeaker *mute = m_session->speaker;
+        start(false);
+        testing::RecordingSpeaker *mute = m_speaker;
         auto *viewer = new frmTextResource(session());
         viewer->setResourceID(101);
         viewer->Load();
@@ -208,8 +203,8 @@ private slots:
         pressSoundKey();
         pressSoundKey();
         QCOMPARE(mute->said, QStringList());
-        QCOMPARE(m_boxes, QStringList {speech::ReadAloud::noEngineMessage()});
-        m_boxes.clear();
+        QCOMPARE(boxes(), QStringList {speech::ReadAloud::noEngineMessage()});
+        m_session->session.host->boxes.clear();
     }
 };
 

@@ -4,7 +4,7 @@
 // program's logging categories on the way, since each line there is an error some routine
 // went past.
 
-#include "../support/msgboxrecorder.h"
+#include "../support/testsession.h"
 
 #include <checklistview.h>
 #include <childwindows.h>
@@ -12,7 +12,6 @@
 #include <frmnewfirst.h>
 #include <main_routine.h>
 #include <mdiform1.h>
-#include <modglobal.h>
 #include <session.h>
 #include <sourceviewer.h>
 #include <viewingwindows.h>
@@ -64,7 +63,8 @@ class tst_StartQuietly : public QObject
 {
     Q_OBJECT
 
-    testing::MsgBoxRecorder m_boxes;
+    std::unique_ptr<testing::TestSession> m_s;
+    Session &session() { return *m_s; }
     QPointer<frmNewFirst> m_screen;
 
     static QStringList takeLogged()
@@ -89,10 +89,8 @@ private slots:
             QSKIP("the sample course is not built");
         qputenv("XDG_CONFIG_HOME", config.toUtf8());
         previousHandler = qInstallMessageHandler(recordProgramMessages);
-        m_boxes.install();
-        MDIForm1::registerDefaultInstance();
-        registerChildWindows();
-        registerViewingWindows(*Session::current());
+        m_s = std::make_unique<testing::TestSession>();
+        registerChildWindows(session());
     }
 
     void cleanupTestCase()
@@ -101,7 +99,7 @@ private slots:
         for (QWidget *w : QApplication::topLevelWidgets())
             w->close();
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-        modGlobal::gDatabase.reset();
+        m_s.reset();
     }
 
     void cleanup()
@@ -109,15 +107,15 @@ private slots:
         const QStringList lines = takeLogged();
         QVERIFY2(lines.isEmpty(), qPrintable(lines.join(u'\n')));
         QStringList boxes;
-        for (const testing::ShownBox &box : std::as_const(m_boxes))
+        for (const testing::ShownBox &box : std::as_const(m_s->host->boxes))
             boxes << box.text;
-        m_boxes.clear();
+        m_s->host->boxes.clear();
         QVERIFY2(boxes.isEmpty(), qPrintable(boxes.join(u'\n')));
     }
 
     void theProgramStartsOnTheSample()
     {
-        QVERIFY(Main());
+        QVERIFY(Main(session()));
         m_screen = startScreen();
         QVERIFY(m_screen);
         QVERIFY(QTest::qWaitForWindowExposed(m_screen));
@@ -193,7 +191,7 @@ private slots:
         clickBox(m_screen->List1, 1);
         QVERIFY(m_screen->cmdGo->isEnabled());
         QTest::keyClick(m_screen, Qt::Key_Return);
-        QTRY_VERIFY(ShellWindow::instance()->window()->isVisible());
+        QTRY_VERIFY(session().shell()->window()->isVisible());
         QTRY_VERIFY(!m_screen);
     }
 };

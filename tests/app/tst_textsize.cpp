@@ -5,12 +5,13 @@
 #include "../hotwords/paintedrtf.h"
 #include "../hotwords/testcontent.h"
 #include "../notepad/notestest.h"
+#include "../support/testsession.h"
 
 #include <frmindex.h>
 #include <frmnotes.h>
 #include <frmtextresource.h>
 #include <frmtooltips.h>
-#include <modglobal.h>
+#include <main_routine.h>
 #include <richtextbox.h>
 #include <session.h>
 #include <textzoom.h>
@@ -60,15 +61,17 @@ class tst_TextSize : public QObject
 
     QTemporaryDir m_dir;
     QTemporaryDir m_config;
-    testing::TestSession m_session;
     testing::NotesShell *m_shell = nullptr;
+    std::unique_ptr<testing::TestSession> m_s = std::make_unique<testing::TestSession>();
+    Session &session() { return *m_s; }
 
     frmTextResource *openText()
     {
-        auto *viewer = new frmTextResource(*Session::current());
+        auto *viewer = new frmTextResource(session());
+        session().adopt(viewer);
         viewer->setResourceID(7);
         viewer->Load();
-        modGlobal::CenterAndShow(viewer);
+        CenterAndShow(session(), viewer);
         return viewer;
     }
 
@@ -94,16 +97,16 @@ private slots:
         b.textResource(7, u"naxos.rtf"_s, u"Ηρόδοτος, Ιστορίαι"_s);
         b.comment(1, u"Πέτρωμα της Νάξου"_s);
         b.commentLink(1, 7, u"σμύριδα"_s);
-        modGlobal::gDatabase = b.database();
-        modGlobal::gDataFolder = root;
+        session().content().database = b.database();
+        session().content().dataFolder = root;
     }
 
-    void cleanupTestCase() { modGlobal::gDatabase.reset(); }
+    void cleanupTestCase() { m_s.reset(); }
 
     void init()
     {
         TextZoom::instance().reset();
-        m_shell = new testing::NotesShell(m_session);
+        m_shell = new testing::NotesShell(session());
         m_shell->show();
         QVERIFY(QTest::qWaitForWindowExposed(m_shell));
     }
@@ -112,7 +115,7 @@ private slots:
     {
         if (frmToolTips *tip = Session::current()->window<frmToolTips>(Session::Window::Tip, false))
             tip->close();
-        if (frmNotes *notes = frmNotes::open(m_session, false))
+        if (frmNotes *notes = frmNotes::open(session(), false))
             notes->NotesDirty = false;
         delete m_shell;
         m_shell = nullptr;
@@ -194,8 +197,8 @@ private slots:
 
     void theIndexsExplanationGrows()
     {
-        frmIndex *index = Session::current()->window<frmIndex>(Session::Window::Index, true);
-        modGlobal::CenterAndShow(index);
+        auto *index = session().window<frmIndex>(Session::Window::Index);
+        CenterAndShow(session(), index);
         index->DisplayHotword(u"Νάξος"_s, u"Νησί των Κυκλάδων, το μεγαλύτερο από όλα."_s, u""_s);
         const double normal = documentHeight(index->rtfExp);
         QTest::keyClick(index->rtfExp, Qt::Key_Plus, Qt::ControlModifier);

@@ -11,7 +11,6 @@
 #include <frmploigisi.h>
 #include <frmsmallbutton.h>
 #include <mdiform1.h>
-#include <modglobal.h>
 #include <tlb.h>
 
 #include <QBuffer>
@@ -35,7 +34,6 @@ class tst_DrawingKept : public QObject, public DrawingFixture
 
     ShellContent *m_content = nullptr;
     AnsweringBoxes m_boxes;
-    int m_ends = 0;
     int m_startScreens = 0;
 
     struct Opened
@@ -49,8 +47,8 @@ class tst_DrawingKept : public QObject, public DrawingFixture
     Opened openDrawnMap()
     {
         Opened o;
-        o.shell = static_cast<MDIForm1 *>(ShellWindow::instance());
-        modGlobal::gScenarioID = 10; // session: the shell's scenario, until it is the session's
+        o.shell = session().window<MDIForm1>(Session::Window::Shell);
+        session().content().scenarioID = 10;
         o.shell->setSelectedActivity(106);
         o.shell->show();
         o.tile = o.shell->Tiles().value(2);
@@ -69,7 +67,7 @@ class tst_DrawingKept : public QObject, public DrawingFixture
     static void leave(const Opened &o, const QString &way)
     {
         if (way == u"tree") {
-            frmPloigisi *tree = frmPloigisi::defaultInstance(o.shell);
+            auto *tree = o.shell->session().window<frmPloigisi>(Session::Window::Navigation);
             tree->show();
             QTreeWidgetItem *item = tree->node(QStringLiteral("Ac101Sc10"));
             QVERIFY(item);
@@ -102,31 +100,26 @@ class tst_DrawingKept : public QObject, public DrawingFixture
 private slots:
     void initTestCase()
     {
-        registerChildWindows();
+        beginSession();
+        registerChildWindows(session());
         m_content = new ShellContent;
-        QVERIFY(m_content->open());
-        // session: the shell's own start screen and end are still set here until the
-        // shell is the session's.
-        MDIForm1::registerDefaultInstance();
-        MDIForm1::setStartScreenFactory([this] {
+        QVERIFY(m_content->open(session()));
+        session().setWindowFactory(Session::Window::StartScreen, [this](Session &) {
             ++m_startScreens;
             return new QWidget;
         });
-        modGlobal::setEndHook([this] { ++m_ends; });
     }
 
     void cleanupTestCase()
     {
+        endSession();
         delete m_content;
-        // session: the shell's content is still modGlobal's until the shell is the session's.
-        modGlobal::gDatabase.reset();
     }
 
     void init()
     {
-        beginSession();
         m_boxes.install(host());
-        m_ends = 0;
+        host().ends = 0;
         m_startScreens = 0;
     }
 
@@ -140,8 +133,7 @@ private slots:
         for (QWidget *w : QApplication::topLevelWidgets())
             delete w;
         flushDeletes();
-        endSession();
-        QCOMPARE(ShellWindow::existing(), nullptr);
+        QCOMPARE(session().shell(false), nullptr);
     }
 
     void everyWayOfLeavingKeepsAChangedDrawingWhenTheQuestionIsCancelled_data()
@@ -204,8 +196,7 @@ private slots:
         QVERIFY(shell);
         QVERIFY(shell->isVisible());
         QCOMPARE(shell->ActivityID(), 106);
-        // session: the shell's activity, until it is the session's.
-        QCOMPARE(modGlobal::gActivityID, 106);
+        QCOMPARE(session().content().activityID, 106);
         for (const QPointer<frmSmallButton> &tile : std::as_const(tiles)) {
             QVERIFY(tile);
             QVERIFY(tile->isVisible());
@@ -213,8 +204,8 @@ private slots:
         QCOMPARE(shell->Tiles().value(2)->SourceForm(), drawing.data());
         QVERIFY(shell->Tiles().value(2)->SourceOpen());
         QCOMPARE(m_startScreens, 0);
-        QCOMPARE(m_ends, 0);
-        QCOMPARE(ShellWindow::existing(), shell.data());
+        QCOMPARE(host().ends, 0);
+        QCOMPARE(session().shell(false), shell.data());
     }
 
     void answeredNoTheTreeChangesTheActivityAsBefore()

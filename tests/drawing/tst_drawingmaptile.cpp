@@ -1,13 +1,13 @@
 // A map among the sources opens in the drawing window that the program registers, with
 // the map as its picture; the pupil draws on it, and closing it tells the tile.
 #include "../app/shellcontent.h"
+#include "../support/testsession.h"
 #include "drawingtesting.h"
 
 #include <childwindows.h>
 #include <drawingwindows.h>
 #include <frmsmallbutton.h>
 #include <mdiform1.h>
-#include <modglobal.h>
 #include <session.h>
 
 #include <QApplication>
@@ -27,24 +27,16 @@ class tst_DrawingMapTile : public QObject, public DrawingFixture
     ShellContent *m_content = nullptr;
 
 private slots:
-    void initTestCase()
-    {
-        registerChildWindows();
-        m_content = new ShellContent;
-        QVERIFY(m_content->open());
-    }
-
-    void cleanupTestCase()
-    {
-        delete m_content;
-        // session: the shell's content is still modGlobal's until the shell is the session's.
-        modGlobal::gDatabase.reset();
-    }
+    void initTestCase() { m_content = new ShellContent; }
+    void cleanupTestCase() { delete m_content; }
 
     void init()
     {
         beginSession();
-        registerDrawingWindows(session());
+        registerChildWindows(session());
+        // The shell only where a test stands it up.
+        session().setWindowFactory(Session::Window::Shell, {});
+        QVERIFY(m_content->open(session()));
         boxes.install(host());
     }
     void cleanup() { endSession(); }
@@ -109,11 +101,9 @@ private slots:
 
     void theShellsDrawingWindowComesAndGoesWithItsMenuCheck()
     {
-        // session: the shell's own start screen is still set here until the shell is the
-        // session's.
-        MDIForm1::registerDefaultInstance();
-        MDIForm1::setStartScreenFactory([] { return new QWidget; });
-        auto *shell = static_cast<MDIForm1 *>(ShellWindow::instance());
+        registerShellWindows(session());
+        session().setWindowFactory(Session::Window::StartScreen, [](Session &) { return new QWidget; });
+        auto *shell = session().window<MDIForm1>(Session::Window::Shell);
         shell->setSelectedActivity(101);
         shell->show();
         QVERIFY(QTest::qWaitForWindowExposed(shell));

@@ -9,7 +9,6 @@
 #include <childwindows.h>
 #include <database.h>
 #include <mdiform1.h>
-#include <modglobal.h>
 #include <session.h>
 
 #include <QDir>
@@ -30,32 +29,22 @@ inline void savePicture(QWidget *w, const QString &name)
     qInfo("picture: %s", qPrintable(file));
 }
 
-// Puts a content file in the session, and where the windows not yet handed the session
-// read it.
+// Puts a content file in the session.
 inline void openContent(Session &session, const QString &contentFile)
 {
     Session::Content &content = session.content();
     content.databasePath = contentFile;
     content.dataFolder = QFileInfo(contentFile).absolutePath();
     content.database = content::Database::OpenDatabase(contentFile);
-    // session: the shell, the viewers and the finding windows' opening of a source still
-    // read modGlobal; they go from here once those are handed the session.
-    modGlobal::gDatabasePath = content.databasePath;
-    modGlobal::gDataFolder = content.dataFolder;
-    modGlobal::gDatabase = content::Database::OpenDatabase(contentFile);
 }
 
 // Opens the sample in the session and shows its shell; null when the shell did not show.
 inline MDIForm1 *showSampleShell(Session &session)
 {
     openContent(session, sampleCoursePath);
-    // session: the shell is made by the session, and its start screen through it, once
-    // the shell takes the session; registerChildWindows then takes it too.
-    MDIForm1::registerDefaultInstance();
-    MDIForm1::setStartScreenFactory([] { return nullptr; });
-    registerChildWindows();
-    auto *shell = static_cast<MDIForm1 *>(ShellWindow::instance());
-    session.setWindow(Session::Window::Shell, shell);
+    registerChildWindows(session);
+    session.setWindowFactory(Session::Window::StartScreen, [](Session &) { return nullptr; });
+    auto *shell = session.window<MDIForm1>(Session::Window::Shell);
     shell->show();
     return QTest::qWaitForWindowExposed(shell) ? shell : nullptr;
 }
@@ -66,7 +55,6 @@ inline void endSampleShell(MDIForm1 *shell, std::unique_ptr<TestSession> &sessio
     if (shell)
         shell->close();
     session.reset();
-    modGlobal::gDatabase.reset(); // session: see openContent
 }
 
 } // namespace testing

@@ -8,7 +8,6 @@
 #include <childwindows.h>
 #include <frmsmallbutton.h>
 #include <mdiform1.h>
-#include <modglobal.h>
 #include <tlb.h>
 
 #include <QPointer>
@@ -23,11 +22,10 @@ class tst_NoteKept : public QObject, public NotesFixture
 
     ShellContent m_content;
     int m_startScreens = 0;
-    int m_ends = 0;
 
     MDIForm1 *openShellWithAChangedNote()
     {
-        auto *shell = static_cast<MDIForm1 *>(ShellWindow::instance());
+        auto *shell = session().window<MDIForm1>(Session::Window::Shell);
         shell->setSelectedActivity(106);
         shell->show();
         shell->TlbMain_ButtonClick(QStringLiteral("Notes"));
@@ -36,26 +34,17 @@ class tst_NoteKept : public QObject, public NotesFixture
     }
 
 private slots:
-    void initTestCase()
-    {
-        QVERIFY(m_content.open());
-        // session: the shell's own start screen and end are still set here until the
-        // shell is the session's.
-        MDIForm1::registerDefaultInstance();
-        MDIForm1::setStartScreenFactory([this] {
-            ++m_startScreens;
-            return new QWidget;
-        });
-        modGlobal::setEndHook([this] { ++m_ends; });
-        registerChildWindows();
-    }
-    // session: the shell's content is still modGlobal's until the shell is the session's.
-    void cleanupTestCase() { modGlobal::gDatabase.reset(); }
     void init()
     {
         beginSession();
+        QVERIFY(m_content.open(session()));
+        registerChildWindows(session());
+        session().setWindowFactory(Session::Window::StartScreen, [this](Session &) {
+            ++m_startScreens;
+            return new QWidget;
+        });
         m_startScreens = 0;
-        m_ends = 0;
+        host().ends = 0;
     }
     void cleanup()
     {
@@ -110,9 +99,9 @@ private slots:
         QVERIFY(shell->mnuStudNotes->isChecked());
         QVERIFY(guard);
         QVERIFY(shell->isVisible());
-        QCOMPARE(ShellWindow::existing(), shell);
+        QCOMPARE(session().shell(false), shell);
         QCOMPARE(m_startScreens, 0);
-        QCOMPARE(m_ends, 0);
+        QCOMPARE(host().ends, 0);
         for (const QPointer<frmSmallButton> &tile : shell->Tiles())
             QVERIFY(tile);
     }

@@ -3,11 +3,11 @@
 // for a person to look at.
 
 #include "../app/shellcontent.h"
+#include "../support/testsession.h"
 #include "notestest.h"
 
 #include <childwindows.h>
 #include <mdiform1.h>
-#include <modglobal.h>
 
 #include <QDir>
 #include <QFile>
@@ -26,25 +26,20 @@ class tst_NotesShell : public QObject, public NotesFixture
 
     MDIForm1 *openShell()
     {
-        auto *shell = static_cast<MDIForm1 *>(ShellWindow::instance());
+        auto *shell = session().window<MDIForm1>(Session::Window::Shell);
         shell->setSelectedActivity(113);
         shell->show();
         return shell;
     }
 
 private slots:
-    void initTestCase()
+    void init()
     {
-        QVERIFY(m_content.open());
-        // session: the shell's own start screen and end are still set here until the
-        // shell is the session's.
-        MDIForm1::registerDefaultInstance();
-        MDIForm1::setStartScreenFactory([] { return nullptr; });
-        registerChildWindows();
+        beginSession();
+        QVERIFY(m_content.open(session()));
+        registerChildWindows(session());
+        session().setWindowFactory(Session::Window::StartScreen, [](Session &) { return nullptr; });
     }
-    // session: the shell's content is still modGlobal's until the shell is the session's.
-    void cleanupTestCase() { modGlobal::gDatabase.reset(); }
-    void init() { beginSession(); }
     void cleanup()
     {
         closeAll(session());
@@ -89,10 +84,7 @@ private slots:
     void leavingTheShellAsksToSaveTheChangedNote()
     {
         QFETCH(QString, way);
-        int ends = 0;
-        // session: the shell's end, until it ends through the session's host.
-        modGlobal::setEndHook([&ends] { ++ends; });
-        const auto noEnd = qScopeGuard([] { modGlobal::setEndHook({}); });
+        const int endsBefore = host().ends;
         MDIForm1 *shell = openShell();
         QPointer<MDIForm1> guard(shell);
         shell->TlbMain_ButtonClick(QStringLiteral("Notes"));
@@ -121,7 +113,7 @@ private slots:
         QCOMPARE(boxes.first().title, QStringLiteral("Κλείσιμο Σημειωματαρίου"));
         QVERIFY(!frmNotes::open(session(), false));
         QVERIFY(!guard);
-        QCOMPARE(ends, way == u"exit" ? 1 : 0);
+        QCOMPARE(host().ends - endsBefore, way == u"exit" ? 1 : 0);
         QFile saved(file);
         QVERIFY(saved.open(QIODevice::ReadOnly));
         QVERIFY(saved.readAll().startsWith("{\\rtf1"));

@@ -20,6 +20,7 @@
 #include <picphoto.h>
 #include <recoverystore.h>
 #include <richtextbox.h>
+#include <session.h>
 
 #include <QApplication>
 #include <QElapsedTimer>
@@ -145,6 +146,8 @@ class tst_LostWork : public QObject
     Q_OBJECT
 
     QTemporaryDir m_state;
+    // The desktop's host: a test answers the real box.
+    Session m_session {std::make_unique<platform::DesktopHost>()};
     testing::ShellContent m_content;
     QString m_mapFile;
     // The running program, new for each test; a restart of its store is the next start.
@@ -159,12 +162,11 @@ private slots:
     void initTestCase()
     {
         qputenv("XDG_STATE_HOME", QFile::encodeName(m_state.path()));
-        QVERIFY(m_content.open());
+        QVERIFY(m_content.open(m_session));
         m_mapFile = m_state.filePath(QStringLiteral("map.png"));
         QVERIFY(mapPicture().save(m_mapFile, "PNG"));
-        MDIForm1::registerDefaultInstance();
-        MDIForm1::setStartScreenFactory([] { return new QWidget; });
-        registerChildWindows();
+        registerChildWindows(m_session);
+        m_session.setWindowFactory(Session::Window::StartScreen, [](Session &) { return new QWidget; });
     }
 
     void init()
@@ -296,7 +298,7 @@ private slots:
 
         // The next start asks, in Greek, and the pupil says yes.
         Answers yes(platform::vbYes);
-        lostwork::offer();
+        lostwork::offer(m_session);
         QCOMPARE(yes.texts.size(), 1);
         QVERIFY2(yes.texts[0].contains(QStringLiteral("το σημειωματάριο (kleisthenis.rtf)")),
             qPrintable(yes.texts[0]));
@@ -357,11 +359,11 @@ private slots:
         QVERIFY(program.waitForFinished(10000));
         {
             Answers no(platform::vbNo);
-            lostwork::offer();
+            lostwork::offer(m_session);
             QCOMPARE(no.texts.size(), 1);
         }
         Answers none(platform::vbYes);
-        lostwork::offer();
+        lostwork::offer(m_session);
         QVERIFY(none.texts.isEmpty());
     }
 
@@ -382,7 +384,7 @@ private slots:
         QVERIFY(plantNote(ended, QStringLiteral("notes-1"), LostNote, noteDescription()));
         if (how == u"cancel") {
             Answers cancel(platform::vbCancel);
-            lostwork::offer();
+            lostwork::offer(m_session);
             QCOMPARE(cancel.texts.size(), 1);
         } else {
             // The box itself, answered from the keyboard or by its window's frame.
@@ -405,7 +407,7 @@ private slots:
                     box->close();
             });
             answer.start();
-            lostwork::offer();
+            lostwork::offer(m_session);
             QVERIFY(QFileInfo::exists(ended + QStringLiteral("/notes-1.rtf")));
             QCOMPARE(buttons.size(), 3);
             QVERIFY(buttons.contains(QMessageBox::Cancel));
@@ -413,7 +415,7 @@ private slots:
         QVERIFY(QFileInfo::exists(ended + QStringLiteral("/notes-1.rtf")));
         store().restart();
         Answers again(platform::vbCancel);
-        lostwork::offer();
+        lostwork::offer(m_session);
         QCOMPARE(again.texts.size(), 1);
         QVERIFY(again.texts[0].contains(QStringLiteral("το σημειωματάριο (kleisthenis.rtf)")));
     }
@@ -431,7 +433,7 @@ private slots:
         testing::MsgBoxRecorder boxes;
         boxes.install();
         boxes.answers = {platform::vbOK, platform::vbCancel};
-        lostwork::offer();
+        lostwork::offer(m_session);
         QCOMPARE(boxes.size(), 2);
         QCOMPARE(boxes[0].style, int(platform::vbExclamation));
         QVERIFY2(
@@ -445,7 +447,7 @@ private slots:
         store().restart();
         boxes.install();
         boxes.answers = {platform::vbCancel};
-        lostwork::offer();
+        lostwork::offer(m_session);
         platform::setMsgBoxHook({});
         QCOMPARE(boxes.size(), 1);
         QVERIFY(boxes[0].text.contains(QStringLiteral("το σημειωματάριο")));
@@ -458,7 +460,7 @@ private slots:
         const QString ended = recoveryFolder() + QStringLiteral("/999-1");
         QVERIFY(plantNote(ended, QStringLiteral("notes-1"), LostNote, noteDescription().left(20)));
         Answers yes(platform::vbYes);
-        lostwork::offer();
+        lostwork::offer(m_session);
         QCOMPARE(yes.texts.size(), 1);
         QVERIFY(yes.texts[0].contains(QStringLiteral("το σημειωματάριο")));
         ShellWindow *shell = ShellWindow::instance();

@@ -114,7 +114,9 @@ private slots:
     void initTestCase()
     {
         m_content = new testing::ShellContent;
-        QVERIFY(m_content->open());
+        // Built once; each test opens it in a session of its own.
+        testing::TestSession builder;
+        QVERIFY(m_content->open(builder));
     }
 
     void cleanupTestCase() { delete m_content; }

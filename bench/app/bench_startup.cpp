@@ -9,6 +9,7 @@
 
 #include <childwindows.h>
 #include <frmnewfirst.h>
+#include <latethreads.h>
 #include <main_routine.h>
 #include <msgbox.h>
 #include <session.h>
@@ -55,11 +56,6 @@ int runOnce(int argc, char *argv[])
 {
     QApplication app(argc, argv);
     platform::installGreekTranslations(app);
-    platform::setMsgBoxHook([](const QString &text, int, const QString &) {
-        std::fprintf(stdout, "error %s\n", text.toUtf8().constData());
-        std::fflush(stdout);
-        return int(platform::vbOK);
-    });
 
     QElapsedTimer sinceMain;
     bool painted = false;
@@ -87,7 +83,18 @@ int runOnce(int argc, char *argv[])
     watcher.painted = &painted;
     app.installEventFilter(&watcher);
 
-    Session session(std::make_unique<platform::DesktopHost>());
+    // A box would wait for a hand; its text goes to the parent instead.
+    struct ReportingHost final : platform::DesktopHost
+    {
+        int messageBox(const QString &text, int, const QString &, QWidget *) override
+        {
+            std::fprintf(stdout, "error %s\n", text.toUtf8().constData());
+            std::fflush(stdout);
+            return platform::vbOK;
+        }
+    };
+    platform::LateThreads late;
+    Session session(std::make_unique<ReportingHost>(), late);
     registerShellWindows(session);
     sinceMain.start();
     if (!Main(session))

@@ -7,6 +7,7 @@
 #include <findingwindows.h>
 #include <frmsearchresources.h>
 #include <resourcesearch.h>
+#include <latethreads.h>
 #include <session.h>
 #include <sqliteconnection.h>
 
@@ -138,7 +139,8 @@ int main(int argc, char *argv[])
     QApplication app(argc, argv);
     QTextStream out(stdout);
 
-    Session session(std::make_unique<platform::DesktopHost>());
+    platform::LateThreads late;
+    Session session(std::make_unique<platform::DesktopHost>(), late);
     finding::registerFindingWindows(session);
     QElapsedTimer timer;
     timer.start();

@@ -8,6 +8,7 @@
 #include <msgbox.h>
 #include <notepadstate.h>
 #include <richtextbox.h>
+#include <latethreads.h>
 #include <session.h>
 
 #include <QApplication>
@@ -66,7 +67,8 @@ int main(int argc, char *argv[])
     QTemporaryDir dir;
     const QString file = dir.filePath(QStringLiteral("notes.rtf"));
     const QString pdf = dir.filePath(QStringLiteral("notes.pdf"));
-    Session session(std::make_unique<BenchHost>(file, pdf));
+    platform::LateThreads late;
+    Session session(std::make_unique<BenchHost>(file, pdf), late);
 
     frmNotes *form = frmNotes::open(session, true);
     form->show();

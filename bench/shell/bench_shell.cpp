@@ -2,6 +2,7 @@
 // (at the first entry and at a change of activity in the tree) and going away.
 
 #include "../../tests/app/shellcontent.h"
+#include "../../tests/support/testsession.h"
 
 #include <childwindows.h>
 #include <frmsmallbutton.h>
@@ -39,13 +40,13 @@ int main(int argc, char *argv[])
     if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
         qputenv("QT_QPA_PLATFORM", "offscreen");
     QApplication app(argc, argv);
-    Session session(std::make_unique<platform::DesktopHost>());
+    testing::TestSession recorded; // every box answered OK
+    Session &session = recorded;
     testing::ShellContent content;
     if (!content.open(session)) {
         std::fprintf(stderr, "could not build the course\n");
         return 1;
     }
-    platform::setMsgBoxHook([](const QString &, int, const QString &) { return int(platform::vbOK); });
     registerShellWindows(session);
     session.setWindowFactory(Session::Window::StartScreen, [](Session &) { return nullptr; });
 

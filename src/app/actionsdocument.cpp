@@ -1,6 +1,7 @@
 #include "actionsdocument.h"
 
 #include <contentpath.h>
+#include <host.h>
 #include <launch.h>
 #include <runtimeerror.h>
 
@@ -17,7 +18,8 @@ QString wordProcessorProgram()
     return platform::wordProcessorProgram();
 }
 
-void openCopyInWordProcessor(const QString &dataFolder, const QString &folderLiteral, const QString &fileName)
+void openCopyInWordProcessor(
+    platform::Host &host, const QString &dataFolder, const QString &folderLiteral, const QString &fileName)
 {
     const QString source = platform::contentPath(dataFolder, folderLiteral, fileName);
     if (!QFileInfo(source).isFile())
@@ -46,7 +48,7 @@ void openCopyInWordProcessor(const QString &dataFolder, const QString &folderLit
     // "-n" opens the file as a template: a new untitled document with its content, in
     // the module its format calls for (Writer for the assignments). "--writer" is left
     // out, since with it an office that is not running yet may add an empty document.
-    const platform::LaunchResult started = platform::launchDetached(program, {QStringLiteral("-n"), copy});
+    const platform::LaunchResult started = host.launch(program, {QStringLiteral("-n"), copy}, {});
     if (!started.started)
         throw platform::RuntimeError(platform::errors::CannotCreateObject, started.error);
 }

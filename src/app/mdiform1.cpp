@@ -358,7 +358,7 @@ void MDIForm1::OpenActionsDocument()
         if (document.isEmpty())
             return;
         actions::openCopyInWordProcessor(
-            m_session.content().dataFolder, QStringLiteral("\\Actions\\"), document);
+            m_session.host(), m_session.content().dataFolder, QStringLiteral("\\Actions\\"), document);
     } catch (const platform::RuntimeError &e) {
         platform::MsgBox(e.description(), platform::vbCritical, platform::ProgramTitle.toString());
     }

@@ -129,7 +129,7 @@ frmDrawing::frmDrawing(Session &session, QWidget *parent)
     , VS(new QScrollBar(Qt::Vertical, this))
     , cmD(session)
     , Recovery(new recovery::WorkKeeper(
-          QStringLiteral("drawing"), [this] { return unsavedWork(); }, this))
+          session.recovery(), QStringLiteral("drawing"), [this] { return unsavedWork(); }, this))
 {
     setObjectName(QStringLiteral("frmDrawing"));
     platform::useDesignedColours(this);

@@ -47,31 +47,12 @@ int screenDpi()
 
 } // namespace
 
-namespace {
-
-// session: bridge. The size the running session made.
-TextZoom *g_current = nullptr;
-
-} // namespace
-
-TextZoom &TextZoom::instance()
-{
-    if (!g_current)
-        qFatal("the text size was asked for with no session running");
-    return *g_current;
-}
-
 TextZoom::TextZoom()
     : m_percent(savedPercent())
 {
-    g_current = this;
 }
 
-TextZoom::~TextZoom()
-{
-    if (g_current == this)
-        g_current = nullptr;
-}
+TextZoom::~TextZoom() = default;
 
 QString TextZoom::settingsFile()
 {

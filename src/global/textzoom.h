@@ -28,10 +28,6 @@ public:
     ~TextZoom() override;
     Q_DISABLE_COPY_MOVE(TextZoom)
 
-    // session: bridge. The size of the session that runs, for the code that has not been
-    // handed its session yet.
-    static TextZoom &instance();
-
     int percent() const { return m_percent; }
     // Clamped to 100..300, saved, and given to every window that follows it.
     void setPercent(int percent);

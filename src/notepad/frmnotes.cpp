@@ -135,7 +135,7 @@ frmNotes::frmNotes(Session &session, QWidget *parent)
 
     notes->setOleDropManual(true);
     Recovery = new recovery::WorkKeeper(
-        QStringLiteral("notes"), [this] { return unsavedWork(); }, this);
+        m_session.recovery(), QStringLiteral("notes"), [this] { return unsavedWork(); }, this);
     connect(notes, &RichTextBox::Change, this, [this] {
         NotesDirty = true;
         Recovery->changed();

@@ -7,26 +7,9 @@
 
 namespace platform {
 
-namespace {
-
-Launcher &launcher()
-{
-    static Launcher current;
-    return current;
-}
-
-} // namespace
-
-void setLauncher(Launcher replacement)
-{
-    launcher() = std::move(replacement);
-}
-
 LaunchResult launchDetached(
     const QString &program, const QStringList &arguments, const QString &workingDirectory)
 {
-    if (launcher())
-        return launcher()(program, arguments, workingDirectory);
     LaunchResult result;
     QProcess process;
     process.setProgram(program);

@@ -3,7 +3,6 @@
 #include <QString>
 #include <QStringList>
 
-#include <functional>
 
 namespace platform {
 
@@ -18,12 +17,6 @@ struct LaunchResult
 
 LaunchResult launchDetached(
     const QString &program, const QStringList &arguments, const QString &workingDirectory = {});
-
-// Tests see what would start, and how often, without starting it: a launcher set here
-// answers every launchDetached() until it is cleared with an empty one.
-using Launcher = std::function<LaunchResult(
-    const QString &program, const QStringList &arguments, const QString &workingDirectory)>;
-void setLauncher(Launcher launcher);
 
 // A program by name on PATH, or by path; empty when there is none.
 QString findProgram(const QString &nameOrPath);

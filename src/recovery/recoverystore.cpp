@@ -27,9 +27,6 @@ constexpr qint64 LockLimit = 4096;
 // Later than this (the year 33658) a time in a description is damage.
 constexpr double LatestTime = 1e15;
 
-// session: bridge. The store the running session made.
-Store *g_current = nullptr;
-
 bool isDigits(QByteArrayView text)
 {
     return !text.isEmpty()
@@ -185,18 +182,6 @@ struct Store::Ended
     std::unique_ptr<QLockFile> lock;
 };
 
-Store &Store::instance()
-{
-    if (!g_current)
-        qFatal("the recovery store was asked for with no session running");
-    return *g_current;
-}
-
-Store *Store::current()
-{
-    return g_current;
-}
-
 QString Store::folder()
 {
     QString state = qEnvironmentVariable("XDG_STATE_HOME");
@@ -225,16 +210,11 @@ void Store::setDelayMs(int ms)
     m_delayMs = ms;
 }
 
-Store::Store()
-{
-    g_current = this;
-}
+Store::Store() = default;
 
 Store::~Store()
 {
     close();
-    if (g_current == this)
-        g_current = nullptr;
 }
 
 void Store::close()

@@ -60,11 +60,6 @@ public:
     Store(const Store &) = delete;
     Store &operator=(const Store &) = delete;
 
-    // session: bridge. The store of the session that runs, for the code that has not been
-    // handed its session yet; current() is null when no session runs.
-    static Store &instance();
-    static Store *current();
-
     // Lets go of this program's folder, left as it is, and starts anew at the next use as
     // a program started now would (tests play more than one program in one session).
     void restart();

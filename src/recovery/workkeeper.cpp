@@ -6,8 +6,10 @@
 
 namespace recovery {
 
-WorkKeeper::WorkKeeper(const QString &kind, std::function<std::optional<Work>()> unsaved, QObject *parent)
+WorkKeeper::WorkKeeper(
+    Store &store, const QString &kind, std::function<std::optional<Work>()> unsaved, QObject *parent)
     : QObject(parent)
+    , m_store(store)
     , m_kind(kind)
     , m_unsaved(std::move(unsaved))
 {
@@ -26,12 +28,10 @@ WorkKeeper::WorkKeeper(const QString &kind, std::function<std::optional<Work>()>
 
 Store *WorkKeeper::store()
 {
-    // session: bridge. The store of the session that runs, which ends after its windows;
-    // none where no session runs, and then no copies are kept.
-    Store *store = Store::current();
-    if (store && m_name.isEmpty())
-        m_name = m_kind + u'-' + QString::number(store->nextSerial());
-    return store;
+    // The session's store, which ends after its windows.
+    if (m_name.isEmpty())
+        m_name = m_kind + u'-' + QString::number(m_store.nextSerial());
+    return &m_store;
 }
 
 // The copy stays when the window goes without a save or a discard: the program is

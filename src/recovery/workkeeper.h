@@ -34,7 +34,7 @@ class WorkKeeper final : public QObject
 
 public:
     // `unsaved` gives the work, or nothing when there is nothing unsaved to keep.
-    WorkKeeper(const QString &kind, std::function<std::optional<Work>()> unsaved, QObject *parent);
+    WorkKeeper(Store &store, const QString &kind, std::function<std::optional<Work>()> unsaved, QObject *parent);
     ~WorkKeeper() override;
     Q_DISABLE_COPY_MOVE(WorkKeeper)
 
@@ -60,6 +60,7 @@ public:
 private:
     Store *store();
 
+    Store &m_store;
     QString m_kind;
     QString m_name; // given by the store at its first use
 

@@ -21,9 +21,6 @@
 
 namespace {
 
-// Only while windows are moved over to the session they are handed.
-Session *g_current = nullptr;
-
 // How long the end of a session waits for background work that was told to stop.
 constexpr int BackgroundStopMs = 500;
 // The most the end of a session waits for every service together: a closing program
@@ -54,7 +51,6 @@ Session::Session(std::unique_ptr<platform::Host> host, platform::LateThreads &la
     , m_mediaEngines(std::make_unique<media::Engines>(late))
 {
     m_recovery->setDelayMs(services.recoveryDelayMs);
-    g_current = this;
 }
 
 Session::~Session()
@@ -80,13 +76,6 @@ Session::~Session()
     m_recovery.reset();
     // 6. The content.
     m_content.database.reset();
-    if (g_current == this)
-        g_current = nullptr;
-}
-
-Session *Session::current()
-{
-    return g_current;
 }
 
 content::Database &Session::database()

@@ -59,9 +59,6 @@ public:
     Session(const Session &) = delete;
     Session &operator=(const Session &) = delete;
 
-    // The session that is running, while code that was not handed one yet still asks.
-    static Session *current();
-
     platform::Host &host() { return *m_host; }
 
     // --- The content -----------------------------------------------------------------

@@ -19,10 +19,6 @@ namespace {
 // one being read for this long.
 constexpr qint64 LeftWindowGraceMs = 1500;
 
-// session: bridge. The reader the running session made, while code that was not handed
-// the session still asks for it.
-ReadAloud *g_current = nullptr;
-
 bool isReadKey(const QKeyEvent *key)
 {
     return key->key() == Qt::Key_F9 && (key->modifiers() & ~Qt::KeypadModifier) == Qt::NoModifier;
@@ -41,27 +37,17 @@ QString readableTextOf(QWidget *widget)
     return {};
 }
 
-ReadAloud &ReadAloud::instance()
-{
-    if (!g_current)
-        qFatal("reading aloud was asked for with no session running");
-    return *g_current;
-}
-
 ReadAloud::ReadAloud(SpeakerFactory speaker, platform::LateThreads &late)
     : m_makeSpeaker(std::move(speaker))
     , m_late(late)
 {
     if (qApp)
         qApp->installEventFilter(this);
-    g_current = this;
 }
 
 ReadAloud::~ReadAloud()
 {
     leave(std::chrono::milliseconds(ThreadedSpeaker::ExitWaitMs));
-    if (g_current == this)
-        g_current = nullptr;
 }
 
 void ReadAloud::leave(std::chrono::milliseconds limit)

@@ -37,10 +37,6 @@ public:
     ~ReadAloud() override;
     Q_DISABLE_COPY_MOVE(ReadAloud)
 
-    // session: bridge. The reader of the session that runs, for the code that has not
-    // been handed its session yet.
-    static ReadAloud &instance();
-
     // Reads the active window's text, or stops when something is being read. A key
     // brings the widget it was pressed in, whose window is asked first.
     void toggle(QWidget *pressedIn = nullptr);

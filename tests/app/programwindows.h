@@ -310,8 +310,6 @@ inline void closeProgramWindows(Session &session, MDIForm1 *shell)
 // the text search's index in a cache folder of the test's own.
 class WindowsOnTheSample
 {
-    testing::TestSession m_session;
-
 public:
     Session &session() { return m_session; }
 

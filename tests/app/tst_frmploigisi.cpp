@@ -309,7 +309,6 @@ private slots:
         QVERIFY2(QFileInfo::exists(path), qPrintable(QStringLiteral("missing test data file: ") + path));
         std::unique_ptr<content::Database> course
             = std::exchange(session().content().database, content::Database::OpenDatabase(path));
-        lendContent(session());
 
         frmPloigisi *tree = openTree(120, 12);
         QCOMPARE(tree->TreeView1->topLevelItemCount(), 3);
@@ -323,7 +322,6 @@ private slots:
             QStringLiteral("Δραστηριότητα: Εντοπίστε στον χάρτη τους δήμους και τις τριττύες της Αττικής"));
         tree->close();
         session().content().database = std::move(course);
-        lendContent(session());
     }
 
     void treeFillsTheWindowAboveTheCentredGoButton()

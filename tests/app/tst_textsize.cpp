@@ -105,7 +105,7 @@ private slots:
 
     void init()
     {
-        TextZoom::instance().reset();
+        session().textZoom().reset();
         m_shell = new testing::NotesShell(session());
         m_shell->show();
         QVERIFY(QTest::qWaitForWindowExposed(m_shell));
@@ -113,14 +113,14 @@ private slots:
 
     void cleanup()
     {
-        if (frmToolTips *tip = Session::current()->window<frmToolTips>(Session::Window::Tip, false))
+        if (frmToolTips *tip = session().window<frmToolTips>(Session::Window::Tip, false))
             tip->close();
         if (frmNotes *notes = frmNotes::open(session(), false))
             notes->NotesDirty = false;
         delete m_shell;
         m_shell = nullptr;
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-        TextZoom::instance().reset();
+        session().textZoom().reset();
     }
 
     void theKeysGoFrom100To300AndBack()
@@ -129,27 +129,27 @@ private slots:
         RichTextBox *box = viewer->rtbTextResource;
         box->setFocus();
         QTest::keyClick(box, Qt::Key_Plus, Qt::ControlModifier);
-        QCOMPARE(TextZoom::instance().percent(), 125);
+        QCOMPARE(session().textZoom().percent(), 125);
         QTest::keyClick(box, Qt::Key_Equal, Qt::ControlModifier);
-        QCOMPARE(TextZoom::instance().percent(), 150);
+        QCOMPARE(session().textZoom().percent(), 150);
         for (int i = 0; i < 10; ++i)
             QTest::keyClick(box, Qt::Key_Plus, Qt::ControlModifier);
-        QCOMPARE(TextZoom::instance().percent(), 300);
+        QCOMPARE(session().textZoom().percent(), 300);
         QTest::keyClick(box, Qt::Key_Minus, Qt::ControlModifier);
-        QCOMPARE(TextZoom::instance().percent(), 275);
+        QCOMPARE(session().textZoom().percent(), 275);
         QTest::keyClick(box, Qt::Key_0, Qt::ControlModifier);
-        QCOMPARE(TextZoom::instance().percent(), 100);
+        QCOMPARE(session().textZoom().percent(), 100);
         QTest::keyClick(box, Qt::Key_Minus, Qt::ControlModifier);
-        QCOMPARE(TextZoom::instance().percent(), 100);
+        QCOMPARE(session().textZoom().percent(), 100);
     }
 
     void theCtrlWheelEnlargesAndReduces()
     {
         frmTextResource *viewer = openText();
         ctrlWheel(viewer->rtbTextResource->viewport(), 120);
-        QCOMPARE(TextZoom::instance().percent(), 125);
+        QCOMPARE(session().textZoom().percent(), 125);
         ctrlWheel(viewer->rtbTextResource->viewport(), -120);
-        QCOMPARE(TextZoom::instance().percent(), 100);
+        QCOMPARE(session().textZoom().percent(), 100);
     }
 
     void theViewersLettersGrowAndTheLinesWrapAnew()
@@ -158,23 +158,23 @@ private slots:
         RichTextBox *box = viewer->rtbTextResource;
         const double normal = documentHeight(box);
         const int width = box->viewport()->width();
-        TextZoom::instance().setPercent(300);
+        session().textZoom().setPercent(300);
         QVERIFY2(documentHeight(box) > 2.5 * normal,
             qPrintable(u"%1 against %2"_s.arg(documentHeight(box)).arg(normal)));
         // Wrapped within the box: no line runs out to the side.
         QVERIFY(box->document()->documentLayout()->documentSize().width() <= width + 1);
         QDir().mkpath(QStringLiteral(TREMIDIA_TEST_OUTPUT_DIR));
         viewer->grab().save(QStringLiteral(TREMIDIA_TEST_OUTPUT_DIR "/text_viewer_300.png"));
-        TextZoom::instance().reset();
+        session().textZoom().reset();
         QCOMPARE(documentHeight(box), normal);
     }
 
     void aHotWordClickedAt300StillOpensItsTip()
     {
-        TextZoom::instance().setPercent(300);
+        session().textZoom().setPercent(300);
         frmTextResource *viewer = openText();
         clickAt(viewer, 4);
-        frmToolTips *tip = Session::current()->window<frmToolTips>(Session::Window::Tip, false);
+        frmToolTips *tip = session().window<frmToolTips>(Session::Window::Tip, false);
         QVERIFY(tip);
         QCOMPARE(tip->TipText(), u"Πέτρωμα της Νάξου"_s);
         // The tip is written at the same size.
@@ -185,12 +185,12 @@ private slots:
     {
         frmTextResource *viewer = openText();
         clickAt(viewer, 4);
-        frmToolTips *tip = Session::current()->window<frmToolTips>(Session::Window::Tip, false);
+        frmToolTips *tip = session().window<frmToolTips>(Session::Window::Tip, false);
         QVERIFY(tip);
         const QSize normal = tip->size();
         QTest::keyClick(tip, Qt::Key_Plus, Qt::ControlModifier);
         QTest::keyClick(tip, Qt::Key_Plus, Qt::ControlModifier);
-        QCOMPARE(TextZoom::instance().percent(), 150);
+        QCOMPARE(session().textZoom().percent(), 150);
         QVERIFY(tip->isVisible());
         QVERIFY(tip->size().height() > normal.height());
     }
@@ -202,7 +202,7 @@ private slots:
         index->DisplayHotword(u"Νάξος"_s, u"Νησί των Κυκλάδων, το μεγαλύτερο από όλα."_s, u""_s);
         const double normal = documentHeight(index->rtfExp);
         QTest::keyClick(index->rtfExp, Qt::Key_Plus, Qt::ControlModifier);
-        QCOMPARE(TextZoom::instance().percent(), 125);
+        QCOMPARE(session().textZoom().percent(), 125);
         QVERIFY(documentHeight(index->rtfExp) > normal);
         index->close();
     }
@@ -230,7 +230,7 @@ private slots:
 
     void theSizeIsKeptForTheUser()
     {
-        TextZoom::instance().setPercent(200);
+        session().textZoom().setPercent(200);
         QCOMPARE(TextZoom::settingsFile(), m_config.filePath(u"tremidia/reading.conf"_s));
         QVERIFY(QFile::exists(TextZoom::settingsFile()));
         QCOMPARE(TextZoom::savedPercent(), 200);

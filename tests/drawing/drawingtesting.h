@@ -30,21 +30,19 @@
 
 namespace testing {
 
-// session: the shell is the process's current one (ShellWindow::setCurrent) until the
-// shell is the session's own window.
+// A shell for the drawing windows, the session's while it lives.
 class DrawingShell final : public QMainWindow, public ShellWindow
 {
 public:
-    DrawingShell()
+    explicit DrawingShell(Session &session)
         : m_area(new QMdiArea)
         , mnuDraw(new QAction(QStringLiteral("Χώρος σχεδίασης"), this))
     {
         setCentralWidget(m_area);
         resize(800, 600);
         mnuDraw->setCheckable(true);
-        ShellWindow::setCurrent(this);
+        session.setWindow(Session::Window::Shell, this);
     }
-    ~DrawingShell() override { ShellWindow::clearCurrent(this); }
     QWidget *window() override { return this; }
     QMdiArea *mdiArea() override { return m_area; }
     int mnuListUBound() const override { return -1; }

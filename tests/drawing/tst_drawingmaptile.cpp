@@ -43,7 +43,7 @@ private slots:
 
     void mapTileOpensADrawingWindowWithTheMapToDrawOn()
     {
-        DrawingShell shell;
+        DrawingShell shell(session());
         shell.show();
         QVERIFY(QTest::qWaitForWindowExposed(&shell));
         auto *tile = new frmSmallButton(session());

@@ -556,7 +556,7 @@ private slots:
 
     void everyWindowChecksTheMenuAndAnyClosingUnchecksIt()
     {
-        DrawingShell shell;
+        DrawingShell shell(session());
         auto *shellWindow = new frmDrawing(session());
         auto *tileA = new frmDrawing(session());
         auto *tileB = new frmDrawing(session());

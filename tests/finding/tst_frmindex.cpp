@@ -267,7 +267,7 @@ private slots:
     {
         frmIndex *index = open();
         index->tbs->setCurrentIndex(2);
-        QVERIFY(openIndexLink(0, u"Περικλής"_s, u"Εξήγηση."_s, u"pericles.png"_s));
+        QVERIFY(openIndexLink(session(), 0, u"Περικλής"_s, u"Εξήγηση."_s, u"pericles.png"_s));
         QCOMPARE(index->tbs->currentIndex(), 0);
         QCOMPARE(index->currentType(), 0);
         QCOMPARE(index->LvEnnoia->topLevelItemCount(), 4);

@@ -32,14 +32,14 @@
 
 namespace testing {
 
-// session: the shell is the process's current one (ShellWindow::setCurrent) until the
-// shell is the session's own window.
+// A shell for the notepad, the session's while it lives.
 class NotesShell final : public ViewerShell
 {
 public:
     explicit NotesShell(Session &session)
         : m_session(session)
     {
+        session.setWindow(Session::Window::Shell, this);
     }
 
     // Opens the notepad as the shell's toolbar key does: its one window, in a child frame.

@@ -3,7 +3,7 @@
 // offered at the next start and reopens, changed and unsaved, in the shell.
 
 #include "../app/shellcontent.h"
-#include "../support/msgboxrecorder.h"
+#include "../support/recordinghost.h"
 #include "../support/testsession.h"
 #include "lostcopies.h"
 
@@ -112,21 +112,29 @@ int editAndRunUntilKilled(const QString &mapFile)
     return QApplication::exec();
 }
 
-// Answers every message box with `answer` and keeps what they said.
+// Answers every message box of the host with `answer` and keeps what they said.
 struct Answers
 {
-    explicit Answers(int answer)
+    Answers(testing::RecordingHost &host, int answer)
+        : m_host(host)
     {
-        platform::setMsgBoxHook([this, answer](const QString &text, int style, const QString &) {
-            texts << text;
-            styles << style;
-            return answer;
-        });
+        host.otherwise = answer;
+        host.onBox = [this](const testing::ShownBox &box) {
+            texts << box.text;
+            styles << box.style;
+        };
     }
-    ~Answers() { platform::setMsgBoxHook({}); }
+    ~Answers()
+    {
+        m_host.otherwise = platform::vbOK;
+        m_host.onBox = {};
+    }
     Q_DISABLE_COPY_MOVE(Answers)
     QStringList texts;
     QList<int> styles;
+
+private:
+    testing::RecordingHost &m_host;
 };
 
 frmDrawing *drawingIn(QMdiArea *area, const QString &title)
@@ -146,8 +154,6 @@ class tst_LostWork : public QObject
     Q_OBJECT
 
     QTemporaryDir m_state;
-    // The desktop's host: a test answers the real box.
-    Session m_session {std::make_unique<platform::DesktopHost>()};
     testing::ShellContent m_content;
     QString m_mapFile;
     // The running program, new for each test; a restart of its store is the next start.
@@ -155,6 +161,7 @@ class tst_LostWork : public QObject
 
     Store &store() { return (*m_session)->recovery(); }
     Session &session() { return *m_session->session; }
+    testing::RecordingHost &host() { return *m_session->host; }
 
     QString recoveryFolder() const { return m_state.path() + QStringLiteral("/tremidia/recovery"); }
 
@@ -162,25 +169,25 @@ private slots:
     void initTestCase()
     {
         qputenv("XDG_STATE_HOME", QFile::encodeName(m_state.path()));
-        QVERIFY(m_content.open(m_session));
         m_mapFile = m_state.filePath(QStringLiteral("map.png"));
         QVERIFY(mapPicture().save(m_mapFile, "PNG"));
-        registerChildWindows(m_session);
-        m_session.setWindowFactory(Session::Window::StartScreen, [](Session &) { return new QWidget; });
     }
 
     void init()
     {
         QDir(recoveryFolder()).removeRecursively();
         m_session = std::make_unique<testing::TestSession>(Session::Services {{}, 200});
+        QVERIFY(m_content.open(session()));
+        registerChildWindows(session());
+        session().setWindowFactory(Session::Window::StartScreen, [](Session &) { return new QWidget; });
     }
 
     void cleanup()
     {
         {
             // Whatever is left open goes without saving.
-            Answers no(platform::vbNo);
-            if (ShellWindow *shell = ShellWindow::existing())
+            Answers no(host(), platform::vbNo);
+            if (ShellWindow *shell = session().shell(false))
                 shell->window()->close();
             if (frmNotes *notes = frmNotes::open(session(), false))
                 notes->close();
@@ -207,7 +214,7 @@ private slots:
         type(notes->notes, QStringLiteral(" δεύτερη"));
         QTRY_COMPARE_WITH_TIMEOUT(store().ownEntries().size(), 1, 3000);
         {
-            Answers no(platform::vbNo);
+            Answers no(host(), platform::vbNo);
             modEditor::FileNew(session());
         }
         QTest::qWait(400);
@@ -217,7 +224,7 @@ private slots:
         type(notes->notes, QStringLiteral("Τρίτη"));
         QTRY_COMPARE_WITH_TIMEOUT(store().ownEntries().size(), 1, 3000);
         {
-            Answers no(platform::vbNo);
+            Answers no(host(), platform::vbNo);
             notes->close();
             QCOMPARE(no.texts.size(), 1);
         }
@@ -256,7 +263,7 @@ private slots:
         drawing->picPhoto->setPicture(changed);
         QTRY_COMPARE_WITH_TIMEOUT(store().ownEntries().size(), 1, 3000);
         {
-            Answers no(platform::vbNo);
+            Answers no(host(), platform::vbNo);
             drawing->close();
             QCOMPARE(no.texts.size(), 1);
         }
@@ -297,8 +304,8 @@ private slots:
         QCOMPARE(program.exitStatus(), QProcess::CrashExit);
 
         // The next start asks, in Greek, and the pupil says yes.
-        Answers yes(platform::vbYes);
-        lostwork::offer(m_session);
+        Answers yes(host(), platform::vbYes);
+        lostwork::offer(session());
         QCOMPARE(yes.texts.size(), 1);
         QVERIFY2(yes.texts[0].contains(QStringLiteral("το σημειωματάριο (kleisthenis.rtf)")),
             qPrintable(yes.texts[0]));
@@ -309,7 +316,7 @@ private slots:
 
         // The work opens when the pupil goes into an activity.
         QVERIFY(!frmNotes::open(session(), false));
-        ShellWindow *shell = ShellWindow::instance();
+        ShellWindow *shell = session().shell();
         shell->setSelectedActivity(101);
         shell->window()->show();
         QTRY_VERIFY(frmNotes::open(session(), false) && frmNotes::open(session(), false)->isVisible());
@@ -336,7 +343,7 @@ private slots:
 
         // Closed with "Όχι" to the questions: nothing is kept any more.
         {
-            Answers no(platform::vbNo);
+            Answers no(host(), platform::vbNo);
             shell->window()->close();
             QApplication::processEvents();
             QCOMPARE(no.texts.size(), 2);
@@ -358,12 +365,12 @@ private slots:
         ::kill(pid_t(program.processId()), SIGKILL);
         QVERIFY(program.waitForFinished(10000));
         {
-            Answers no(platform::vbNo);
-            lostwork::offer(m_session);
+            Answers no(host(), platform::vbNo);
+            lostwork::offer(session());
             QCOMPARE(no.texts.size(), 1);
         }
-        Answers none(platform::vbYes);
-        lostwork::offer(m_session);
+        Answers none(host(), platform::vbYes);
+        lostwork::offer(session());
         QVERIFY(none.texts.isEmpty());
     }
 
@@ -383,12 +390,11 @@ private slots:
         const QString ended = recoveryFolder() + QStringLiteral("/999-1");
         QVERIFY(plantNote(ended, QStringLiteral("notes-1"), LostNote, noteDescription()));
         if (how == u"cancel") {
-            Answers cancel(platform::vbCancel);
-            lostwork::offer(m_session);
+            Answers cancel(host(), platform::vbCancel);
+            lostwork::offer(session());
             QCOMPARE(cancel.texts.size(), 1);
         } else {
             // The box itself, answered from the keyboard or by its window's frame.
-            platform::setMsgBoxHook({});
             platform::DesktopHost desktop;
             const platform::HostScope shown(desktop);
             QList<QMessageBox::StandardButton> buttons;
@@ -407,15 +413,15 @@ private slots:
                     box->close();
             });
             answer.start();
-            lostwork::offer(m_session);
+            lostwork::offer(session());
             QVERIFY(QFileInfo::exists(ended + QStringLiteral("/notes-1.rtf")));
             QCOMPARE(buttons.size(), 3);
             QVERIFY(buttons.contains(QMessageBox::Cancel));
         }
         QVERIFY(QFileInfo::exists(ended + QStringLiteral("/notes-1.rtf")));
         store().restart();
-        Answers again(platform::vbCancel);
-        lostwork::offer(m_session);
+        Answers again(host(), platform::vbCancel);
+        lostwork::offer(session());
         QCOMPARE(again.texts.size(), 1);
         QVERIFY(again.texts[0].contains(QStringLiteral("το σημειωματάριο (kleisthenis.rtf)")));
     }
@@ -430,10 +436,10 @@ private slots:
             testing::description(QStringLiteral("drawing"), QStringLiteral("drawing-1.png"),
                 {{QStringLiteral("fileName"), QStringLiteral("/home/pupil/xartis.bmp")}})));
         QVERIFY(plantNote(ended, QStringLiteral("notes-1"), LostNote, noteDescription()));
-        testing::MsgBoxRecorder boxes;
-        boxes.install();
-        boxes.answers = {platform::vbOK, platform::vbCancel};
-        lostwork::offer(m_session);
+        QList<testing::ShownBox> &boxes = host().boxes;
+        boxes.clear();
+        host().answers = {platform::vbOK, platform::vbCancel};
+        lostwork::offer(session());
         QCOMPARE(boxes.size(), 2);
         QCOMPARE(boxes[0].style, int(platform::vbExclamation));
         QVERIFY2(
@@ -445,10 +451,9 @@ private slots:
 
         // The next start asks about the note alone, and tells nothing more.
         store().restart();
-        boxes.install();
-        boxes.answers = {platform::vbCancel};
-        lostwork::offer(m_session);
-        platform::setMsgBoxHook({});
+        boxes.clear();
+        host().answers = {platform::vbCancel};
+        lostwork::offer(session());
         QCOMPARE(boxes.size(), 1);
         QVERIFY(boxes[0].text.contains(QStringLiteral("το σημειωματάριο")));
         QVERIFY(!boxes[0].text.contains(QStringLiteral("σχέδιο")));
@@ -459,11 +464,11 @@ private slots:
     {
         const QString ended = recoveryFolder() + QStringLiteral("/999-1");
         QVERIFY(plantNote(ended, QStringLiteral("notes-1"), LostNote, noteDescription().left(20)));
-        Answers yes(platform::vbYes);
-        lostwork::offer(m_session);
+        Answers yes(host(), platform::vbYes);
+        lostwork::offer(session());
         QCOMPARE(yes.texts.size(), 1);
         QVERIFY(yes.texts[0].contains(QStringLiteral("το σημειωματάριο")));
-        ShellWindow *shell = ShellWindow::instance();
+        ShellWindow *shell = session().shell();
         shell->setSelectedActivity(101);
         shell->window()->show();
         QTRY_VERIFY(frmNotes::open(session(), false) && frmNotes::open(session(), false)->isVisible());

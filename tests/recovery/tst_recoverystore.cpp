@@ -164,7 +164,7 @@ private slots:
     {
         QByteArray text = "first";
         WorkKeeper keeper(
-            QStringLiteral("notes"),
+            theStore(), QStringLiteral("notes"),
             [&] {
                 return std::optional(Work {text, QStringLiteral("rtf"), {}});
             },
@@ -195,7 +195,7 @@ private slots:
         qint64 version = 1;
         bool unsaved = true;
         WorkKeeper keeper(
-            QStringLiteral("drawing"),
+            theStore(), QStringLiteral("drawing"),
             [&]() -> std::optional<Work> {
                 if (!unsaved)
                     return std::nullopt;
@@ -546,7 +546,7 @@ private slots:
         g_warnings.clear();
         const QtMessageHandler previous = qInstallMessageHandler(&recordWarning);
         WorkKeeper keeper(
-            QStringLiteral("notes"),
+            theStore(), QStringLiteral("notes"),
             [] {
                 return std::optional(Work {"x", QStringLiteral("rtf"), {}});
             },

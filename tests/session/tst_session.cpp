@@ -279,7 +279,7 @@ void tst_Session::workOfAWindowStillOpenAtTheEndIsKeptForTheNextStart()
         auto *window = new QWidget;
         session.adopt(window);
         auto *keeper = new recovery::WorkKeeper(
-            QStringLiteral("notes"),
+            session.recovery(), QStringLiteral("notes"),
             [] {
                 return std::optional(recovery::Work {"{\\rtf1 unsaved}", QStringLiteral("rtf"), {}});
             },

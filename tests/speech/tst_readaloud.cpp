@@ -1,4 +1,3 @@
-#include "../support/msgboxrecorder.h"
 #include "recordingspeaker.h"
 #include "textwindow.h"
 
@@ -29,7 +28,7 @@ class tst_ReadAloud : public QObject
     testing::RecordingSpeaker *m_speaker = nullptr;
 
     speech::ReadAloud &reader() { return m_session->reader(); }
-    testing::MsgBoxRecorder m_boxes;
+    QList<testing::ShownBox> &boxes() { return m_session->session.host->boxes; }
     QPointer<TextWindow> m_window;
 
     TextWindow *showWindow(const QString &text)
@@ -43,14 +42,12 @@ private slots:
     {
         m_session = std::make_unique<testing::SpeakingSession>();
         m_speaker = m_session->speaker;
-        m_boxes.install();
     }
 
     void cleanup()
     {
         delete m_window;
         m_session.reset();
-        platform::setMsgBoxHook({});
     }
 
     void thePressReadsTheActiveWindowsWholeText()
@@ -188,10 +185,10 @@ private slots:
         reader().toggle();
         reader().toggle();
         QCOMPARE(mute->said, QStringList());
-        QCOMPARE(m_boxes.size(), 1);
-        QCOMPARE(m_boxes.first().text, speech::ReadAloud::noEngineMessage());
-        QCOMPARE(m_boxes.first().style, int(platform::vbInformation));
-        QCOMPARE(m_boxes.first().title, u"Τρεμίδια"_s);
+        QCOMPARE(boxes().size(), 1);
+        QCOMPARE(boxes().first().text, speech::ReadAloud::noEngineMessage());
+        QCOMPARE(boxes().first().style, int(platform::vbInformation));
+        QCOMPARE(boxes().first().title, u"Τρεμίδια"_s);
         QVERIFY(!reader().speaking());
     }
 
@@ -200,7 +197,7 @@ private slots:
         showWindow(u"   "_s);
         reader().toggle();
         QCOMPARE(m_speaker->said, QStringList());
-        QVERIFY(m_boxes.isEmpty());
+        QVERIFY(boxes().isEmpty());
     }
 };
 

@@ -1,4 +1,3 @@
-#include "../support/msgboxrecorder.h"
 #include "../support/testsession.h"
 #include "textwindow.h"
 
@@ -118,13 +117,13 @@ class tst_ReadAloudThread : public QObject
 {
     Q_OBJECT
 
-    testing::MsgBoxRecorder m_boxes;
     // Outlives the speaker, which cleanup() lets go of: the engine writes to it to the end.
     std::unique_ptr<EngineLog> m_log;
     std::unique_ptr<testing::TestSession> m_session;
     QPointer<TextWindow> m_window;
 
     speech::ReadAloud &reader() { return m_session->session->readAloud(); }
+    QList<testing::ShownBox> &boxes() { return m_session->host->boxes; }
 
     TextWindow *showWindow(const QString &text)
     {
@@ -145,14 +144,12 @@ private slots:
     void init()
     {
         m_log = std::make_unique<EngineLog>();
-        m_boxes.install();
     }
 
     void cleanup()
     {
         delete m_window;
         m_session.reset();
-        platform::setMsgBoxHook({});
     }
 
     void aWorkingEngineSpeaksOnItsOwnThreadAndStops()
@@ -181,7 +178,7 @@ private slots:
         QTest::keyClick(w->box, Qt::Key_F9);
         QTRY_COMPARE(log.saidSoFar().size(), 2);
         QCOMPARE(log.made.load(), 1);
-        QVERIFY(m_boxes.isEmpty());
+        QVERIFY(boxes().isEmpty());
     }
 
     void anEngineThatNeverAnswersFreezesNothing()
@@ -199,8 +196,8 @@ private slots:
         QTest::keyClick(w->box, Qt::Key_F9);
         // The press came back at once: the windows go on while the engine is asked.
         QVERIFY(ticks < 5);
-        QTRY_COMPARE(m_boxes.size(), 1);
-        QCOMPARE(m_boxes.first().text, speech::ReadAloud::noEngineMessage());
+        QTRY_COMPARE(boxes().size(), 1);
+        QCOMPARE(boxes().first().text, speech::ReadAloud::noEngineMessage());
         QVERIFY2(ticks >= 10, qPrintable(u"the clock ticked %1 times"_s.arg(ticks)));
         QVERIFY(!reader().speaking());
 
@@ -208,7 +205,7 @@ private slots:
         QTest::keyClick(w->box, Qt::Key_F9);
         QTest::keyClick(w->box, Qt::Key_F9);
         QTest::qWait(400);
-        QCOMPARE(m_boxes.size(), 1);
+        QCOMPARE(boxes().size(), 1);
         QCOMPARE(log.made.load(), 1);
         QVERIFY(!reader().speaking());
 
@@ -230,10 +227,10 @@ private slots:
         useEngine([] { return std::make_unique<MissingEngine>(); }, 10000);
         TextWindow *w = showWindow(u"κείμενο"_s);
         QTest::keyClick(w->box, Qt::Key_F9);
-        QTRY_COMPARE(m_boxes.size(), 1);
+        QTRY_COMPARE(boxes().size(), 1);
         QTest::keyClick(w->box, Qt::Key_F9);
         QTest::qWait(50);
-        QCOMPARE(m_boxes.size(), 1);
+        QCOMPARE(boxes().size(), 1);
         QVERIFY(!reader().speaking());
     }
 };

@@ -39,6 +39,7 @@ class RecordingHost final : public platform::Host
 public:
     QList<ShownBox> boxes;
     QList<int> answers; // platform::vbCancel, vbYes, ...
+    int otherwise = platform::vbOK; // the answer once `answers` has run out
     // Called with each box as it shows, before the answer is taken.
     std::function<void(const ShownBox &)> onBox;
 
@@ -69,7 +70,7 @@ public:
         boxes.append({text, style, title});
         if (onBox)
             onBox(boxes.constLast());
-        return answers.isEmpty() ? int(platform::vbOK) : answers.takeFirst();
+        return answers.isEmpty() ? otherwise : answers.takeFirst();
     }
 
     platform::LaunchResult launch(

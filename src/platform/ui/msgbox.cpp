@@ -7,25 +7,8 @@
 
 namespace platform {
 
-namespace {
-
-MsgBoxHook &hook()
-{
-    static MsgBoxHook instance;
-    return instance;
-}
-
-} // namespace
-
-void setMsgBoxHook(MsgBoxHook h)
-{
-    hook() = std::move(h);
-}
-
 int MsgBox(const QString &text, int style, const QString &title, QWidget *parent)
 {
-    if (hook())
-        return hook()(text, style, title);
     if (Host *host = Host::active())
         return host->messageBox(text, style, title, parent);
     return showMessageBox(text, style, title, parent);

@@ -3,7 +3,6 @@
 #include <QString>
 #include <QStringView>
 
-#include <functional>
 
 class QWidget;
 
@@ -33,13 +32,9 @@ enum MsgBoxResult : int {
 inline constexpr QStringView ProgramTitle = u"Τρεμίδια";
 
 // Shows a modal box and returns the button pressed. The title defaults to the
-// program's name.
+// program's name. The box goes through the running session's host (host.h): a test's
+// host answers it.
 int MsgBox(const QString &text, int style = vbOKOnly, const QString &title = ProgramTitle.toString(),
            QWidget *parent = nullptr);
-
-// Tests (and only tests) replace the modal dialog: the hook receives what would have
-// been shown and answers for the user. Passing an empty function restores the dialog.
-using MsgBoxHook = std::function<int(const QString &text, int style, const QString &title)>;
-void setMsgBoxHook(MsgBoxHook hook);
 
 } // namespace platform

@@ -13,7 +13,7 @@ class Database;
 // Builds the hot words of a text source from the content's link tables: all comments
 // first, then all index terms, each in the order the database gives them, with First
 // and Last still 0. The builder keeps nothing between calls; it is told the content
-// database and the data folder it reads, which the program keeps in modGlobal.
+// database and the data folder it reads, which the program keeps in its session.
 class clsTexts final
 {
 public:

@@ -44,9 +44,8 @@ void ensureFormat(QImage &image)
         return;
     if (image.format() != QImage::Format_RGB32)
         image = image.convertToFormat(QImage::Format_RGB32);
-    if (!image.isNull())
-        image.detach();
-    if (image.isNull())
+    // Asking for writable pixels makes the copy.
+    if (image.isNull() || !image.bits())
         throwOutOfMemory();
 }
 

@@ -98,6 +98,14 @@ class tst_MDIForm1 : public QObject
 
     QAction *menuAction(QMenu *menu, int index) { return menu->actions().at(index); }
 
+    // The programs the host is asked to start really start, so the test reads what they got.
+    void startProgramsForReal()
+    {
+        m_s->host->onLaunch = [](const testing::Launch &launch) {
+            return platform::launchDetached(launch.program, launch.arguments, launch.workingDirectory);
+        };
+    }
+
 private slots:
     void initTestCase()
     {
@@ -454,10 +462,7 @@ private slots:
         QVERIFY(testing::writeRecorder(bin.filePath(QStringLiteral("soffice")), argvFile));
         qputenv("PATH", (bin.path() + QStringLiteral(":/usr/bin:/bin")).toUtf8());
 
-        // The word processor the host starts is the recorder in PATH, really started.
-        m_s->host->onLaunch = [](const testing::Launch &launch) {
-            return platform::launchDetached(launch.program, launch.arguments, launch.workingDirectory);
-        };
+        startProgramsForReal(); // the word processor is the recorder in PATH
         MDIForm1 *shell = openShell(101);
         shell->mnuNotes->trigger();
         QCOMPARE(m_s->host->launches.size(), 1);
@@ -524,9 +529,11 @@ private slots:
         QVERIFY(
             testing::registerMailClient(home.path(), home.filePath(QStringLiteral("mail client")), argvFile));
 
+        startProgramsForReal();
         MDIForm1 *shell = openShell(101);
         emit shell->TlbMain->ButtonClick(QStringLiteral("e-mail"));
         QVERIFY(m_s->host->boxes.isEmpty());
+        QCOMPARE(m_s->host->launches.size(), 1);
         QTRY_VERIFY(QFileInfo::exists(argvFile));
         QCOMPARE(testing::readRecorded(argvFile), QStringList());
     }
@@ -548,9 +555,11 @@ private slots:
         QTemporaryDir out;
         const QString argvFile = out.filePath(QStringLiteral("argv.txt"));
         QVERIFY(testing::writeRecorder(folder + QStringLiteral("/conference.exe"), argvFile));
+        startProgramsForReal();
         MDIForm1 *shell = openShell(101);
         emit shell->TlbMain->ButtonClick(QStringLiteral("Network"));
         QVERIFY(m_s->host->boxes.isEmpty());
+        QCOMPARE(m_s->host->launches.size(), 1);
         QTRY_VERIFY(QFileInfo::exists(argvFile));
         QCOMPARE(testing::readRecorded(argvFile), QStringList());
         QDir(folder).removeRecursively();

@@ -7,14 +7,16 @@
 #include "../notepad/notestest.h"
 #include "../support/testsession.h"
 
+#include <findingwindows.h>
 #include <frmindex.h>
 #include <frmnotes.h>
 #include <frmtextresource.h>
 #include <frmtooltips.h>
-#include <main_routine.h>
+#include <notepadwindows.h>
 #include <richtextbox.h>
 #include <session.h>
 #include <textzoom.h>
+#include <viewingwindows.h>
 
 #include <QAbstractTextDocumentLayout>
 #include <QDir>
@@ -87,6 +89,9 @@ private slots:
     {
         // The user's settings go to a folder of the test's own.
         qputenv("XDG_CONFIG_HOME", m_config.path().toUtf8());
+        registerViewingWindows(session());
+        finding::registerFindingWindows(session());
+        registerNotepadWindows(session());
         const QString root = m_dir.path();
         QDir().mkpath(root + u"/piges"_s);
         QFile file(root + u"/piges/naxos.rtf"_s);

@@ -14,6 +14,7 @@
 #include <frmmediaplayer.h>
 #include <richtextbox.h>
 #include <session.h>
+#include <viewingwindows.h>
 #include <sqliteconnection.h>
 
 #include <QDir>
@@ -137,6 +138,7 @@ private slots:
     void init()
     {
         m_s = std::make_unique<testing::TestSession>();
+        registerViewingWindows(session());
         finding::registerFindingWindows(session());
         m_shell = new testing::ViewerShell;
         session().setWindow(Session::Window::Shell, m_shell);

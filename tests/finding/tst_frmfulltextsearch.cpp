@@ -40,7 +40,7 @@ class tst_frmFullTextSearch : public QObject
 private:
     std::unique_ptr<testing::TestSession> m_s;
     MDIForm1 *m_shell = nullptr;
-    QTemporaryDir m_cache;
+    std::unique_ptr<QTemporaryDir> m_cache; // each test's own, so each builds its index afresh
 
     Session &session() { return *m_s->session; }
     const QList<testing::ShownBox> &boxes() const { return m_s->host->boxes; }
@@ -79,19 +79,39 @@ private:
         search->parentWidget()->close();
     }
 
+    // The first opening, which builds the index; the window is closed again.
+    void buildIndex()
+    {
+        m_shell->mnuFullText->trigger();
+        frmFullTextSearch *search = shownSearch();
+        QVERIFY(search);
+        QTRY_VERIFY_WITH_TIMEOUT(search->indexReady(), 30000);
+        search->parentWidget()->close();
+    }
+
 private slots:
     void initTestCase()
     {
         if (!QFileInfo::exists(testing::sampleCoursePath))
             QSKIP("the sample course is not built");
-        QVERIFY(m_cache.isValid());
-        qputenv("XDG_CACHE_HOME", m_cache.path().toUtf8());
+    }
+
+    void init()
+    {
+        m_cache = std::make_unique<QTemporaryDir>();
+        QVERIFY(m_cache->isValid());
+        qputenv("XDG_CACHE_HOME", m_cache->path().toUtf8());
         m_s = std::make_unique<testing::TestSession>();
         m_shell = testing::showSampleShell(session());
         QVERIFY(m_shell);
     }
 
-    void cleanupTestCase() { testing::endSampleShell(m_shell, m_s); }
+    void cleanup()
+    {
+        testing::endSampleShell(m_shell, m_s);
+        m_shell = nullptr;
+        m_cache.reset();
+    }
 
     void theMenuOffersItBelowTheDatabaseSearch()
     {
@@ -116,7 +136,7 @@ private slots:
         QVERIFY(!search->indexReady());
         QTRY_VERIFY_WITH_TIMEOUT(search->indexReady(), 30000);
         QVERIFY(!search->prgIndex->isVisible());
-        QVERIFY(QDir(m_cache.path() + u"/tremidia"_s).entryList({u"fulltext-*.sqlite"_s}).size() == 1);
+        QVERIFY(QDir(m_cache->path() + u"/tremidia"_s).entryList({u"fulltext-*.sqlite"_s}).size() == 1);
 
         // Typed a letter at a time, as a Greek keyboard sends them.
         for (const QChar c : u"δηλος"_s)
@@ -172,6 +192,7 @@ private slots:
 
     void theMenuReopensItOnTheIndexAlreadyBuilt()
     {
+        buildIndex();
         m_shell->mnuFullText->trigger();
         frmFullTextSearch *search = shownSearch();
         QVERIFY(search);
@@ -185,6 +206,7 @@ private slots:
 
     void aDamagedIndexIsBuiltAgainWhenTheWindowOpens()
     {
+        buildIndex();
         const QString cache = fulltext::cacheFileFor(session().content().databasePath);
         QVERIFY(fulltext::isCurrent(session().content().databasePath));
         QVERIFY(!indexdamage::overwriteTermPostings(cache).isEmpty());
@@ -269,7 +291,7 @@ private slots:
                     warnings << line;
             }
         }
-        qputenv("XDG_CACHE_HOME", m_cache.path().toUtf8());
+        qputenv("XDG_CACHE_HOME", m_cache->path().toUtf8());
         QVERIFY(!results.isEmpty());
         QVERIFY(context.contains(u"<b>"_s));
         QCOMPARE(warnings.size(), 1);

@@ -4,10 +4,6 @@
 
 #include <QElapsedTimer>
 #include <QPainter>
-
-#ifdef FUZZING_BUILD_MODE_UNSAFE_FOR_PRODUCTION
-#include <sanitizer/common_interface_defs.h>
-#endif
 #include <QScopeGuard>
 
 #include <algorithm>
@@ -21,6 +17,9 @@
 #include <signal.h>
 #include <sys/wait.h>
 #include <unistd.h>
+#ifdef FUZZING_BUILD_MODE_UNSAFE_FOR_PRODUCTION
+#include <sanitizer/common_interface_defs.h>
+#endif
 
 extern "C" {
 #include <libwmf/api.h>
@@ -302,6 +301,9 @@ QByteArray drawnInChild(const std::function<QByteArray()> &draw, int limitMs)
         // A crash in here is the library's, and the parent's to see: the fuzzer's own
         // handling of it belongs to the parent alone.
         __sanitizer_set_death_callback([] { _exit(1); });
+        for (const int fatal : {SIGABRT, SIGBUS, SIGFPE, SIGILL})
+            signal(fatal, SIG_DFL);
+        signal(SIGPIPE, SIG_IGN);
 #endif
         const QByteArray bytes = draw();
         const char *p = bytes.constData();

@@ -181,7 +181,11 @@ QByteArray metafileForLibwmf(const QByteArray &wmf, bool *drawsRisky = nullptr)
                 return {};
         }
         if (function == 0) {
-            QByteArray copy = wmf;
+            // The end record is three words; libwmf goes on past a longer one, into
+            // records nobody looked at, so it gets nothing after the end.
+            if (words != 3)
+                return {};
+            QByteArray copy = wmf.left(end);
             for (int i = 0; i < 4; ++i)
                 copy[header + MaxRecordAt + i] = char((largest >> (8 * i)) & 0xFF);
             return copy;

@@ -332,6 +332,17 @@ public:
         return m_shell;
     }
 
+    // Opens the program's window of that number and waits until its frame (the window, or
+    // the shell's child window that holds it) is on screen; null when it did not open.
+    QWidget *openShown(int window)
+    {
+        QWidget *opened = programWindow(window).open(session(), m_shell);
+        if (!opened)
+            return nullptr;
+        QWidget *frame = frameOf(opened);
+        return QTest::qWaitForWindowExposed(frame->window()) ? frame : nullptr;
+    }
+
     // Closes every window but the shell; the texts of the boxes shown since the last time.
     QStringList closeAll()
     {

@@ -77,10 +77,8 @@ private slots:
     {
         QFETCH(int, window);
         const ProgramWindow program = programWindow(window);
-        QWidget *opened = program.open(m_windows.session(), m_shell);
-        QVERIFY2(opened, program.name);
-        QWidget *top = frameOf(opened);
-        QVERIFY(QTest::qWaitForWindowExposed(top->window()));
+        QWidget *top = m_windows.openShown(window);
+        QVERIFY2(top, program.name);
         QApplication::processEvents();
         const QImage light = top->grab().toImage();
         QApplication::setPalette(desktopPalette(true));

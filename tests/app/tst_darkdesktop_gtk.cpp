@@ -94,10 +94,8 @@ private slots:
         QFETCH(int, window);
         const ProgramWindow program = programWindow(window);
         const QString name = QString::fromLatin1(program.name);
-        QWidget *opened = program.open(m_windows.session(), m_shell);
-        QVERIFY2(opened, program.name);
-        QWidget *top = frameOf(opened);
-        QVERIFY(QTest::qWaitForWindowExposed(top->window()));
+        QWidget *top = m_windows.openShown(window);
+        QVERIFY2(top, program.name);
         // Let the window settle: the first paints, the caret's first blink.
         QTest::qWait(50);
         QApplication::processEvents();

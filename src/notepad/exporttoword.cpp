@@ -3,6 +3,7 @@
 #include "frmnotes.h"
 
 #include <errorpolicy.h>
+#include <host.h>
 #include <launch.h>
 #include <notepadstate.h>
 #include <richtextbox.h>
@@ -37,7 +38,8 @@ void removeFolder(const QString &folder)
 
 } // namespace
 
-HandedCopies::HandedCopies()
+HandedCopies::HandedCopies(platform::Host &host)
+    : m_host(host)
 {
     QObject::connect(&m_sweeper, &QTimer::timeout, &m_sweeper, [this] { sweep(); });
 }
@@ -52,7 +54,7 @@ HandedCopies::~HandedCopies()
 // pupil closes it). The grace lets a slow reader finish.
 void HandedCopies::sweep()
 {
-    const QDateTime now = QDateTime::currentDateTimeUtc();
+    const QDateTime now = m_host.now();
     for (qsizetype i = m_copies.size() - 1; i >= 0; --i) {
         const Copy &copy = m_copies.at(i);
         if (copy.pid > 0 && !processRuns(copy.pid) && copy.handed.msecsTo(now) >= m_grace.count()) {
@@ -66,7 +68,7 @@ void HandedCopies::sweep()
 
 void HandedCopies::keep(const QString &folder, qint64 pid)
 {
-    m_copies.append({folder, pid, QDateTime::currentDateTimeUtc()});
+    m_copies.append({folder, pid, m_host.now()});
     if (!m_sweeper.isActive())
         m_sweeper.start(int(std::max<qint64>(1000, m_grace.count() / 2)));
 }
@@ -83,7 +85,7 @@ HandedCopies &handedCopies(Session &session)
 {
     std::shared_ptr<HandedCopies> &copies = session.notepad().handedCopies;
     if (!copies)
-        copies = std::make_shared<HandedCopies>();
+        copies = std::make_shared<HandedCopies>(session.host());
     return *copies;
 }
 

@@ -10,6 +10,10 @@
 
 class Session;
 
+namespace platform {
+class Host;
+}
+
 // The notes go to the word processor (LibreOffice Writer) as a new, untitled document
 // that the pupil then owns; the program does not wait for it. Also on the clipboard.
 namespace exporttoword {
@@ -30,7 +34,8 @@ bool openInWordProcessor(Session &session, const QByteArray &rtf);
 class HandedCopies final
 {
 public:
-    HandedCopies();
+    // The host's clock tells each copy's age.
+    explicit HandedCopies(platform::Host &host);
     ~HandedCopies();
     HandedCopies(const HandedCopies &) = delete;
     HandedCopies &operator=(const HandedCopies &) = delete;
@@ -50,6 +55,7 @@ private:
     };
     void sweep();
 
+    platform::Host &m_host;
     QList<Copy> m_copies;
     QTimer m_sweeper;
     std::chrono::milliseconds m_grace {10000};

@@ -30,14 +30,13 @@ QStringList settingsSearchPath()
     return files;
 }
 
-SelectedDatabase readSelectedDatabaseFrom(const QString &iniFile)
+SettingsGroup readSettingsGroupFrom(const QString &iniFile, const QString &group)
 {
-    SelectedDatabase result;
+    SettingsGroup result;
     QFile file(iniFile);
     if (!file.open(QIODevice::ReadOnly | QIODevice::Text))
         return result;
 
-    const QString wanted = SelectedDatabaseGroup.toString();
     bool inGroup = false;
     const QStringList lines = QString::fromUtf8(file.readAll()).split(u'\n');
     for (QString line : lines) {
@@ -45,7 +44,9 @@ SelectedDatabase readSelectedDatabaseFrom(const QString &iniFile)
         if (line.isEmpty() || line.startsWith(u';') || line.startsWith(u'#'))
             continue;
         if (line.startsWith(u'[') && line.endsWith(u']')) {
-            inGroup = line.mid(1, line.size() - 2).trimmed() == wanted;
+            inGroup = line.mid(1, line.size() - 2).trimmed() == group;
+            if (inGroup)
+                result.settingsFile = QFileInfo(iniFile).absoluteFilePath();
             continue;
         }
         if (!inGroup)
@@ -56,12 +57,45 @@ SelectedDatabase readSelectedDatabaseFrom(const QString &iniFile)
         QString value = line.mid(eq + 1).trimmed();
         if (value.size() >= 2 && value.startsWith(u'"') && value.endsWith(u'"'))
             value = value.mid(1, value.size() - 2);
-        result.title = line.left(eq).trimmed();
-        result.path = value;
-        result.settingsFile = QFileInfo(iniFile).absoluteFilePath();
-        return result;
+        result.entries.append({line.left(eq).trimmed(), value});
     }
     return result;
+}
+
+SettingsGroup readSettingsGroup(const QString &group)
+{
+    for (const QString &candidate : settingsSearchPath()) {
+        SettingsGroup found = readSettingsGroupFrom(candidate, group);
+        if (!found.settingsFile.isEmpty())
+            return found;
+    }
+    return {};
+}
+
+QString SettingsGroup::value(const QString &key) const
+{
+    for (const auto &[k, v] : entries)
+        if (k == key)
+            return v;
+    return {};
+}
+
+SelectedDatabase readSelectedDatabaseFrom(const QString &iniFile)
+{
+    SelectedDatabase result;
+    const SettingsGroup group = readSettingsGroupFrom(iniFile, SelectedDatabaseGroup.toString());
+    if (group.entries.isEmpty())
+        return result;
+    result.title = group.entries.first().first;
+    result.path = group.entries.first().second;
+    result.settingsFile = group.settingsFile;
+    return result;
+}
+
+QString userSettingsPath()
+{
+    return QDir(envOr("XDG_CONFIG_HOME", QDir::homePath() + QStringLiteral("/.config")))
+        .filePath(QStringLiteral("tremidia/user.conf"));
 }
 
 SelectedDatabase readSelectedDatabase()

@@ -1,0 +1,46 @@
+#pragma once
+
+#include "manifest.h"
+
+#include <QByteArray>
+#include <QList>
+#include <QString>
+
+#include <optional>
+
+namespace handin {
+
+// Reading bundles on the teacher's side. A bundle is untrusted: it is read with limits
+// (entries, sizes, the ratio of unpacked to packed bytes), in memory or inside a temporary
+// folder, never unpacked anywhere else, and anything wrong makes it `damaged`, never a crash.
+struct Limits
+{
+    int maxEntries = 64;
+    qint64 maxEntryBytes = 256LL * 1024 * 1024;  // one file
+    qint64 maxTotalBytes = 512LL * 1024 * 1024;  // all files together
+    qint64 maxRatio = 200;                       // unpacked bytes per packed byte
+};
+
+struct BundleInfo
+{
+    QString path;        // the ZIP file
+    bool ok = false;     // a ZIP, every listed file present, every SHA-256 right
+    QString damage;      // why not, for the log and the window
+    std::optional<Manifest> manifest;
+    // The class, pupil, activity and time: from the manifest, else from the file's name.
+    QString className, pupil, activity;
+    QDateTime time;
+    QStringList files;   // the listed files' names
+};
+
+BundleInfo readBundle(const QString &zipPath, const Limits &limits = {});
+
+// Every *.zip in `folder`, sorted by class, pupil and time.
+QList<BundleInfo> readBundles(const QString &folder, const Limits &limits = {});
+
+// One listed file's bytes, checked against the manifest; empty when it is not there,
+// too large or not what the manifest says.
+std::optional<QByteArray> readEntry(const QString &zipPath, const QString &name,
+    const Limits &limits = {});
+
+} // namespace handin

@@ -56,6 +56,34 @@ private slots:
         QVERIFY(selected.path.isEmpty());
     }
 
+    void otherGroupsAreReadWithEveryKeyInOrder()
+    {
+        QTemporaryDir home, system;
+        writeFile(home.filePath(QStringLiteral("tremidia/tremidia.conf")),
+                  "[Επιλεγμένη Βάση]\nΣχολική=/data/school.sqlite\n");
+        writeFile(system.filePath(QStringLiteral("tremidia/tremidia.conf")),
+                  "[Επιλεγμένη Βάση]\nΆλλη=/srv/other.mdb\n"
+                  "[Παράδοση]\nFolder = /srv/handins\n# the drop link\nWebDAV=\"https://cloud.example/dav/\"\n");
+        qputenv("XDG_CONFIG_HOME", home.path().toUtf8());
+        qputenv("XDG_CONFIG_DIRS", system.path().toUtf8());
+        const auto group = platform::readSettingsGroup(QStringLiteral("Παράδοση"));
+        QCOMPARE(group.entries.size(), 2);
+        QCOMPARE(group.entries.at(0).first, QStringLiteral("Folder"));
+        QCOMPARE(group.value(QStringLiteral("Folder")), QStringLiteral("/srv/handins"));
+        QCOMPARE(group.value(QStringLiteral("WebDAV")), QStringLiteral("https://cloud.example/dav/"));
+        QVERIFY(group.value(QStringLiteral("User")).isEmpty());
+        QVERIFY(group.settingsFile.startsWith(QDir(system.path()).absolutePath()));
+        QVERIFY(platform::readSettingsGroup(QStringLiteral("Κανένα")).settingsFile.isEmpty());
+    }
+
+    void userChoicesLiveInAFileOfTheirOwn()
+    {
+        QTemporaryDir home;
+        qputenv("XDG_CONFIG_HOME", home.path().toUtf8());
+        QCOMPARE(platform::userSettingsPath(), QDir(home.path()).filePath(QStringLiteral("tremidia/user.conf")));
+        QVERIFY(!platform::settingsSearchPath().contains(platform::userSettingsPath()));
+    }
+
     void searchPathFollowsXdgDefaults()
     {
         qunsetenv("XDG_CONFIG_HOME");

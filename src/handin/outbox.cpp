@@ -63,12 +63,13 @@ struct Record
         sorted.sort();
         for (const QString &key : sorted)
             keys.append(key);
-        QJsonObject root{{QStringLiteral("delivered"), keys}};
+        QJsonObject root {{QStringLiteral("delivered"), keys}};
         if (!webdavName.isEmpty())
             root.insert(QStringLiteral("webdavName"), webdavName);
         // Written aside and renamed over the old record, so that a crash leaves one whole.
         QSaveFile file(path);
-        if (!file.open(QIODevice::WriteOnly) || file.write(QJsonDocument(root).toJson()) < 0 || !file.commit()) {
+        if (!file.open(QIODevice::WriteOnly) || file.write(QJsonDocument(root).toJson()) < 0
+            || !file.commit()) {
             qCWarning(lcHandin) << "cannot record which destinations have" << path << file.errorString();
             return false;
         }
@@ -118,16 +119,18 @@ QString Outbox::serverWaitingText()
     return QStringLiteral("Σε αναμονή: ο διακομιστής παράδοσης δεν είναι διαθέσιμος");
 }
 
-Outbox::Outbox(Destinations destinations, QString folder, std::function<QDateTime()> now,
-    int retryMs, QObject *parent)
+Outbox::Outbox(Destinations destinations, QString folder, std::function<QDateTime()> now, int retryMs,
+    QObject *parent, int transferTimeoutMs)
     : QObject(parent)
     , m_destinations(std::move(destinations))
     , m_folder(folder.isEmpty() ? defaultFolder() : QDir::cleanPath(folder))
     , m_now(now ? std::move(now) : [] { return QDateTime::currentDateTime(); })
+    , m_transferTimeoutMs(transferTimeoutMs)
     , m_network(new QNetworkAccessManager(this))
 {
     if (QDir().mkpath(m_folder))
-        QFile::setPermissions(m_folder, QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ExeOwner);
+        QFile::setPermissions(
+            m_folder, QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ExeOwner);
     else
         qCWarning(lcHandin) << "cannot make the outbox" << m_folder;
     tidy();
@@ -175,7 +178,8 @@ void Outbox::tidy()
             dir.remove(name);
     }
     const QDateTime dayAgo = QDateTime::currentDateTimeUtc().addDays(-1);
-    const QFileInfoList parts = dir.entryInfoList({QStringLiteral(".tremidia-*.part")}, QDir::Files | QDir::Hidden);
+    const QFileInfoList parts
+        = dir.entryInfoList({QStringLiteral(".tremidia-*.part")}, QDir::Files | QDir::Hidden);
     for (const QFileInfo &part : parts) {
         if (part.lastModified().toUTC() < dayAgo)
             dir.remove(part.fileName());
@@ -275,7 +279,7 @@ void Outbox::put(Round &round, const QByteArray &zip)
     }
     // A redirect would send the work elsewhere than the technician set; it counts as a failure.
     request.setAttribute(QNetworkRequest::RedirectPolicyAttribute, QNetworkRequest::ManualRedirectPolicy);
-    request.setTransferTimeout(TransferTimeoutMs);
+    request.setTransferTimeout(m_transferTimeoutMs);
 
     QNetworkReply *reply = m_network->put(request, zip);
     ++round.pending;
@@ -305,15 +309,15 @@ void Outbox::putFinished(QNetworkReply *reply, const QString &fileName, const QB
         // Another bundle has this name on the server: ours goes under a fresh one, which is
         // remembered so that the next try asks for the same.
         ++round.renames;
-        round.record.webdavName = withFreshRandomPart(
-            round.record.webdavName.isEmpty() ? fileName : round.record.webdavName);
+        round.record.webdavName
+            = withFreshRandomPart(round.record.webdavName.isEmpty() ? fileName : round.record.webdavName);
         round.record.write(sent);
         put(round, zip);
         return;
     } else {
         round.webdavFailed = true;
-        qCWarning(lcHandin).noquote() << "the WebDAV share did not take" << fileName << "- HTTP" << status
-                                      << reply->errorString();
+        qCWarning(lcHandin).noquote()
+            << "the WebDAV share did not take" << fileName << "- HTTP" << status << reply->errorString();
     }
     if (round.pending == 0)
         finish(fileName);
@@ -328,10 +332,10 @@ void Outbox::finish(const QString &fileName)
     m_rounds.erase(found);
 
     const Record &record = round->record;
-    const bool folderHasIt = m_destinations.folder.isEmpty()
-        || record.delivered.contains(folderKey(m_destinations.folder));
-    const bool webdavHasIt = !m_destinations.webdav.isValid()
-        || record.delivered.contains(webdavKey(m_destinations.webdav));
+    const bool folderHasIt
+        = m_destinations.folder.isEmpty() || record.delivered.contains(folderKey(m_destinations.folder));
+    const bool webdavHasIt
+        = !m_destinations.webdav.isValid() || record.delivered.contains(webdavKey(m_destinations.webdav));
     if (m_destinations.any() && folderHasIt && webdavHasIt) {
         // The bundle first, then its record: a crash between the two leaves a record that
         // tidy() removes, never a bundle that would go twice.
@@ -348,7 +352,8 @@ void Outbox::finish(const QString &fileName)
     round->lock.unlock();
     if (!m_destinations.any())
         qCWarning(lcHandin).noquote() << "no destination is set:" << fileName << "waits in" << m_folder;
-    const QString reason = round->folderFailed || !m_destinations.any() ? folderWaitingText() : serverWaitingText();
+    const QString reason
+        = round->folderFailed || !m_destinations.any() ? folderWaitingText() : serverWaitingText();
     emit queued(fileName, reason);
     setStatus(reason);
 }

@@ -43,8 +43,9 @@ public:
     static constexpr int TransferTimeoutMs = 30 * 1000;
 
     // `folder` empty: the user's state folder. `now` gives the time the status shows.
-    Outbox(Destinations destinations, QString folder = {},
-        std::function<QDateTime()> now = {}, int retryMs = RetryMs, QObject *parent = nullptr);
+    // `transferTimeoutMs`: how long an upload may stall.
+    Outbox(Destinations destinations, QString folder = {}, std::function<QDateTime()> now = {},
+        int retryMs = RetryMs, QObject *parent = nullptr, int transferTimeoutMs = TransferTimeoutMs);
     ~Outbox() override;
 
     const Destinations &destinations() const { return m_destinations; }
@@ -98,6 +99,7 @@ private:
     QString m_folder;
     std::function<QDateTime()> m_now;
     QTimer m_retry;
+    int m_transferTimeoutMs;
     QNetworkAccessManager *m_network = nullptr;
     QString m_status;
     QDateTime m_lastDelivered;

@@ -86,6 +86,7 @@ struct Outbox::Round
     Record record;
     int pending = 0; // uploads not answered yet
     int renames = 0;
+    QString compared; // the name on the server last compared with the bundle
     bool folderFailed = false;
     bool webdavFailed = false;
 
@@ -94,6 +95,8 @@ struct Outbox::Round
         , lock(lockPath)
     {
     }
+
+    QString remoteName() const { return record.webdavName.isEmpty() ? fileName : record.webdavName; }
 };
 
 QString Outbox::defaultFolder()
@@ -260,9 +263,8 @@ void Outbox::send(const QString &fileName)
         finish(fileName);
 }
 
-void Outbox::put(Round &round, const QByteArray &zip)
+QNetworkRequest Outbox::request(const QString &remoteName) const
 {
-    const QString remoteName = round.record.webdavName.isEmpty() ? round.fileName : round.record.webdavName;
     QUrl url = m_destinations.webdav;
     QString base = url.path(QUrl::FullyDecoded);
     if (!base.endsWith(u'/'))
@@ -270,9 +272,6 @@ void Outbox::put(Round &round, const QByteArray &zip)
     url.setPath(base + remoteName, QUrl::DecodedMode);
 
     QNetworkRequest request(url);
-    request.setHeader(QNetworkRequest::ContentTypeHeader, QStringLiteral("application/zip"));
-    // Never over a file that is there, whoever put it.
-    request.setRawHeader("If-None-Match", "*");
     if (!m_destinations.user.isEmpty() || !m_destinations.password.isEmpty()) {
         request.setRawHeader("Authorization",
             "Basic " + (m_destinations.user + u':' + m_destinations.password).toUtf8().toBase64());
@@ -280,16 +279,48 @@ void Outbox::put(Round &round, const QByteArray &zip)
     // A redirect would send the work elsewhere than the technician set; it counts as a failure.
     request.setAttribute(QNetworkRequest::RedirectPolicyAttribute, QNetworkRequest::ManualRedirectPolicy);
     request.setTransferTimeout(m_transferTimeoutMs);
+    return request;
+}
 
-    QNetworkReply *reply = m_network->put(request, zip);
-    ++round.pending;
-    const QString fileName = round.fileName;
+void Outbox::watch(QNetworkReply *reply, const QString &fileName)
+{
     connect(reply, &QNetworkReply::sslErrors, this, [fileName](const QList<QSslError> &errors) {
         for (const QSslError &error : errors)
             qCWarning(lcHandin).noquote() << "TLS refused for" << fileName << "-" << error.errorString();
     });
+}
+
+void Outbox::put(Round &round, const QByteArray &zip)
+{
+    QNetworkRequest put = request(round.remoteName());
+    put.setHeader(QNetworkRequest::ContentTypeHeader, QStringLiteral("application/zip"));
+    // Never over a file that is there, whoever put it.
+    put.setRawHeader("If-None-Match", "*");
+    QNetworkReply *reply = m_network->put(put, zip);
+    ++round.pending;
+    const QString fileName = round.fileName;
+    watch(reply, fileName);
     connect(reply, &QNetworkReply::finished, this,
         [this, reply, fileName, zip] { putFinished(reply, fileName, zip); });
+}
+
+// The name is taken on the server. It may be this very bundle, from a try whose answer
+// never came (a timeout after the server had it all): then it is handed in already.
+void Outbox::compareTaken(Round &round, const QByteArray &zip)
+{
+    round.compared = round.remoteName();
+    QNetworkReply *reply = m_network->get(request(round.compared));
+    ++round.pending;
+    const QString fileName = round.fileName;
+    watch(reply, fileName);
+    // Anything longer than the bundle is not the bundle; it is not read to its end.
+    connect(
+        reply, &QNetworkReply::downloadProgress, reply, [reply, limit = zip.size()](qint64 received, qint64) {
+            if (received > limit)
+                reply->abort();
+        });
+    connect(reply, &QNetworkReply::finished, this,
+        [this, reply, fileName, zip] { takenFinished(reply, fileName, zip); });
 }
 
 void Outbox::putFinished(QNetworkReply *reply, const QString &fileName, const QByteArray &zip)
@@ -301,18 +332,14 @@ void Outbox::putFinished(QNetworkReply *reply, const QString &fileName, const QB
     Round &round = *found->second;
     --round.pending;
     const int status = reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
-    const QString sent = path(fileName) + QLatin1String(SentSuffix);
     if (status == 201 || status == 204) {
         round.record.delivered.insert(webdavKey(m_destinations.webdav));
-        round.record.write(sent);
-    } else if (status == 412 && round.renames < MaxRenames) {
-        // Another bundle has this name on the server: ours goes under a fresh one, which is
-        // remembered so that the next try asks for the same.
-        ++round.renames;
-        round.record.webdavName
-            = withFreshRandomPart(round.record.webdavName.isEmpty() ? fileName : round.record.webdavName);
-        round.record.write(sent);
-        put(round, zip);
+        round.record.write(path(fileName) + QLatin1String(SentSuffix));
+    } else if (status == 412 && round.compared != round.remoteName()) {
+        compareTaken(round, zip);
+        return;
+    } else if (status == 412) {
+        takeFreshName(round, zip);
         return;
     } else {
         round.webdavFailed = true;
@@ -321,6 +348,44 @@ void Outbox::putFinished(QNetworkReply *reply, const QString &fileName, const QB
     }
     if (round.pending == 0)
         finish(fileName);
+}
+
+void Outbox::takenFinished(QNetworkReply *reply, const QString &fileName, const QByteArray &zip)
+{
+    reply->deleteLater();
+    const auto found = m_rounds.find(fileName);
+    if (found == m_rounds.end())
+        return;
+    Round &round = *found->second;
+    --round.pending;
+    const int status = reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
+    // A drop share usually lets nobody read; then the name is someone else's as far as we know.
+    if (status == 200 && reply->readAll() == zip) {
+        round.record.delivered.insert(webdavKey(m_destinations.webdav));
+        round.record.write(path(fileName) + QLatin1String(SentSuffix));
+        if (round.pending == 0)
+            finish(fileName);
+        return;
+    }
+    takeFreshName(round, zip);
+}
+
+// Another bundle has this name on the server: ours goes under a fresh one, which is
+// remembered so that the next try asks for the same.
+void Outbox::takeFreshName(Round &round, const QByteArray &zip)
+{
+    if (round.renames >= MaxRenames) {
+        round.webdavFailed = true;
+        qCWarning(lcHandin).noquote()
+            << "every name tried on the WebDAV share is taken for" << round.fileName;
+        if (round.pending == 0)
+            finish(round.fileName);
+        return;
+    }
+    ++round.renames;
+    round.record.webdavName = withFreshRandomPart(round.remoteName());
+    round.record.write(path(round.fileName) + QLatin1String(SentSuffix));
+    put(round, zip);
 }
 
 void Outbox::finish(const QString &fileName)

@@ -6,6 +6,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QLockFile>
 #include <QSignalSpy>
 #include <QSslCertificate>
 #include <QSslConfiguration>
@@ -13,6 +14,9 @@
 #include <QTcpSocket>
 #include <QTemporaryDir>
 #include <QTest>
+
+#include <sys/wait.h>
+#include <unistd.h>
 
 #include <memory>
 #include <optional>
@@ -279,6 +283,24 @@ private slots:
         QCOMPARE(m_server->read(other), sent.zip);
     }
 
+    // A try whose answer was lost left the whole bundle on the server: it is not sent again.
+    void aBundleTheServerHasAlreadyIsHandedIn()
+    {
+        startServer();
+        const handin::Bundle sent = bundle();
+        QFile there(QDir(m_server->uploadFolder()).filePath(sent.fileName));
+        QVERIFY(there.open(QIODevice::WriteOnly));
+        there.write(sent.zip);
+        there.close();
+
+        handin::Outbox &outbox = makeOutbox(webdav());
+        QSignalSpy delivered(&outbox, &handin::Outbox::delivered);
+        QVERIFY(outbox.handIn(sent));
+        QVERIFY(delivered.wait(WaitMs));
+        QCOMPARE(m_server->files(), QStringList {sent.fileName});
+        QCOMPARE(outbox.waiting(), 0);
+    }
+
     void destroyedWhileSendingKeepsTheBundle()
     {
         startServer();
@@ -344,6 +366,58 @@ private slots:
         QVERIFY(delivered.wait(WaitMs));
         QCOMPARE(m_server->files(), QStringList {sent.fileName});
         QCOMPARE(m_server->read(sent.fileName), sent.zip);
+    }
+
+    // Two programs of one user share the outbox: a bundle one of them is sending is left
+    // alone by the other.
+    void aBundleAnotherProgramSendsIsLeftAlone()
+    {
+        const handin::Bundle sent = bundle();
+        makeOutbox({}).handIn(sent);
+        m_outbox.reset();
+        QLockFile other(QDir(outboxFolder()).filePath(sent.fileName + QStringLiteral(".lock")));
+        QVERIFY(other.tryLock(0));
+
+        QVERIFY(QDir().mkpath(dropFolder()));
+        handin::Destinations destinations;
+        destinations.folder = dropFolder();
+        handin::Outbox &outbox = makeOutbox(destinations);
+        QSignalSpy delivered(&outbox, &handin::Outbox::delivered);
+        QTest::qWait(300);
+        QVERIFY(filesIn(dropFolder()).isEmpty());
+        QCOMPARE(outbox.waiting(), 1);
+
+        other.unlock();
+        outbox.resend();
+        QCOMPARE(delivered.size(), 1);
+        QCOMPARE(filesIn(dropFolder()), QStringList {sent.fileName});
+    }
+
+    void aLockLeftByAProgramThatDiedIsTaken()
+    {
+        const handin::Bundle sent = bundle();
+        makeOutbox({}).handIn(sent);
+        m_outbox.reset();
+        const QString lockPath = QDir(outboxFolder()).filePath(sent.fileName + QStringLiteral(".lock"));
+        const pid_t child = ::fork();
+        QVERIFY(child >= 0);
+        if (child == 0) {
+            QLockFile lock(lockPath);
+            ::_exit(lock.tryLock(0) ? 0 : 1); // and never unlocks
+        }
+        int status = 0;
+        QCOMPARE(::waitpid(child, &status, 0), child);
+        QVERIFY(WIFEXITED(status) && WEXITSTATUS(status) == 0);
+        QVERIFY(QFile::exists(lockPath));
+
+        QVERIFY(QDir().mkpath(dropFolder()));
+        handin::Destinations destinations;
+        destinations.folder = dropFolder();
+        handin::Outbox &outbox = makeOutbox(destinations);
+        QSignalSpy delivered(&outbox, &handin::Outbox::delivered);
+        QVERIFY(delivered.wait(WaitMs));
+        QCOMPARE(filesIn(dropFolder()), QStringList {sent.fileName});
+        QCOMPARE(outboxFiles(), QStringList());
     }
 
     void withoutDestinationItWaits()

@@ -64,7 +64,20 @@ public:
         if (isRunning())
             return true;
         QString reason;
-        const bool ok = prepare(reason) && launch(reason);
+        bool ok = prepare(reason);
+        if (ok && m_port != 0) {
+            ok = configure(reason) && launch(reason);
+        } else if (ok) {
+            // Another program may take the free port before Apache binds it: a few more.
+            for (int attempt = 0; attempt < 4; ++attempt) {
+                m_port = freePort();
+                ok = m_port != 0 && configure(reason) && launch(reason);
+                if (ok)
+                    break;
+            }
+            if (!ok)
+                m_port = 0;
+        }
         if (!ok && why)
             *why = reason;
         if (!ok)
@@ -237,12 +250,14 @@ private:
                 reason))
             return false;
 
-        m_port = freePort();
-        if (m_port == 0) {
-            reason = QStringLiteral("no free port on 127.0.0.1");
-            return false;
-        }
+        return true;
+    }
 
+    // The configuration for the port in m_port.
+    bool configure(QString &reason)
+    {
+        const QString root = m_dir->path();
+        const bool tls = m_transport == Transport::Https;
         const auto module = [](const char *name, const char *file) {
             return QStringLiteral("LoadModule %1 %2%3\n")
                 .arg(QLatin1String(name), modules(), QLatin1String(file));

@@ -2,6 +2,8 @@
 
 #include <QTextBoundaryFinder>
 
+#include <algorithm>
+
 namespace speech {
 
 namespace {
@@ -86,24 +88,51 @@ QList<int> sentenceStarts(const QString &text)
         if (next > 0 && next < text.size())
             starts.append(int(next));
     }
+    // Greek asks with ";" (or its own U+037E), which Unicode's rules do not count as the
+    // end of a sentence: a question ends where the next word starts with a capital.
+    for (int i = 0; i + 1 < text.size(); ++i) {
+        if (text.at(i) != u';' && text.at(i) != QChar(0x037E))
+            continue;
+        int next = i + 1;
+        while (next < text.size() && text.at(next).isSpace())
+            ++next;
+        if (next > i + 1 && next < text.size() && text.at(next).isUpper())
+            starts.append(next);
+    }
+    std::sort(starts.begin(), starts.end());
+    starts.erase(std::unique(starts.begin(), starts.end()), starts.end());
     return starts;
 }
 
 QByteArray ssmlWithMarks(const QString &text, const QList<Word> &words)
 {
+    // Each sentence goes in an <s> of its own: espeak-ng loses a mark that stands between
+    // one sentence's stop and the next one's first word, and finds it inside an <s>.
+    const QList<int> starts = sentenceStarts(text);
     QString out;
-    out.reserve(text.size() * 2 + words.size() * 20 + 20);
-    out += u"<speak>";
+    out.reserve(text.size() * 2 + words.size() * 20 + starts.size() * 7 + 20);
+    out += u"<speak><s>";
     int at = 0;
+    qsizetype sentence = 0;
+    const auto closeSentencesBefore = [&](int position) {
+        while (sentence + 1 < starts.size() && starts.at(sentence + 1) <= position) {
+            ++sentence;
+            appendEscaped(out, text, at, starts.at(sentence));
+            at = starts.at(sentence);
+            out += u"</s><s>";
+        }
+    };
     for (int i = 0; i < words.size(); ++i) {
         const Word &word = words.at(i);
+        closeSentencesBefore(word.start);
         appendEscaped(out, text, at, word.start);
         out += QStringLiteral("<mark name=\"%1\"/>").arg(i);
         appendEscaped(out, text, word.start, word.end());
         at = word.end();
     }
+    closeSentencesBefore(int(text.size()));
     appendEscaped(out, text, at, int(text.size()));
-    out += u"</speak>";
+    out += u"</s></speak>";
     return out.toUtf8();
 }
 
@@ -112,11 +141,12 @@ QString sayableText(const QString &rawText)
     QString text = rawText;
     for (QChar &c : text) {
         switch (c.unicode()) {
+        case 0xfdd0: // the beginning and the end of a frame
+        case 0xfdd1:
         case QChar::ParagraphSeparator:
         case QChar::LineSeparator:
             c = u'\n';
             break;
-        case QChar::Nbsp:
         case QChar::ObjectReplacementCharacter:
             c = u' ';
             break;

@@ -20,17 +20,18 @@ struct Word
 // only the pieces with a letter or a digit in them (spaces and punctuation are not words).
 QList<Word> findWords(const QString &text);
 
-// Where the text's sentences start, the first at 0 (Unicode's sentence boundaries).
+// Where the text's sentences start, the first at 0 (Unicode's sentence boundaries, and
+// after a Greek question mark).
 QList<int> sentenceStarts(const QString &text);
 
-// The text as SSML for the speech service, with a mark named by each word's number before
-// the word, so that the service tells when it reaches it. Characters XML does not allow
+// The text as SSML for the speech service, each sentence an <s>, with a mark named by each
+// word's number before the word, so that the service tells when it reaches it. Characters XML does not allow
 // become spaces, so the words keep their places.
 QByteArray ssmlWithMarks(const QString &text, const QList<Word> &words);
 
-// The text the way the reader says it: the paragraph and line separators of a text box
-// become new lines, its non-breaking spaces and embedded objects spaces, one character
-// for one, so that positions in what is said are positions in the box.
+// The text the way the reader says it: the paragraph, line and frame separators of a text
+// box become new lines (as RichTextBox::Text has them), its embedded pictures spaces, one
+// character for one, so that positions in what is said are positions in the box.
 QString sayableText(const QString &rawText);
 
 } // namespace speech

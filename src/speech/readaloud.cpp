@@ -90,8 +90,8 @@ Speaker *ReadAloud::speaker()
         if (m_makeSpeaker)
             m_speaker = m_makeSpeaker(m_late);
         else
-            m_speaker = std::make_unique<ThreadedSpeaker>(
-                [] { return std::make_unique<SpeechdEngine>(); }, m_late);
+            m_speaker
+                = std::make_unique<ThreadedSpeaker>([] { return std::make_unique<SpeechdEngine>(); }, m_late);
         m_speaker->setRate(m_rate);
         connect(m_speaker.get(), &Speaker::unavailable, this, &ReadAloud::tellNoEngine);
         connect(m_speaker.get(), &Speaker::speakingChanged, this, &ReadAloud::onSpeaking);
@@ -140,6 +140,9 @@ void ReadAloud::read(QWidget *pressedIn, Start start)
         // The box's own characters, one for one, so that a word's place in what is said
         // is its place in the box.
         const QString all = sayableText(source.box->document()->toRawText());
+        // A box may put a selection it was given in place a moment later (RichTextBox
+        // does, by a queued call): it is the pupil's selection all the same.
+        QCoreApplication::sendPostedEvents(source.box, QEvent::MetaCall);
         const QTextCursor cursor = source.box->textCursor();
         int from = 0;
         int to = int(all.size());

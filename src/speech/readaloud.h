@@ -102,11 +102,11 @@ private:
     struct Reading
     {
         QPointer<QTextEdit> box;
-        int base = 0;      // where the text starts in the box
-        QString text;      // all that was asked for
-        int from = 0;      // where in it the voice was last sent from
+        int base = 0; // where the text starts in the box
+        QString text; // all that was asked for
+        int from = 0; // where in it the voice was last sent from
         QList<Word> words; // the words of what was sent, from `from` on
-        int word = -1;     // the last one the voice reached
+        int word = -1; // the last one the voice reached
     };
     enum class Start { Whole, FromCursor };
 

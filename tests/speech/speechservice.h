@@ -94,10 +94,11 @@ public:
         m_server.setStandardOutputFile(QProcess::nullDevice());
         m_server.setStandardErrorFile(dir.filePath(QStringLiteral("log/stderr")));
         m_server.start(program,
-            {QStringLiteral("--run-single"), QStringLiteral("--config-dir"), dir.filePath(QStringLiteral("config")),
-                QStringLiteral("--communication-method"), QStringLiteral("unix_socket"),
-                QStringLiteral("--socket-path"), m_socket, QStringLiteral("--timeout"), QStringLiteral("0"),
-                QStringLiteral("--log-dir"), dir.filePath(QStringLiteral("log")), QStringLiteral("--pid-file"),
+            {QStringLiteral("--run-single"), QStringLiteral("--config-dir"),
+                dir.filePath(QStringLiteral("config")), QStringLiteral("--communication-method"),
+                QStringLiteral("unix_socket"), QStringLiteral("--socket-path"), m_socket,
+                QStringLiteral("--timeout"), QStringLiteral("0"), QStringLiteral("--log-dir"),
+                dir.filePath(QStringLiteral("log")), QStringLiteral("--pid-file"),
                 dir.filePath(QStringLiteral("speechd.pid"))});
         if (!m_server.waitForStarted(5000)) {
             *why = QStringLiteral("speech-dispatcher did not start: ") + m_server.errorString();

@@ -5,8 +5,8 @@
 #include <readable.h>
 
 #include <QKeyEvent>
-#include <QTextEdit>
 #include <QTest>
+#include <QTextEdit>
 #include <QVBoxLayout>
 
 namespace testing {

@@ -14,16 +14,16 @@
 #include <QMdiSubWindow>
 #include <QPlainTextEdit>
 #include <QPointer>
+#include <QSettings>
 #include <QShortcut>
 #include <QTemporaryDir>
-#include <QSettings>
 #include <QTest>
 #include <QToolButton>
+#include <QVBoxLayout>
 
 #include <settings.h>
 
 #include <cmath>
-#include <QVBoxLayout>
 
 using namespace Qt::StringLiterals;
 
@@ -45,8 +45,10 @@ QList<QTextEdit::ExtraSelection> marksIn(QTextEdit *box)
 
 double luminance(const QColor &colour)
 {
-    const auto linear = [](double c) { return c <= 0.03928 ? c / 12.92 : std::pow((c + 0.055) / 1.055, 2.4); };
-    return 0.2126 * linear(colour.redF()) + 0.7152 * linear(colour.greenF()) + 0.0722 * linear(colour.blueF());
+    const auto linear
+        = [](double c) { return c <= 0.03928 ? c / 12.92 : std::pow((c + 0.055) / 1.055, 2.4); };
+    return 0.2126 * linear(colour.redF()) + 0.7152 * linear(colour.greenF())
+        + 0.0722 * linear(colour.blueF());
 }
 
 } // namespace

@@ -47,23 +47,18 @@ private slots:
             QFAIL(qPrintable(why));
     }
 
-    void cleanupTestCase()
-    {
-        m_service.stop();
-    }
+    void cleanupTestCase() { m_service.stop(); }
 
-    void init()
-    {
-        qputenv("SPEECHD_ADDRESS", m_service.address());
-    }
+    void init() { qputenv("SPEECHD_ADDRESS", m_service.address()); }
 
     void everyWordIsPrintedAsItIsSaid()
     {
         const QString path = writeRtf(m_dir, u"Ο Σόλων έγραψε νόμους, για όλους τους Αθηναίους."_s);
-        const testing::ToolRun run = testing::contentTool({u"read-aloud"_s, path, u"--rate"_s, u"200"_s}, 60000);
+        const testing::ToolRun run
+            = testing::contentTool({u"read-aloud"_s, path, u"--rate"_s, u"200"_s}, 60000);
         QVERIFY2(run.exitCode == 0, qPrintable(run.errors));
-        const QStringList expected {u"Ο"_s, u"Σόλων"_s, u"έγραψε"_s, u"νόμους"_s, u"για"_s, u"όλους"_s, u"τους"_s,
-            u"Αθηναίους"_s};
+        const QStringList expected {
+            u"Ο"_s, u"Σόλων"_s, u"έγραψε"_s, u"νόμους"_s, u"για"_s, u"όλους"_s, u"τους"_s, u"Αθηναίους"_s};
         QCOMPARE(run.lines.size(), expected.size());
         qint64 before = -1;
         for (int i = 0; i < run.lines.size(); ++i) {

@@ -8,8 +8,8 @@
 
 #include <readaloud.h>
 #include <speaker.h>
-#include <words.h>
 #include <wordhighlight.h>
+#include <words.h>
 
 #include <QElapsedTimer>
 #include <QPointer>
@@ -74,10 +74,7 @@ private slots:
         qputenv("XDG_CONFIG_HOME", QFile::encodeName(m_config.path()));
     }
 
-    void cleanupTestCase()
-    {
-        m_service.stop();
-    }
+    void cleanupTestCase() { m_service.stop(); }
 
     void init()
     {
@@ -132,7 +129,8 @@ private slots:
         QCOMPARE(reader().markedWord(), words.at(last).start);
         const QList<QTextEdit::ExtraSelection> marks = marksIn(m_window->box);
         QCOMPARE(marks.size(), 1);
-        QCOMPARE(marks.first().cursor.selectedText(), Kleisthenes.mid(words.at(last).start, words.at(last).length));
+        QCOMPARE(marks.first().cursor.selectedText(),
+            Kleisthenes.mid(words.at(last).start, words.at(last).length));
 
         QTest::keyClick(m_window->box, Qt::Key_Escape);
         QVERIFY(!reader().speaking());

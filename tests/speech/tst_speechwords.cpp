@@ -42,8 +42,8 @@ private slots:
         QStringList sentences;
         for (int i = 0; i < starts.size(); ++i)
             sentences << text.mid(starts.at(i), i + 1 < starts.size() ? starts.at(i + 1) - starts.at(i) : -1);
-        QCOMPARE(sentences,
-            (QStringList {u"Πρώτη πρόταση. "_s, u"Δεύτερη; "_s, u"Τρίτη!\n"_s, u"Τέταρτη"_s}));
+        QCOMPARE(
+            sentences, (QStringList {u"Πρώτη πρόταση. "_s, u"Δεύτερη; "_s, u"Τρίτη!\n"_s, u"Τέταρτη"_s}));
     }
 
     void theSsmlMarksEveryWordAndKeepsTheText()

@@ -63,8 +63,7 @@ int readAloud(const QStringList &args)
     platform::LateThreads late;
     int code = 0;
     {
-        speech::ThreadedSpeaker speaker(
-            [] { return std::make_unique<speech::SpeechdEngine>(); }, late);
+        speech::ThreadedSpeaker speaker([] { return std::make_unique<speech::SpeechdEngine>(); }, late);
         speaker.setRate(rate);
         QEventLoop loop;
         QElapsedTimer clock;
@@ -78,8 +77,8 @@ int readAloud(const QStringList &args)
         };
         QObject::connect(&speaker, &speech::Speaker::wordReached, &loop, [&](int index) {
             const speech::Word &word = words.at(index);
-            const QByteArray line = QByteArray::number(index) + '\t' + QByteArray::number(clock.elapsed()) + '\t'
-                + text.mid(word.start, word.length).toUtf8() + '\n';
+            const QByteArray line = QByteArray::number(index) + '\t' + QByteArray::number(clock.elapsed())
+                + '\t' + text.mid(word.start, word.length).toUtf8() + '\n';
             std::fwrite(line.constData(), 1, std::size_t(line.size()), stdout);
             std::fflush(stdout);
         });
@@ -89,8 +88,8 @@ int readAloud(const QStringList &args)
         });
         QObject::connect(&speaker, &speech::Speaker::unavailable, &loop,
             [&] { end(fail(QStringLiteral("no speech service answered"))); });
-        QTimer::singleShot(speech::ThreadedSpeaker::DefaultStartLimitMs + EndMarginMs
-                + int(words.size()) * SlowestWordMs,
+        QTimer::singleShot(
+            speech::ThreadedSpeaker::DefaultStartLimitMs + EndMarginMs + int(words.size()) * SlowestWordMs,
             &loop, [&] { end(fail(QStringLiteral("the speech service did not finish the text"))); });
         clock.start();
         speaker.say(text);

@@ -41,7 +41,7 @@ private:
     void *m_connection = nullptr;
     std::size_t m_clientId = 0;
     int m_message = -1; // the message being said, -1 none
-    int m_words = 0;    // the words in it
+    int m_words = 0; // the words in it
     int m_rate = 100;
 };
 

@@ -93,7 +93,8 @@ void ThreadedSpeaker::leave(std::chrono::milliseconds limit)
     QObject::disconnect(m_host, nullptr, this, nullptr);
     auto *host = m_host;
     QMetaObject::invokeMethod(
-        host, [host, order = ++m_order] { static_cast<EngineHost *>(host)->stop(order); }, Qt::QueuedConnection);
+        host, [host, order = ++m_order] { static_cast<EngineHost *>(host)->stop(order); },
+        Qt::QueuedConnection);
     m_thread->quit();
     std::unique_ptr<QThread> thread(m_thread);
     m_thread = nullptr;
@@ -134,7 +135,8 @@ void ThreadedSpeaker::start()
     });
     m_thread->start();
     QMetaObject::invokeMethod(
-        host, [host, factory = m_factory, rate = m_rate] {
+        host,
+        [host, factory = m_factory, rate = m_rate] {
             host->start(factory);
             host->setRate(rate);
         },

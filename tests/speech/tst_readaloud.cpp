@@ -2,6 +2,7 @@
 #include "textwindow.h"
 
 #include <rate.h>
+#include <ratemenu.h>
 #include <readable.h>
 #include <readaloud.h>
 #include <wordhighlight.h>
@@ -12,6 +13,7 @@
 #include <QMainWindow>
 #include <QMdiArea>
 #include <QMdiSubWindow>
+#include <QMenu>
 #include <QPlainTextEdit>
 #include <QPointer>
 #include <QSettings>
@@ -214,6 +216,34 @@ private slots:
         QCOMPARE(reader().rate(), speech::SlowestRate);
         QCOMPARE(m_speaker->rates.last(), speech::SlowestRate);
         QVERIFY(reader().speaking());
+    }
+
+    void theSpeedMenuSetsTheSpeedAndShowsIt()
+    {
+        std::unique_ptr<QMenu> menu(speech::makeRateMenu(reader(), nullptr));
+        QCOMPARE(menu->title(), u"Ταχύτητα ανάγνωσης"_s);
+        const QList<QAction *> items = menu->actions();
+        QCOMPARE(items.size(), 21);
+        QCOMPARE(items.first()->text(), u"50%"_s);
+        QCOMPARE(items.last()->text(), u"250%"_s);
+        const auto checked = [&] {
+            QStringList names;
+            for (QAction *item : items) {
+                if (item->isChecked())
+                    names << item->text();
+            }
+            return names;
+        };
+        QCOMPARE(checked(), QStringList {u"100% (κανονική)"_s});
+        items.at(10)->trigger();
+        QCOMPARE(reader().rate(), 150);
+        QCOMPARE(m_speaker->rates.last(), 150);
+        QCOMPARE(checked(), QStringList {u"150%"_s});
+        // A change by the keys shows in the menu.
+        TextWindow *w = showWindow(ThreeSentences);
+        QTest::keyClick(w->box, Qt::Key_F9);
+        QTest::keyClick(w->box, Qt::Key_Down, Qt::AltModifier);
+        QCOMPARE(checked(), QStringList {u"140%"_s});
     }
 
     void theSpeedIsKeptForTheNextSession()

@@ -39,7 +39,7 @@ set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "libreoffice-writer, libreoffice-l10n-el")
 # Reading aloud speaks through speech-dispatcher with espeak-ng's Greek voice; without
 # them the program says once that it cannot, and runs on.
 string(APPEND CPACK_DEBIAN_PACKAGE_RECOMMENDS
-    ", qt6-speech-speechd-plugin, speech-dispatcher, speech-dispatcher-espeak-ng, espeak-ng")
+    ", speech-dispatcher, speech-dispatcher-espeak-ng, espeak-ng")
 # The system settings file is the technician's: an upgrade keeps the database chosen.
 set(conffiles ${CMAKE_CURRENT_BINARY_DIR}/conffiles)
 file(WRITE ${conffiles} "${TREMIDIA_SYSTEM_SETTINGS_DIR}/tremidia.conf\n")

@@ -11,6 +11,7 @@
 #include <modmail.h>
 #include <msgbox.h>
 #include <programbitmaps.h>
+#include <ratemenu.h>
 #include <readaloud.h>
 #include <tlb.h>
 #include <twips.h>
@@ -95,6 +96,8 @@ void MDIForm1::buildMenu()
     mnuFullText->setShortcutContext(Qt::ApplicationShortcut);
     connect(mnuFullText, &QAction::triggered, this,
         [this] { platform::guarded([this] { showChild(Session::Window::FullTextSearch, false); }); });
+    mnuChoices->addSeparator();
+    mnuChoices->addMenu(speech::makeRateMenu(m_session.readAloud(), mnuChoices));
 
     mnuView = bar->addMenu(QStringLiteral("Προβολή"));
     mnuStudNotes = mnuView->addAction(QStringLiteral("Σημειωματάριο"));

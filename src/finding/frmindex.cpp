@@ -117,6 +117,11 @@ QString frmIndex::textToRead() const
     return rtfExp->Text();
 }
 
+QTextEdit *frmIndex::textBoxToRead() const
+{
+    return rtfExp;
+}
+
 void frmIndex::layOut()
 {
     resize(platform::pixelsFromTwipsX(FormWidth), platform::pixelsFromTwipsY(FormHeight));

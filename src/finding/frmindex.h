@@ -30,6 +30,7 @@ public:
 
     // Read aloud: the explanation of the term shown.
     QString textToRead() const override;
+    QTextEdit *textBoxToRead() const override;
     Q_DISABLE_COPY_MOVE(frmIndex)
 
     // Controls.

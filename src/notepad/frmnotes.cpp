@@ -154,6 +154,11 @@ QString frmNotes::textToRead() const
     return notes->SelLength() > 0 ? notes->SelText() : notes->Text();
 }
 
+QTextEdit *frmNotes::textBoxToRead() const
+{
+    return notes;
+}
+
 frmNotes::~frmNotes() = default;
 
 frmNotes *frmNotes::open(Session &session, bool create)

@@ -38,6 +38,7 @@ public:
 
     // Read aloud: the selection, or else the whole note.
     QString textToRead() const override;
+    QTextEdit *textBoxToRead() const override;
 
     // The session's notes window: made when `create` is set and there is none.
     static frmNotes *open(Session &session, bool create = true);

@@ -2,6 +2,8 @@
 
 #include <QString>
 
+class QTextEdit;
+
 namespace speech {
 
 // A window that has something to read aloud: its selection, or else its whole text.
@@ -12,6 +14,10 @@ class Readable
 public:
     virtual ~Readable() = default;
     virtual QString textToRead() const = 0;
+    // The text box the words are read from, where each word is marked as the voice
+    // reaches it; then the box's selection, or its text from the cursor on, is what is
+    // read. None: textToRead() is only heard.
+    virtual QTextEdit *textBoxToRead() const { return nullptr; }
 };
 
 } // namespace speech

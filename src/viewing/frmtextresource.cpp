@@ -383,6 +383,11 @@ QString frmTextResource::textToRead() const
     return rtbTextResource->SelLength() > 0 ? rtbTextResource->SelText() : rtbTextResource->Text();
 }
 
+QTextEdit *frmTextResource::textBoxToRead() const
+{
+    return rtbTextResource;
+}
+
 void frmTextResource::Form_Activate()
 {
     ShellWindow *shell = m_session.shell(false);

@@ -37,6 +37,7 @@ public:
 
     // Read aloud: the selection, or else the whole text.
     QString textToRead() const override;
+    QTextEdit *textBoxToRead() const override;
 
     // Loads the file of the row it was handed (reading the row only when it was handed
     // the number alone), builds and locates its hot words. Raises platform::RuntimeError

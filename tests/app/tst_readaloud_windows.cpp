@@ -21,6 +21,7 @@
 #include <richtextbox.h>
 #include <session.h>
 #include <tlb.h>
+#include <words.h>
 
 #include <QApplication>
 #include <QFileInfo>
@@ -137,6 +138,55 @@ private slots:
         viewer->rtbTextResource->setSelLength(25);
         QTest::keyClick(viewer->rtbTextResource, Qt::Key_F9);
         QCOMPARE(m_speaker->said, QStringList {viewer->rtbTextResource->Text().mid(10, 25)});
+    }
+
+    void theViewerMarksTheWordBeingSaidAndEscapeTakesTheMarkAway()
+    {
+        auto *viewer = new frmTextResource(session());
+        viewer->setResourceID(101);
+        viewer->Load();
+        showInShell(viewer);
+        RichTextBox *box = viewer->rtbTextResource;
+        const int before = int(box->extraSelections().size());
+        QTest::keyClick(box, Qt::Key_F9);
+        QCOMPARE(reader().boxBeingRead(), box);
+        const QString said = m_speaker->said.first();
+        const QList<speech::Word> words = speech::findWords(said);
+        QVERIFY(words.size() > 20);
+        m_speaker->reach(20);
+        const int place = int(box->Text().indexOf(said)) + words.at(20).start;
+        QCOMPARE(reader().markedWord(), place);
+        QCOMPARE(box->extraSelections().size(), before + 1);
+        QTest::keyClick(box, Qt::Key_Escape);
+        QCOMPARE(reader().markedWord(), -1);
+        QCOMPARE(box->extraSelections().size(), before);
+        QVERIFY(viewer->isVisible());
+    }
+
+    void theNotepadReadsFromItsCursorWithCtrlF9()
+    {
+        auto *notes = session().window<frmNotes>(Session::Window::Notes);
+        showInShell(notes);
+        notes->notes->setText(u"Πρώτη σημείωση. Δεύτερη σημείωση."_s);
+        notes->notes->setSelStart(16);
+        QTest::keyClick(notes->notes, Qt::Key_F9, Qt::ControlModifier);
+        QCOMPARE(m_speaker->said, QStringList {u"Δεύτερη σημείωση."_s});
+        QCOMPARE(reader().markedWord(), 16);
+        QTest::keyClick(notes->notes, Qt::Key_Escape);
+        QCOMPARE(reader().markedWord(), -1);
+    }
+
+    void theIndexMarksTheWordInItsExplanation()
+    {
+        auto *index = session().window<frmIndex>(Session::Window::Index);
+        showInShell(index);
+        index->DisplayHotword(u"Νάξος"_s, u"Το μεγαλύτερο νησί των Κυκλάδων."_s, QString());
+        pressSoundKey();
+        m_speaker->reach(2);
+        QCOMPARE(reader().boxBeingRead(), index->rtfExp);
+        QCOMPARE(reader().markedWord(), 14);
+        m_speaker->finish();
+        QCOMPARE(reader().markedWord(), -1);
     }
 
     void theOpenTipIsReadAndEscapeStopsBeforeItCloses()

@@ -103,7 +103,7 @@ private slots:
         // program runs without them.
         const QStringList recommends = packageNames(field(QStringLiteral("Recommends")));
         for (const char *speech :
-            {"qt6-speech-speechd-plugin", "speech-dispatcher", "speech-dispatcher-espeak-ng", "espeak-ng"}) {
+            {"speech-dispatcher", "speech-dispatcher-espeak-ng", "espeak-ng"}) {
             QVERIFY2(recommends.contains(QString::fromLatin1(speech)), speech);
             QVERIFY2(!depends.contains(QString::fromLatin1(speech)), speech);
         }
@@ -123,8 +123,7 @@ private slots:
             if (name.isEmpty())
                 continue;
             const bool doneWithout = name.startsWith(QStringLiteral("libreoffice-"))
-                || name.startsWith(QStringLiteral("speech-dispatcher")) || name == u"espeak-ng"
-                || name == u"qt6-speech-speechd-plugin";
+                || name.startsWith(QStringLiteral("speech-dispatcher")) || name == u"espeak-ng";
             if (doneWithout)
                 QVERIFY2(recommends.contains(name), qPrintable(name));
             else

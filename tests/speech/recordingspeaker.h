@@ -34,10 +34,14 @@ public:
         ++stops;
         setSpeaking(false);
     }
+    void setRate(int percent) override { rates << percent; }
     // The engine has come to the end of the text.
     void finish() { setSpeaking(false); }
+    // The voice reaches a word of the text last said.
+    void reach(int index) { emit wordReached(index); }
 
     QStringList said;
+    QList<int> rates; // every speed it was given, the last one in force
     int stops = 0;
 
 private:

@@ -5,21 +5,22 @@
 #include <readable.h>
 
 #include <QKeyEvent>
-#include <QPlainTextEdit>
 #include <QTest>
+#include <QTextEdit>
 #include <QVBoxLayout>
 
 namespace testing {
 
-// A window with a text, that offers its selection or else the whole of it, and counts
+// A window with a text box, that offers its selection or else the whole of it, and counts
 // the Escapes that reach it.
 class TextWindow final : public QWidget, public speech::Readable
 {
 public:
     explicit TextWindow(const QString &text, QWidget *parent = nullptr)
         : QWidget(parent)
-        , box(new QPlainTextEdit(text, this))
+        , box(new QTextEdit(this))
     {
+        box->setPlainText(text);
         auto *layout = new QVBoxLayout(this);
         layout->addWidget(box);
         box->setReadOnly(true);
@@ -29,7 +30,8 @@ public:
         const QString selected = box->textCursor().selectedText();
         return selected.isEmpty() ? box->toPlainText() : selected;
     }
-    QPlainTextEdit *const box;
+    QTextEdit *textBoxToRead() const override { return box; }
+    QTextEdit *const box;
     int escapes = 0;
 
 protected:

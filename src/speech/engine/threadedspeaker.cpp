@@ -27,26 +27,40 @@ public:
         m_engine = made.release();
         m_engine->setParent(this);
         connect(m_engine, &SpeechEngine::ready, this, &EngineHost::ready);
-        connect(m_engine, &SpeechEngine::speakingChanged, this, &EngineHost::speakingChanged);
+        // Each answer carries the order it belongs to, so that the speaker can tell the
+        // end of a text it has replaced from the end of the one it is reading.
+        connect(m_engine, &SpeechEngine::speakingChanged, this,
+            [this](bool speaking) { emit speakingChanged(speaking, m_order); });
+        connect(m_engine, &SpeechEngine::wordReached, this,
+            [this](int index) { emit wordReached(index, m_order); });
         m_engine->start();
     }
-    void say(const QString &text)
+    void say(const QString &text, quint64 order)
     {
+        m_order = order;
         if (m_engine)
             m_engine->say(text);
     }
-    void stop()
+    void stop(quint64 order)
     {
+        m_order = order;
         if (m_engine)
             m_engine->stop();
+    }
+    void setRate(int percent)
+    {
+        if (m_engine)
+            m_engine->setRate(percent);
     }
 
 signals:
     void ready(bool available);
-    void speakingChanged(bool speaking);
+    void speakingChanged(bool speaking, quint64 order);
+    void wordReached(int index, quint64 order);
 
 private:
     SpeechEngine *m_engine = nullptr;
+    quint64 m_order = 0;
 };
 
 } // namespace
@@ -79,7 +93,8 @@ void ThreadedSpeaker::leave(std::chrono::milliseconds limit)
     QObject::disconnect(m_host, nullptr, this, nullptr);
     auto *host = m_host;
     QMetaObject::invokeMethod(
-        host, [host] { static_cast<EngineHost *>(host)->stop(); }, Qt::QueuedConnection);
+        host, [host, order = ++m_order] { static_cast<EngineHost *>(host)->stop(order); },
+        Qt::QueuedConnection);
     m_thread->quit();
     std::unique_ptr<QThread> thread(m_thread);
     m_thread = nullptr;
@@ -110,13 +125,22 @@ void ThreadedSpeaker::start()
     m_host = host;
     connect(m_thread, &QThread::finished, host, &QObject::deleteLater);
     connect(host, &EngineHost::ready, this, &ThreadedSpeaker::engineReady);
-    connect(host, &EngineHost::speakingChanged, this, [this](bool now) {
-        if (m_state == State::Ready)
+    connect(host, &EngineHost::speakingChanged, this, [this](bool now, quint64 order) {
+        if (m_state == State::Ready && order == m_order)
             setSpeaking(now);
+    });
+    connect(host, &EngineHost::wordReached, this, [this](int index, quint64 order) {
+        if (m_state == State::Ready && order == m_order && m_speaking)
+            emit wordReached(index);
     });
     m_thread->start();
     QMetaObject::invokeMethod(
-        host, [host, factory = m_factory] { host->start(factory); }, Qt::QueuedConnection);
+        host,
+        [host, factory = m_factory, rate = m_rate] {
+            host->start(factory);
+            host->setRate(rate);
+        },
+        Qt::QueuedConnection);
     m_startLimit.start();
 }
 
@@ -154,7 +178,17 @@ void ThreadedSpeaker::say(const QString &text)
     }
     auto *host = static_cast<EngineHost *>(m_host);
     QMetaObject::invokeMethod(
-        host, [host, text] { host->say(text); }, Qt::QueuedConnection);
+        host, [host, text, order = ++m_order] { host->say(text, order); }, Qt::QueuedConnection);
+}
+
+void ThreadedSpeaker::setRate(int percent)
+{
+    m_rate = percent;
+    if (!m_host)
+        return;
+    auto *host = static_cast<EngineHost *>(m_host);
+    QMetaObject::invokeMethod(
+        host, [host, percent] { host->setRate(percent); }, Qt::QueuedConnection);
 }
 
 void ThreadedSpeaker::stop()
@@ -163,7 +197,7 @@ void ThreadedSpeaker::stop()
     if (m_host && m_state == State::Ready) {
         auto *host = static_cast<EngineHost *>(m_host);
         QMetaObject::invokeMethod(
-            host, [host] { host->stop(); }, Qt::QueuedConnection);
+            host, [host, order = ++m_order] { host->stop(order); }, Qt::QueuedConnection);
     }
     setSpeaking(false);
 }

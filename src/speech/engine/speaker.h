@@ -19,14 +19,19 @@ public:
     // Whether there is an engine that can speak at all.
     virtual bool available() = 0;
     virtual bool speaking() const = 0;
+    // Says the text, in place of anything being said: still speaking, no stop between.
     virtual void say(const QString &text) = 0;
     virtual void stop() = 0;
+    // The speed of what is said from now on, in percent of the voice's normal speed.
+    virtual void setRate(int /*percent*/) { }
     // Stops for good as its owner ends: an engine on a thread of its own is given up to
     // `limit` to finish.
     virtual void leave(std::chrono::milliseconds /*limit*/) { stop(); }
 
 signals:
     void speakingChanged(bool speaking);
+    // The voice reached the word of that number (findWords) of the text last said.
+    void wordReached(int index);
     // An engine that looked present did not come after all (it did not start in time).
     void unavailable();
 };

@@ -50,6 +50,7 @@ public:
     bool speaking() const override { return m_speaking; }
     void say(const QString &text) override;
     void stop() override;
+    void setRate(int percent) override;
     // Stops the engine and ends its thread, waiting up to `limit`; a thread that has not
     // ended by then goes to the late threads. Nothing can be said afterwards.
     void leave(std::chrono::milliseconds limit) override;
@@ -72,6 +73,9 @@ private:
     State m_state = State::NotStarted;
     QString m_waiting; // asked for before the engine was ready
     bool m_speaking = false;
+    int m_rate = 100;
+    // The number of the last order sent; the engine's answers to earlier ones are old news.
+    quint64 m_order = 0;
 };
 
 } // namespace speech

@@ -27,6 +27,7 @@ int index(const QStringList &args);
 int fulltext(const QStringList &args);
 int picture(const QStringList &args);
 int media(const QStringList &args, media::Engines &engines);
+int handins(const QStringList &args);
 
 // One command of the tool. The table is the one list of them: the tool runs a command and
 // writes its usage from it, and a test holds the README and the manual page to it.

@@ -15,7 +15,7 @@ template<int (*Run)(const QStringList &)> int plain(const QStringList &args, med
 // The usage text's column of what each command does.
 constexpr qsizetype HelpColumn = 30;
 
-constexpr std::array<Command, 13> Commands {{
+constexpr std::array<Command, 14> Commands {{
     {u"import", u"SOURCE DEST.sqlite", u"convert a Jet or SQLite content file to SQLite", plain<import>},
     {u"tables", u"FILE", u"user tables and their row counts", plain<tables>},
     {u"query", u"FILE SQL", u"run SQL, print the rows as TSV", plain<query>},
@@ -45,6 +45,12 @@ constexpr std::array<Command, 13> Commands {{
         u"whether the player plays a sound or video:\n"
         u"duration in ms, tab, video or audio",
         media},
+    {u"handins", u"FOLDER [--pdf OUT.pdf] [--activity ID]",
+        u"the bundles handed in, by class, pupil and time:\n"
+        u"class, tab, pupil, tab, activity, tab, time, tab,\n"
+        u"number of files, tab, ok or damaged;\n"
+        u"--pdf: one PDF to read and mark instead",
+        plain<handins>},
 }};
 
 } // namespace

@@ -58,7 +58,7 @@ struct Damage
     throw Damage {why};
 }
 
-// One bundle open in memory, its entries checked against the limits by what they claim.
+// One bundle open, its entries checked against the limits by what they claim.
 // Entry names are only ever compared, never used as paths.
 class Archive
 {
@@ -66,24 +66,22 @@ public:
     Archive(const QString &path, const Limits &limits)
         : m_limits(limits)
     {
+        // Read where it lies, a piece at a time: only what is decompressed is held.
         const QFileInfo about(path);
         if (!about.isFile())
             damaged(QStringLiteral("δεν είναι αρχείο"));
-        QFile file(path);
-        if (!file.open(QIODevice::ReadOnly))
-            damaged(QStringLiteral("δεν ανοίγει: %1").arg(file.errorString()));
-        const qint64 maxPacked = limits.maxTotalBytes + ZipOverheadBytes;
-        m_bytes = file.read(maxPacked + 1);
-        if (m_bytes.size() > maxPacked)
+        if (about.size() > limits.maxTotalBytes + ZipOverheadBytes)
             damaged(QStringLiteral("το αρχείο είναι πολύ μεγάλο"));
+        if (!about.isReadable())
+            damaged(QStringLiteral("δεν ανοίγει: δεν επιτρέπεται η ανάγνωση"));
 
         zip_error_t error;
         zip_error_init(&error);
-        zip_source_t *source
-            = zip_source_buffer_create(m_bytes.constData(), zip_uint64_t(m_bytes.size()), 0, &error);
+        zip_source_t *source = zip_source_file_create(QFile::encodeName(path).constData(), 0, -1, &error);
         if (!source) {
+            const QString why = QString::fromUtf8(zip_error_strerror(&error));
             zip_error_fini(&error);
-            damaged(QStringLiteral("δεν διαβάζεται"));
+            damaged(QStringLiteral("δεν ανοίγει: %1").arg(why));
         }
         m_zip.reset(zip_open_from_source(source, ZIP_RDONLY | ZIP_CHECKCONS, &error));
         if (!m_zip) {
@@ -208,7 +206,6 @@ private:
     }
 
     Limits m_limits;
-    QByteArray m_bytes;
     std::unique_ptr<zip_t, ZipDiscard> m_zip;
     QHash<QString, Entry> m_entries;
 };

@@ -23,7 +23,6 @@
 #include <QAction>
 #include <QCheckBox>
 #include <QCloseEvent>
-#include <QFile>
 #include <QLineEdit>
 #include <QMdiArea>
 #include <QMdiSubWindow>
@@ -31,7 +30,8 @@
 #include <QMenuBar>
 #include <QMimeData>
 #include <QStatusBar>
-#include <QTemporaryDir>
+#include <QTextCursor>
+#include <QTextDocument>
 #include <QToolBar>
 #include <QToolButton>
 #include <QVBoxLayout>
@@ -185,13 +185,13 @@ frmNotes *frmNotes::showReadOnly(Session &session, const QByteArray &rtf, const 
     font.setPointSize(richtext::NotesFontPoints);
     form->notes->setFont(font);
     session.adopt(form);
-    // Read as the notepad opens a file, from a private copy that goes at once.
-    QTemporaryDir folder;
-    QFile copy(folder.filePath(QStringLiteral("note.rtf")));
-    if (folder.isValid() && copy.open(QIODevice::WriteOnly) && copy.write(rtf) == rtf.size()) {
-        copy.close();
-        form->notes->LoadFile(copy.fileName());
-    }
+    // Read as the box opens a file, from memory: nothing of it is written anywhere.
+    QTextDocument *document = form->notes->document();
+    document->setDefaultFont(font);
+    richtext::loadDocument(*document, rtf);
+    document->clearUndoRedoStacks();
+    document->setModified(false);
+    form->notes->setTextCursor(QTextCursor(document));
     form->notes->setLocked(true);
     form->NotesDirty = false;
     form->show();

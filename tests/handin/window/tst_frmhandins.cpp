@@ -8,6 +8,7 @@
 #include <frmhandinpicture.h>
 #include <frmhandins.h>
 #include <frmnotes.h>
+#include <notepadstate.h>
 #include <richtextbox.h>
 
 #include <QApplication>
@@ -172,6 +173,24 @@ private slots:
         QVERIFY(!note->NotesDirty);
         // It closes without a question: there is nothing to save.
         QVERIFY(note->close());
+        QVERIFY(m_session->host->boxes.isEmpty());
+    }
+
+    void theNotepadKeepsItsOwnNote()
+    {
+        Session &session = *m_session;
+        frmNotes *own = frmNotes::open(session);
+        own->show();
+        own->notes->setSelText(u"Η δική μου σημείωση"_s);
+        session.notepad().CurrentFile = u"/tmp/mine.rtf"_s;
+        frmNotes *read = frmNotes::showReadOnly(session, bundlezips::noteRtf(u"Άλλη"_s), u"Σημείωση"_s);
+        QVERIFY(read != own);
+        QCOMPARE(frmNotes::open(session, false), own);
+        QVERIFY(read->close());
+        testing::flushDeletes();
+        QCOMPARE(frmNotes::open(session, false), own);
+        QCOMPARE(session.notepad().CurrentFile, u"/tmp/mine.rtf"_s);
+        QVERIFY(own->NotesDirty);
         QVERIFY(m_session->host->boxes.isEmpty());
     }
 

@@ -274,6 +274,11 @@ bool bundleBefore(const BundleInfo &a, const BundleInfo &b)
     return a.path < b.path;
 }
 
+bool sameClass(const QString &a, const QString &b)
+{
+    return content::compareText(a, b) == 0;
+}
+
 QList<BundleInfo> readBundles(const QString &folder, const Limits &limits)
 {
     QList<BundleInfo> bundles;

@@ -42,6 +42,10 @@ void describeFromFileName(BundleInfo &info);
 // The list's order: class, pupil (both in Greek order), time (unknown last), file.
 bool bundleBefore(const BundleInfo &a, const BundleInfo &b);
 
+// Whether two classes are one in that order (case and final sigma do not count), so that
+// a list groups them together.
+bool sameClass(const QString &a, const QString &b);
+
 BundleInfo readBundle(const QString &zipPath, const Limits &limits = {});
 
 // Every *.zip in `folder` (not hidden files, not links), sorted by bundleBefore.

@@ -338,6 +338,8 @@ private slots:
                 QStringLiteral("Β2 Άλκηστις ok"), QStringLiteral("Β2 άλκηστις ok"),
                 QStringLiteral("Β2 Βασίλης ok"), QStringLiteral("Β2 Ωρίων ok")}));
         QVERIFY(bundles.at(2).time < bundles.at(3).time);
+        QVERIFY(sameClass(QStringLiteral("β2"), QStringLiteral("Β2")));
+        QVERIFY(!sameClass(QStringLiteral("Α1"), QStringLiteral("Β2")));
     }
 };
 

@@ -130,7 +130,7 @@ void frmHandIns::fill()
     QString className;
     for (qsizetype i = 0; i < m_bundles.size(); ++i) {
         const handin::BundleInfo &bundle = m_bundles.at(i);
-        if (!classItem || bundle.className != className) {
+        if (!classItem || !handin::sameClass(bundle.className, className)) {
             className = bundle.className;
             classItem = new QTreeWidgetItem(lvwHandIns);
             classItem->setText(ColPupil,

@@ -257,7 +257,7 @@ BundleInfo readBundle(const QString &zipPath, const Limits &limits)
     if (!info.manifest)
         describeFromFileName(info);
     if (!info.ok)
-        qCWarning(lcHandIn) << "damaged bundle" << zipPath << info.damage;
+        qCWarning(lcHandin) << "damaged bundle" << zipPath << info.damage;
     return info;
 }
 
@@ -303,11 +303,11 @@ std::optional<QByteArray> readEntry(const QString &zipPath, const QString &name,
             archive.check(file, [&bytes](const char *data, qint64 size) { bytes.append(data, size); });
             return bytes;
         }
-        qCWarning(lcHandIn) << "no" << name << "listed in" << zipPath;
+        qCWarning(lcHandin) << "no" << name << "listed in" << zipPath;
     } catch (const Damage &damage) {
-        qCWarning(lcHandIn) << "cannot read" << name << "from" << zipPath << damage.why;
+        qCWarning(lcHandin) << "cannot read" << name << "from" << zipPath << damage.why;
     } catch (const std::bad_alloc &) {
-        qCWarning(lcHandIn) << "cannot read" << name << "from" << zipPath << "out of memory";
+        qCWarning(lcHandin) << "cannot read" << name << "from" << zipPath << "out of memory";
     }
     return std::nullopt;
 }

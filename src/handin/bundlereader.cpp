@@ -15,6 +15,7 @@
 #include <algorithm>
 #include <array>
 #include <functional>
+#include <limits>
 #include <memory>
 
 namespace handin {
@@ -195,11 +196,14 @@ private:
                 damaged(QStringLiteral("έχει δύο φορές το αρχείο %1").arg(name));
             if (stat.size > zip_uint64_t(m_limits.maxEntryBytes))
                 damaged(QStringLiteral("το αρχείο %1 είναι πολύ μεγάλο").arg(name));
-            const Entry entry {zip_uint64_t(i), qint64(stat.size), qint64(stat.comp_size)};
+            const Entry entry {zip_uint64_t(i), qint64(stat.size),
+                qint64(std::min<zip_uint64_t>(stat.comp_size, std::numeric_limits<qint64>::max()))};
             total += entry.size;
             if (total > m_limits.maxTotalBytes)
                 damaged(QStringLiteral("τα αρχεία του είναι πολύ μεγάλα όλα μαζί"));
-            if (entry.size > RatioFloorBytes && entry.size > entry.packed * m_limits.maxRatio)
+            // Divided, not multiplied: a packed size the archive claims may be anything.
+            if (entry.size > RatioFloorBytes
+                && (entry.packed <= 0 || entry.size / std::max<qint64>(1, m_limits.maxRatio) > entry.packed))
                 damaged(QStringLiteral("το αρχείο %1 είναι ύποπτα συμπιεσμένο").arg(name));
             m_entries.insert(name, entry);
         }

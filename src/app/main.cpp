@@ -4,6 +4,7 @@
 #include "windowsystem.h"
 
 #include <errorpolicy.h>
+#include <frmhandins.h>
 #include <latethreads.h>
 #include <programbitmaps.h>
 #include <session.h>
@@ -12,10 +13,22 @@
 #include <QApplication>
 #include <QTimer>
 
+#include <optional>
+
 namespace {
 
 // How long the end of the process waits for a thread the session could not stop in time.
 constexpr int LateThreadsWaitMs = 1000;
+
+// `--handins FOLDER`: the folder whose handed-in work the teacher lists (empty when the
+// folder was left out); nothing for the pupil's usual start.
+std::optional<QString> handInsFolder(const QStringList &arguments)
+{
+    const qsizetype at = arguments.indexOf(QStringLiteral("--handins"));
+    if (at < 1)
+        return std::nullopt;
+    return at + 1 < arguments.size() ? arguments.at(at + 1) : QString();
+}
 
 int run(int argc, char *argv[], platform::LateThreads &late)
 {
@@ -28,6 +41,10 @@ int run(int argc, char *argv[], platform::LateThreads &late)
     // Everything the running program holds, stopped in its order before the application goes.
     Session session(std::make_unique<platform::DesktopHost>(), late);
     registerChildWindows(session);
+
+    // The teacher's way in: the work handed in to a folder, with no course to open.
+    if (const std::optional<QString> folder = handInsFolder(QApplication::arguments()))
+        return showHandIns(session, *folder) ? app.exec() : 1;
 
     // After a failed start the error box has been shown; the program ends there.
     if (!Main(session))

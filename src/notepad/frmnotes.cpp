@@ -30,6 +30,8 @@
 #include <QMenuBar>
 #include <QMimeData>
 #include <QStatusBar>
+#include <QTextCursor>
+#include <QTextDocument>
 #include <QToolBar>
 #include <QToolButton>
 #include <QVBoxLayout>
@@ -137,6 +139,8 @@ frmNotes::frmNotes(Session &session, QWidget *parent)
     Recovery = new recovery::WorkKeeper(
         m_session.recovery(), QStringLiteral("notes"), [this] { return unsavedWork(); }, this);
     connect(notes, &RichTextBox::Change, this, [this] {
+        if (m_readOnly)
+            return;
         NotesDirty = true;
         Recovery->changed();
     });
@@ -168,6 +172,35 @@ frmNotes *frmNotes::open(Session &session, bool create)
         session.setWindow(Session::Window::Notes, nullptr);
     return sessionWindow<frmNotes>(
         session, Session::Window::Notes, create, [&session] { return new frmNotes(session); });
+}
+
+frmNotes *frmNotes::showReadOnly(Session &session, const QByteArray &rtf, const QString &caption)
+{
+    auto *form = new frmNotes(session);
+    form->m_readOnly = true;
+    form->setWindowTitle(caption);
+    form->Toolbar1->hide();
+    // The menus' procedures work on the session's notepad, not on this window: only the
+    // way out stays.
+    for (QMenu *menu : {form->mnuEdit, form->mnuInsert, form->mnuFormat})
+        menu->menuAction()->setVisible(false);
+    for (QAction *item : form->mnuFile->actions())
+        item->setVisible(item == form->mnuExit);
+    QFont font(QString::fromUtf16(richtext::NotesFontFamily));
+    font.setPointSize(richtext::NotesFontPoints);
+    form->notes->setFont(font);
+    session.adopt(form);
+    // Read as the box opens a file, from memory: nothing of it is written anywhere.
+    QTextDocument *document = form->notes->document();
+    document->setDefaultFont(font);
+    richtext::loadDocument(*document, rtf);
+    document->clearUndoRedoStacks();
+    document->setModified(false);
+    form->notes->setTextCursor(QTextCursor(document));
+    form->notes->setLocked(true);
+    form->NotesDirty = false;
+    form->show();
+    return form;
 }
 
 void frmNotes::buildMenus()
@@ -342,7 +375,7 @@ void frmNotes::Form_Load()
     connect(frmFontColors, &frmColors::NewColor, this,
         [this](quint32 color) { platform::guarded([this, color] { frmFontColors_NewColor(color); }); });
 
-    if (ShellWindow *shell = shellOf(m_session)) {
+    if (ShellWindow *shell = m_readOnly ? nullptr : shellOf(m_session)) {
         // Left and top come from the designed size, before the move.
         QWidget *frame = subWindow() ? static_cast<QWidget *>(subWindow()) : this;
         const QWidget *client = shell->mdiArea()->viewport();
@@ -364,6 +397,9 @@ void frmNotes::resizeEvent(QResizeEvent *event)
 
 void frmNotes::Form_Resize()
 {
+    // A note to read has no palette, and the notepad's own stays.
+    if (m_readOnly)
+        return;
     unloadFontPalette();
     // The toolbar, the box and the status line follow the window through its layout.
 }
@@ -406,6 +442,13 @@ void frmNotes::closeEvent(QCloseEvent *event)
 
 void frmNotes::Form_Unload(int &Cancel)
 {
+    // A note to read has nothing to save and leaves the notepad's memory alone.
+    if (m_readOnly) {
+        if (frmFontColors)
+            frmFontColors->deleteLater();
+        frmFontColors = nullptr;
+        return;
+    }
     // The question has no cancel: the window closes whatever the answer, unless the save
     // the pupil asked for wrote nothing (its dialog cancelled, or the file not written);
     // then the note stays, or it would be lost.
@@ -541,7 +584,7 @@ void frmNotes::notes_SelChange()
 void frmNotes::notes_OLEDragDrop(const QMimeData *data)
 {
     // A dropped picture lands by way of a paste; other kinds of data are not taken.
-    if (!data || !data->hasImage())
+    if (m_readOnly || !data || !data->hasImage())
         return;
     notes->setFocus();
     notes->paste();

@@ -43,6 +43,12 @@ public:
     // The session's notes window: made when `create` is set and there is none.
     static frmNotes *open(Session &session, bool create = true);
 
+    // Someone else's note to read, such as work a pupil handed in: a window of its own,
+    // never the session's notepad, showing the RTF locked, with only «Έξοδος» in its menu,
+    // nothing to save and no recovery copy. The session closes it at its end.
+    static frmNotes *showReadOnly(Session &session, const QByteArray &rtf, const QString &caption);
+    bool isReadOnly() const { return m_readOnly; }
+
     // Controls.
     QMenuBar *const menuBar;
     QToolBar *const Toolbar1;
@@ -133,6 +139,7 @@ private:
     QList<QAction *> m_buttons;
     QPointer<QMdiSubWindow> m_watchedSub;
     bool m_loaded = false;
+    bool m_readOnly = false;
     bool m_unloading = false;
     bool m_unloaded = false;
 };

@@ -28,6 +28,7 @@ int fulltext(const QStringList &args);
 int picture(const QStringList &args);
 int media(const QStringList &args, media::Engines &engines);
 int readAloud(const QStringList &args);
+int handins(const QStringList &args);
 
 // One command of the tool. The table is the one list of them: the tool runs a command and
 // writes its usage from it, and a test holds the README and the manual page to it.

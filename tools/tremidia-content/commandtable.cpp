@@ -49,6 +49,12 @@ constexpr std::array<Command, 14> Commands {{
         u"read a text aloud as the program does (speed 50-250 %);\n"
         u"as each word is said: index, tab, ms since the start, tab, word",
         plain<readAloud>},
+    {u"handins", u"FOLDER [--pdf OUT.pdf] [--activity ID]",
+        u"the bundles handed in, by class, pupil and time:\n"
+        u"class, tab, pupil, tab, activity, tab, time, tab,\n"
+        u"number of files, tab, ok or damaged;\n"
+        u"--pdf: one PDF to read and mark instead",
+        plain<handins>},
 }};
 
 } // namespace

@@ -4,6 +4,7 @@
 #include "frmfind.h"
 #include "frmformat.h"
 #include "modeditor.h"
+#include "notesspelling.h"
 #include "sessionwindow.h"
 
 #include <designedcolours.h>
@@ -132,11 +133,15 @@ frmNotes::frmNotes(Session &session, QWidget *parent)
 
     buildMenus();
     buildToolbar();
+    Spelling = new NotesSpelling(m_session, *notes, *mnuFormat, this);
 
     notes->setOleDropManual(true);
     Recovery = new recovery::WorkKeeper(
         m_session.recovery(), QStringLiteral("notes"), [this] { return unsavedWork(); }, this);
     connect(notes, &RichTextBox::Change, this, [this] {
+        // The spelling marks are no change of the note's.
+        if (Spelling->isMarking())
+            return;
         NotesDirty = true;
         Recovery->changed();
     });

@@ -7,6 +7,12 @@
 #include <hunspell.hxx>
 #include <iconv.h>
 
+#include <cerrno>
+#include <csignal>
+#include <fcntl.h>
+#include <thread>
+#include <unistd.h>
+
 namespace spelling {
 
 namespace {
@@ -59,6 +65,53 @@ QString singleByteTable(const QByteArray &name)
     }
     iconv_close(cd);
     return table;
+}
+
+// Hunspell reads its word list in one call that cannot be stopped, about half a second
+// of work. So that a session ending meanwhile does not wait for it, the list reaches
+// Hunspell through a pipe that a thread of ours fills: when `cancelled` rises, the
+// thread stops and closes the pipe, and Hunspell finishes at once on the words it has
+// (which are then thrown away).
+std::unique_ptr<Hunspell> loadStoppable(const QString &affix, const QString &words, const std::atomic_bool &cancelled)
+{
+    QFile source(words);
+    int ends[2];
+    if (!source.open(QIODevice::ReadOnly) || ::pipe2(ends, O_CLOEXEC) != 0)
+        return nullptr;
+    const QByteArray readEnd = "/proc/self/fd/" + QByteArray::number(ends[0]);
+    std::thread feeder([&source, &cancelled, out = ends[1]] {
+        // A reader gone early must not end the program with SIGPIPE.
+        sigset_t pipeSignal;
+        sigemptyset(&pipeSignal);
+        sigaddset(&pipeSignal, SIGPIPE);
+        pthread_sigmask(SIG_BLOCK, &pipeSignal, nullptr);
+        QByteArray chunk;
+        bool broken = false;
+        while (!broken && !cancelled && !(chunk = source.read(1 << 16)).isEmpty()) {
+            for (qsizetype done = 0; done < chunk.size() && !cancelled;) {
+                const ssize_t n = ::write(out, chunk.constData() + done, size_t(chunk.size() - done));
+                if (n < 0 && errno == EINTR)
+                    continue;
+                if (n < 0) {
+                    broken = true;
+                    break;
+                }
+                done += n;
+            }
+        }
+        ::close(out);
+        if (broken) {
+            const timespec now{0, 0};
+            sigtimedwait(&pipeSignal, nullptr, &now);
+        }
+    });
+    std::unique_ptr<Hunspell> hunspell;
+    if (QFileInfo::exists(QString::fromLatin1(readEnd)))
+        hunspell = std::make_unique<Hunspell>(QFile::encodeName(affix).constData(), readEnd.constData());
+    // Hunspell has read to the end, or never opened the pipe: either way the feeder ends.
+    ::close(ends[0]);
+    feeder.join();
+    return hunspell;
 }
 
 } // namespace
@@ -114,8 +167,11 @@ std::unique_ptr<Dictionary> Dictionary::load(
     }
     if (cancelled && *cancelled)
         return fail(QStringLiteral("cancelled"));
-    dictionary->m_hunspell = std::make_unique<Hunspell>(
-        QFile::encodeName(affix).constData(), QFile::encodeName(words).constData());
+    if (cancelled)
+        dictionary->m_hunspell = loadStoppable(affix, words, *cancelled);
+    if (!dictionary->m_hunspell)
+        dictionary->m_hunspell = std::make_unique<Hunspell>(
+            QFile::encodeName(affix).constData(), QFile::encodeName(words).constData());
     if (cancelled && *cancelled)
         return fail(QStringLiteral("cancelled"));
     // A dictionary that did not load knows no common word.

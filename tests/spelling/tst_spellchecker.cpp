@@ -6,6 +6,8 @@
 
 #include <QTest>
 
+#include <thread>
+
 using namespace spelling;
 
 class tst_SpellChecker : public QObject
@@ -29,6 +31,7 @@ private slots:
     void ownWords();
     void misspellingsOfAText();
     void noDictionaryInAnEmptyFolder();
+    void aLoadThatMayBeStopped();
 
 private:
     std::shared_ptr<Dictionary> m_dictionary;
@@ -169,6 +172,22 @@ void tst_SpellChecker::noDictionaryInAnEmptyFolder()
     QString why;
     QVERIFY(!Dictionary::load({empty}, &why));
     QVERIFY(why.contains(QStringLiteral("hunspell-el")));
+}
+
+void tst_SpellChecker::aLoadThatMayBeStopped()
+{
+    std::atomic_bool cancelled = false;
+    std::unique_ptr<Dictionary> loaded = Dictionary::load(Dictionary::defaultFolders(), nullptr, &cancelled);
+    QVERIFY(loaded);
+    QVERIFY(loaded->spell(QStringLiteral("κόσμος")));
+    // Stopped while it loads: it gives up within a moment, not after the whole list.
+    cancelled = false;
+    std::unique_ptr<Dictionary> stopped;
+    std::thread loader([&] { stopped = Dictionary::load(Dictionary::defaultFolders(), nullptr, &cancelled); });
+    QTest::qWait(20);
+    cancelled = true;
+    loader.join();
+    QVERIFY(!stopped);
 }
 
 QTEST_GUILESS_MAIN(tst_SpellChecker)

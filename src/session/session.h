@@ -54,7 +54,7 @@ public:
         int recoveryDelayMs = 0;
         // Where the spell checker looks for its Greek dictionary; empty: the system's
         // folders (/usr/share/hunspell, ...).
-        QStringList spellingFolders;
+        QStringList spellingFolders = {};
     };
 
     // `late` takes the threads that do not stop within their bound when the session ends

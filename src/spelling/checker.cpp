@@ -24,13 +24,20 @@ QString normalised(const QString &word)
 QStringList soundAlikes(QChar c)
 {
     switch (c.unicode()) {
-    case u'ο': return {QStringLiteral("ω")};
-    case u'ω': return {QStringLiteral("ο")};
-    case u'ι': return {QStringLiteral("η"), QStringLiteral("υ"), QStringLiteral("ει"), QStringLiteral("οι")};
-    case u'η': return {QStringLiteral("ι"), QStringLiteral("υ"), QStringLiteral("ει"), QStringLiteral("οι")};
-    case u'υ': return {QStringLiteral("ι"), QStringLiteral("η"), QStringLiteral("οι"), QStringLiteral("ει")};
-    case u'ε': return {QStringLiteral("αι")};
-    default: return {};
+    case u'ο':
+        return {QStringLiteral("ω")};
+    case u'ω':
+        return {QStringLiteral("ο")};
+    case u'ι':
+        return {QStringLiteral("η"), QStringLiteral("υ"), QStringLiteral("ει"), QStringLiteral("οι")};
+    case u'η':
+        return {QStringLiteral("ι"), QStringLiteral("υ"), QStringLiteral("ει"), QStringLiteral("οι")};
+    case u'υ':
+        return {QStringLiteral("ι"), QStringLiteral("η"), QStringLiteral("οι"), QStringLiteral("ει")};
+    case u'ε':
+        return {QStringLiteral("αι")};
+    default:
+        return {};
     }
 }
 

@@ -54,7 +54,7 @@ public:
 
     struct Misspelling
     {
-        qsizetype start = 0;  // in UTF-16 code units of the text
+        qsizetype start = 0; // in UTF-16 code units of the text
         qsizetype length = 0;
         QString word;
     };

@@ -72,7 +72,8 @@ QString singleByteTable(const QByteArray &name)
 // Hunspell through a pipe that a thread of ours fills: when `cancelled` rises, the
 // thread stops and closes the pipe, and Hunspell finishes at once on the words it has
 // (which are then thrown away).
-std::unique_ptr<Hunspell> loadStoppable(const QString &affix, const QString &words, const std::atomic_bool &cancelled)
+std::unique_ptr<Hunspell> loadStoppable(
+    const QString &affix, const QString &words, const std::atomic_bool &cancelled)
 {
     QFile source(words);
     int ends[2];
@@ -101,7 +102,7 @@ std::unique_ptr<Hunspell> loadStoppable(const QString &affix, const QString &wor
         }
         ::close(out);
         if (broken) {
-            const timespec now{0, 0};
+            const timespec now {0, 0};
             sigtimedwait(&pipeSignal, nullptr, &now);
         }
     });
@@ -133,7 +134,8 @@ QString Dictionary::findAffix(const QStringList &folders)
 {
     for (const QString &folder : folders) {
         const QDir dir(folder);
-        if (QFileInfo(dir.filePath(AffixName)).isReadable() && QFileInfo(dir.filePath(WordsName)).isReadable())
+        if (QFileInfo(dir.filePath(AffixName)).isReadable()
+            && QFileInfo(dir.filePath(WordsName)).isReadable())
             return dir.filePath(AffixName);
     }
     return QString();
@@ -160,7 +162,8 @@ std::unique_ptr<Dictionary> Dictionary::load(
     if (!dictionary->m_utf8) {
         dictionary->m_toUnicode = singleByteTable(iconvName(dictionary->m_encoding));
         if (dictionary->m_toUnicode.isEmpty())
-            return fail(QStringLiteral("the dictionary's encoding %1 is unknown to iconv").arg(dictionary->m_encoding));
+            return fail(QStringLiteral("the dictionary's encoding %1 is unknown to iconv")
+                            .arg(dictionary->m_encoding));
         for (int b = 1; b < 256; ++b)
             if (!dictionary->m_toUnicode[b].isNull())
                 dictionary->m_fromUnicode.insert(dictionary->m_toUnicode[b].unicode(), char(b));

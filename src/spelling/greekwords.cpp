@@ -26,6 +26,12 @@ bool isGreekLetter(QChar c)
     return ((u >= 0x0370 && u <= 0x03FF) || (u >= 0x1F00 && u <= 0x1FFF)) && c.isLetter();
 }
 
+bool isMonotonicLetter(QChar c)
+{
+    const char16_t u = c.unicode();
+    return u == 0x0386 || (u >= 0x0388 && u <= 0x038A) || u == 0x038C || (u >= 0x038E && u <= 0x03CE);
+}
+
 bool isGreekVowel(QChar lower)
 {
     static constexpr QStringView vowels = u"αεηιουωάέήίόύώϊϋΐΰ";
@@ -44,6 +50,7 @@ QList<WordSpan> checkableWords(QStringView text)
         }
         const qsizetype start = i;
         bool greek = true;
+        bool monotonic = true;
         int letters = 0;
         for (; i < n && isWordChar(text[i]); ++i) {
             const QChar c = text[i];
@@ -53,9 +60,11 @@ QList<WordSpan> checkableWords(QStringView text)
                 greek = false;
             else
                 ++letters;
+            if (!isMonotonicLetter(c))
+                monotonic = false;
         }
         const bool elided = i < n && isApostrophe(text[i]);
-        if (greek && letters >= 2 && !elided)
+        if (greek && monotonic && letters >= 2 && !elided)
             words.append({start, i - start});
     }
     return words;
@@ -105,46 +114,24 @@ QString capitalised(QStringView word)
     return first + word.mid(1).toString();
 }
 
+// Each letter with a tonos over the same letter without: the lower-case ones first, in
+// the order withTonos places them.
+constexpr QStringView WithTonos = u"άέήίόύώΐΰΆΈΉΊΌΎΏ";
+constexpr QStringView WithoutTonos = u"αεηιουωϊϋΑΕΗΙΟΥΩ";
+constexpr qsizetype LowerWithTonos = 9;
+
 QChar withTonos(QChar lower)
 {
-    switch (lower.unicode()) {
-    case u'α': return u'ά';
-    case u'ε': return u'έ';
-    case u'η': return u'ή';
-    case u'ι': return u'ί';
-    case u'ο': return u'ό';
-    case u'υ': return u'ύ';
-    case u'ω': return u'ώ';
-    case u'ϊ': return u'ΐ';
-    case u'ϋ': return u'ΰ';
-    default: return QChar();
-    }
+    const qsizetype at = WithoutTonos.first(LowerWithTonos).indexOf(lower);
+    return at < 0 ? QChar() : WithTonos[at];
 }
 
 QString withoutTonos(QStringView word)
 {
     QString plain = word.toString();
-    for (QChar &c : plain) {
-        switch (c.unicode()) {
-        case u'ά': c = u'α'; break;
-        case u'έ': c = u'ε'; break;
-        case u'ή': c = u'η'; break;
-        case u'ί': c = u'ι'; break;
-        case u'ό': c = u'ο'; break;
-        case u'ύ': c = u'υ'; break;
-        case u'ώ': c = u'ω'; break;
-        case u'ΐ': c = u'ϊ'; break;
-        case u'ΰ': c = u'ϋ'; break;
-        case u'Ά': c = u'Α'; break;
-        case u'Έ': c = u'Ε'; break;
-        case u'Ή': c = u'Η'; break;
-        case u'Ί': c = u'Ι'; break;
-        case u'Ό': c = u'Ο'; break;
-        case u'Ύ': c = u'Υ'; break;
-        case u'Ώ': c = u'Ω'; break;
-        default: break;
-        }
-    }
+    for (QChar &c : plain)
+        if (const qsizetype at = WithTonos.indexOf(c); at >= 0)
+            c = WithoutTonos[at];
     return plain;
 }
 
@@ -158,7 +145,7 @@ QString capitalsWithoutAccents(QStringView word)
 QStringList accentings(const QString &lowerWithoutTonos)
 {
     const QString &base = lowerWithoutTonos;
-    QStringList forms{base};
+    QStringList forms {base};
     auto addTonosVariants = [&forms](const QString &word, qsizetype skip) {
         for (qsizetype i = 0; i < word.size(); ++i) {
             if (i == skip)

@@ -17,10 +17,13 @@ struct WordSpan
 
 // The words of a text worth checking: runs of letters written wholly in Greek, of two
 // letters or more. A run with a digit or a letter of another script (an English name, a
-// date, "3ος") is passed over, and so is a word cut short by an apostrophe (σ', απ').
+// date, "3ος") is passed over, and so is a word cut short by an apostrophe (σ', απ') or
+// one with a polytonic or archaic letter, which the monotonic dictionary cannot judge.
 QList<WordSpan> checkableWords(QStringView text);
 
 bool isGreekLetter(QChar c);
+// A letter of monotonic Greek, the dictionary's alphabet.
+bool isMonotonicLetter(QChar c);
 bool isGreekVowel(QChar lower);
 
 enum class Case { Lower, Capitalised, Capitals, Mixed };

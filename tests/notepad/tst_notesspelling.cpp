@@ -7,8 +7,8 @@
 #include <checker.h>
 #include <notesspelling.h>
 #include <rtffile.h>
-#include <spellingservice.h>
 #include <settings.h>
+#include <spellingservice.h>
 #include <wordlists.h>
 
 #include <QFile>
@@ -42,6 +42,12 @@ void keepSpellingWarnings(QtMsgType type, const QMessageLogContext &context, con
         warnings << message;
 }
 
+void keepAllWarnings(QtMsgType type, const QMessageLogContext &, const QString &message)
+{
+    if (type == QtWarningMsg)
+        warnings << message;
+}
+
 } // namespace
 
 class tst_NotesSpelling : public QObject
@@ -61,6 +67,7 @@ private slots:
     void ignoredWordsLastTheSessionOnly();
     void theChoiceIsKept();
     void withoutADictionaryNothingIsMarkedAndTheLogSaysSoOnce();
+    void aSessionEndingWhileTheDictionaryLoadsStopsIt();
 
 private:
     void begin(Session::Services services = {});
@@ -205,7 +212,8 @@ void tst_NotesSpelling::finalSigmaIsOfferedFirst()
     frmNotes *form = openNotes();
     typeNote(form, QStringLiteral("ο κόσμοσ και ο κόςμος"));
     QTRY_VERIFY_WITH_TIMEOUT(form->Spelling->isActive(), 20000);
-    QTRY_COMPARE(markedWords(*form->notes), QStringList({QStringLiteral("κόσμοσ"), QStringLiteral("κόςμος")}));
+    QTRY_COMPARE(
+        markedWords(*form->notes), QStringList({QStringLiteral("κόσμοσ"), QStringLiteral("κόςμος")}));
     QMenu first;
     QVERIFY(form->Spelling->fillContextMenu(first, 4));
     QCOMPARE(first.actions().at(0)->text(), QStringLiteral("κόσμος"));
@@ -226,7 +234,8 @@ void tst_NotesSpelling::addedWordsAreKeptAcrossSessions()
     QList<QAction *> items = menu.actions();
     items.at(items.size() - 2)->trigger();
     QTRY_VERIFY(markedWords(*form->notes).isEmpty());
-    QCOMPARE(spelling::readPupilWords(spelling::pupilWordsPath()), QStringList({QStringLiteral("μπλαμπλίζω")}));
+    QCOMPARE(
+        spelling::readPupilWords(spelling::pupilWordsPath()), QStringList({QStringLiteral("μπλαμπλίζω")}));
     QVERIFY(spelling::pupilWordsPath().startsWith(m_home->path()));
     closeAll(*m_session);
     m_shell.reset();
@@ -300,8 +309,7 @@ void tst_NotesSpelling::withoutADictionaryNothingIsMarkedAndTheLogSaysSoOnce()
     begin(std::move(services));
     frmNotes *form = openNotes();
     typeNote(form, QStringLiteral("ο κόσμοσ και το σπιτι"));
-    QTRY_COMPARE_WITH_TIMEOUT(
-        (*m_session)->spelling().state(), spelling::Service::State::Unavailable, 20000);
+    QTRY_COMPARE_WITH_TIMEOUT((*m_session)->spelling().state(), spelling::Service::State::Unavailable, 20000);
     // The notepad opened again asks no second time.
     closeAll(*m_session);
     form = openNotes();
@@ -312,6 +320,21 @@ void tst_NotesSpelling::withoutADictionaryNothingIsMarkedAndTheLogSaysSoOnce()
     QVERIFY(warnings.at(0).contains(QStringLiteral("hunspell-el")));
     QMenu menu;
     QVERIFY(!form->Spelling->fillContextMenu(menu, 3));
+}
+
+void tst_NotesSpelling::aSessionEndingWhileTheDictionaryLoadsStopsIt()
+{
+    begin();
+    frmNotes *form = openNotes();
+    QVERIFY(form->Spelling->mnuSpelling->isChecked());
+    QCOMPARE((*m_session)->spelling().state(), spelling::Service::State::Loading);
+    qInstallMessageHandler(keepAllWarnings);
+    closeAll(*m_session);
+    m_shell.reset();
+    m_session.reset();
+    qInstallMessageHandler(nullptr);
+    // The load stopped within the session's bound for its background work.
+    QVERIFY2(warnings.isEmpty(), qPrintable(warnings.join(u'\n')));
 }
 
 QTEST_MAIN(tst_NotesSpelling)

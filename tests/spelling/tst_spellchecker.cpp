@@ -58,11 +58,12 @@ void tst_SpellChecker::cleanup()
 
 void tst_SpellChecker::wordsToCheck()
 {
-    const QString text = QStringLiteral("Ο Byron ήρθε το 1824 στο 3ος σ' αυτό ΚΟΣΜΟΣ-κόσμος α");
+    const QString text = QStringLiteral("Ο Byron ήρθε το 1824 στο 3ος σ' αυτό ΚΟΣΜΟΣ-κόσμος α ἄνθρωπος");
     QStringList words;
     for (const WordSpan &span : checkableWords(text))
         words << text.mid(span.start, span.length);
-    // Single letters, Latin words, words with digits and elided words are passed over.
+    // Single letters, Latin words, words with digits, elided and polytonic words are
+    // passed over.
     QCOMPARE(words,
         QStringList({QStringLiteral("ήρθε"), QStringLiteral("το"), QStringLiteral("στο"),
             QStringLiteral("αυτό"), QStringLiteral("ΚΟΣΜΟΣ"), QStringLiteral("κόσμος")}));
@@ -183,7 +184,8 @@ void tst_SpellChecker::aLoadThatMayBeStopped()
     // Stopped while it loads: it gives up within a moment, not after the whole list.
     cancelled = false;
     std::unique_ptr<Dictionary> stopped;
-    std::thread loader([&] { stopped = Dictionary::load(Dictionary::defaultFolders(), nullptr, &cancelled); });
+    std::thread loader(
+        [&] { stopped = Dictionary::load(Dictionary::defaultFolders(), nullptr, &cancelled); });
     QTest::qWait(20);
     cancelled = true;
     loader.join();

@@ -66,7 +66,8 @@ void tst_SpellTool::standardInput()
     process.closeWriteChannel();
     QVERIFY(process.waitForFinished(60000));
     QCOMPARE(process.exitCode(), 0);
-    const QStringList lines = QString::fromUtf8(process.readAllStandardOutput()).split(u'\n', Qt::SkipEmptyParts);
+    const QStringList lines
+        = QString::fromUtf8(process.readAllStandardOutput()).split(u'\n', Qt::SkipEmptyParts);
     QCOMPARE(lines.size(), 1);
     const QStringList fields = lines.at(0).split(u'\t');
     QCOMPARE(fields.value(0), QStringLiteral("0"));

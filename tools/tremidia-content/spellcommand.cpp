@@ -24,7 +24,8 @@ int spell(const QStringList &args)
         return fail(QStringLiteral("cannot read %1: %2").arg(args.first(), file.errorString()));
     const QByteArray data = file.readAll();
     // RTF by its start, else UTF-8 text.
-    const QString text = data.startsWith("{\\rtf") ? richtext::readPlainText(data).text : QString::fromUtf8(data);
+    const QString text
+        = data.startsWith("{\\rtf") ? richtext::readPlainText(data).text : QString::fromUtf8(data);
 
     QString why;
     std::shared_ptr<spelling::Dictionary> dictionary

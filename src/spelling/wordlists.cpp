@@ -82,7 +82,7 @@ bool appendPupilWord(const QString &path, const QString &word)
     if (!QDir().mkpath(folder))
         return false;
     const QByteArray name = QFile::encodeName(path);
-    const int fd = ::open(name.constData(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, 0644);
+    const int fd = ::open(name.constData(), O_RDWR | O_CREAT | O_APPEND | O_CLOEXEC, 0644);
     if (fd < 0)
         return false;
     // A file cut short by a crash may lack its last line's end: the word starts a line.
@@ -107,6 +107,14 @@ bool appendPupilWord(const QString &path, const QString &word)
     }
     ok = ok && ::fsync(fd) == 0;
     ok = ::close(fd) == 0 && ok;
+    // A file just made is only there for good once its folder is synced too.
+    if (ok && size == 0) {
+        const QByteArray folderName = QFile::encodeName(folder);
+        if (const int dir = ::open(folderName.constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC); dir >= 0) {
+            ::fsync(dir);
+            ::close(dir);
+        }
+    }
     return ok;
 }
 

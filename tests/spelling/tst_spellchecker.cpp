@@ -3,7 +3,10 @@
 #include <checker.h>
 #include <dictionary.h>
 #include <greekwords.h>
+#include <wordlists.h>
 
+#include <QFile>
+#include <QTemporaryDir>
 #include <QTest>
 
 #include <thread>
@@ -32,6 +35,7 @@ private slots:
     void misspellingsOfAText();
     void noDictionaryInAnEmptyFolder();
     void aLoadThatMayBeStopped();
+    void pupilWordsFile();
 
 private:
     std::shared_ptr<Dictionary> m_dictionary;
@@ -190,6 +194,25 @@ void tst_SpellChecker::aLoadThatMayBeStopped()
     cancelled = true;
     loader.join();
     QVERIFY(!stopped);
+}
+
+void tst_SpellChecker::pupilWordsFile()
+{
+    QTemporaryDir home;
+    const QString path = home.filePath(QStringLiteral("data/tremidia/words.txt"));
+    QVERIFY(appendPupilWord(path, QStringLiteral("μπλαμπλίζω")));
+    QCOMPARE(readPupilWords(path), QStringList({QStringLiteral("μπλαμπλίζω")}));
+    // A last line cut short keeps its word; the next one starts a line of its own.
+    QFile file(path);
+    QVERIFY(file.open(QIODevice::Append));
+    file.write(QStringLiteral("κομμένη").toUtf8());
+    file.close();
+    QVERIFY(appendPupilWord(path, QStringLiteral("Τρεμιδόπολη")));
+    QCOMPARE(readPupilWords(path),
+        QStringList(
+            {QStringLiteral("μπλαμπλίζω"), QStringLiteral("κομμένη"), QStringLiteral("Τρεμιδόπολη")}));
+    qputenv("XDG_DATA_HOME", QFile::encodeName(home.filePath(QStringLiteral("data"))));
+    QCOMPARE(pupilWordsPath(), path);
 }
 
 QTEST_GUILESS_MAIN(tst_SpellChecker)

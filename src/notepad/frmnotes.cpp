@@ -4,6 +4,7 @@
 #include "frmfind.h"
 #include "frmformat.h"
 #include "modeditor.h"
+#include "notesspelling.h"
 #include "sessionwindow.h"
 
 #include <designedcolours.h>
@@ -134,12 +135,14 @@ frmNotes::frmNotes(Session &session, QWidget *parent)
 
     buildMenus();
     buildToolbar();
+    Spelling = new NotesSpelling(m_session, *notes, *mnuFormat, this);
 
     notes->setOleDropManual(true);
     Recovery = new recovery::WorkKeeper(
         m_session.recovery(), QStringLiteral("notes"), [this] { return unsavedWork(); }, this);
     connect(notes, &RichTextBox::Change, this, [this] {
-        if (m_readOnly)
+        // A note shown read-only never changes, and the spelling marks are no change of the note's.
+        if (m_readOnly || Spelling->isMarking())
             return;
         NotesDirty = true;
         Recovery->changed();

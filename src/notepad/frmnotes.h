@@ -17,6 +17,7 @@ class QMimeData;
 class QPrinter;
 class QStatusBar;
 class QToolBar;
+class NotesSpelling;
 class RichTextBox;
 class Session;
 class frmColors;
@@ -95,6 +96,8 @@ public:
 
     // Fields.
     bool NotesDirty = false;
+    // The spell checking of the note: its marks, its menu entry, its right-button menu.
+    NotesSpelling *Spelling = nullptr;
     // The recovery copy of the note while it is not saved.
     recovery::WorkKeeper *Recovery = nullptr;
     // Reopens a note that a crash left unsaved: as it was, unsaved, under its file name.

@@ -11,6 +11,7 @@ Q_LOGGING_CATEGORY(lcContent, "tremidia.content", QtWarningMsg)
 Q_LOGGING_CATEGORY(lcRecovery, "tremidia.recovery", QtWarningMsg)
 Q_LOGGING_CATEGORY(lcMedia, "tremidia.media", QtWarningMsg)
 Q_LOGGING_CATEGORY(lcHandin, "tremidia.handin", QtWarningMsg)
+Q_LOGGING_CATEGORY(lcSpelling, "tremidia.spelling", QtWarningMsg)
 
 namespace platform {
 

@@ -10,6 +10,7 @@
 #include <recoverystore.h>
 #include <runtimeerror.h>
 #include <shellwindow.h>
+#include <spellingservice.h>
 #include <textzoom.h>
 #include <twips.h>
 
@@ -49,6 +50,11 @@ Session::Session(std::unique_ptr<platform::Host> host, platform::LateThreads &la
     , m_textZoom(std::make_unique<TextZoom>())
     , m_readAloud(std::make_unique<speech::ReadAloud>(std::move(services.speaker), late))
     , m_mediaEngines(std::make_unique<media::Engines>(late))
+    , m_spelling(std::make_unique<spelling::Service>(
+          [this](QObject *context, spelling::Service::Job job, spelling::Service::Done done) {
+              m_background.run<spelling::Loaded>(context, std::move(job), std::move(done));
+          },
+          std::move(services.spellingFolders)))
 {
     m_recovery->setDelayMs(services.recoveryDelayMs);
 }
@@ -56,7 +62,8 @@ Session::Session(std::unique_ptr<platform::Host> host, platform::LateThreads &la
 Session::~Session()
 {
     const QDeadlineTimer budget(StopBudgetMs);
-    // 1. The workers: no result comes back to a window that is about to go.
+    // 1. The workers: no result comes back to a window that is about to go (nor a
+    //    spelling dictionary still loading to its checker).
     m_background.cancelAll();
     if (!m_background.waitForDone(int(within(budget, BackgroundStopMs).count())))
         qCWarning(lcErrors) << "background work still running at the session's end";

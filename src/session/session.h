@@ -8,6 +8,7 @@
 #include <QList>
 #include <QPointer>
 #include <QString>
+#include <QStringList>
 #include <QWidget>
 
 #include <functional>
@@ -24,6 +25,9 @@ class LateThreads;
 }
 namespace recovery {
 class Store;
+}
+namespace spelling {
+class Service;
 }
 namespace speech {
 class ReadAloud;
@@ -48,6 +52,9 @@ public:
         std::function<std::unique_ptr<speech::Speaker>(platform::LateThreads &late)> speaker;
         // Milliseconds from a change to its recovery copy; 0: the store's own delay.
         int recoveryDelayMs = 0;
+        // Where the spell checker looks for its Greek dictionary; empty: the system's
+        // folders (/usr/share/hunspell, ...).
+        QStringList spellingFolders = {};
     };
 
     // `late` takes the threads that do not stop within their bound when the session ends
@@ -140,6 +147,8 @@ public:
     TextZoom &textZoom() { return *m_textZoom; }
     // The owner of the media players' engine threads; every player is handed it.
     media::Engines &mediaEngines() { return *m_mediaEngines; }
+    // The spell checker: its dictionary loads on a background worker at its first need.
+    spelling::Service &spelling() { return *m_spelling; }
 
 private:
     void closeWindows();
@@ -153,6 +162,7 @@ private:
     std::unique_ptr<TextZoom> m_textZoom;
     std::unique_ptr<speech::ReadAloud> m_readAloud;
     std::unique_ptr<media::Engines> m_mediaEngines;
+    std::unique_ptr<spelling::Service> m_spelling;
     QHash<int, WindowFactory> m_windowFactories;
     QHash<int, QPointer<QWidget>> m_windows;
     QList<QPointer<QWidget>> m_adopted;

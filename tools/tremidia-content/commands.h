@@ -25,6 +25,7 @@ int check(const QStringList &args, media::Engines &engines);
 int search(const QStringList &args);
 int index(const QStringList &args);
 int fulltext(const QStringList &args);
+int spell(const QStringList &args);
 int picture(const QStringList &args);
 int media(const QStringList &args, media::Engines &engines);
 int readAloud(const QStringList &args);

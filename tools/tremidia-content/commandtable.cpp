@@ -15,7 +15,7 @@ template<int (*Run)(const QStringList &)> int plain(const QStringList &args, med
 // The usage text's column of what each command does.
 constexpr qsizetype HelpColumn = 30;
 
-constexpr std::array<Command, 14> Commands {{
+constexpr std::array<Command, 16> Commands {{
     {u"import", u"SOURCE DEST.sqlite", u"convert a Jet or SQLite content file to SQLite", plain<import>},
     {u"tables", u"FILE", u"user tables and their row counts", plain<tables>},
     {u"query", u"FILE SQL", u"run SQL, print the rows as TSV", plain<query>},
@@ -40,6 +40,11 @@ constexpr std::array<Command, 14> Commands {{
         u"the sources whose words match the query, best first:\n"
         u"ResourceID, tab, ResTypeID, tab, title",
         plain<fulltext>},
+    {u"spell", u"FILE",
+        u"the misspelt Greek words of an RTF or UTF-8 text file\n"
+        u"(- reads standard input): offset in UTF-16 units of\n"
+        u"the plain text, tab, word, tab, suggestions by commas",
+        plain<spell>},
     {u"picture", u"IN OUT.png", u"draw a picture as the viewers do, into a PNG", plain<picture>},
     {u"media", u"FILE",
         u"whether the player plays a sound or video:\n"

@@ -2,6 +2,7 @@
 
 #include "background.h"
 
+#include <destinations.h>
 #include <host.h>
 
 #include <QHash>
@@ -12,9 +13,13 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 
 namespace content {
 class Database;
+}
+namespace handin {
+class Outbox;
 }
 namespace media {
 class Engines;
@@ -48,6 +53,12 @@ public:
         std::function<std::unique_ptr<speech::Speaker>(platform::LateThreads &late)> speaker;
         // Milliseconds from a change to its recovery copy; 0: the store's own delay.
         int recoveryDelayMs = 0;
+        // Where hand-ins wait until they are handed in; empty: the user's state folder.
+        QString handInFolder;
+        // Where hand-ins go; none: the system settings' group «Παράδοση».
+        std::optional<handin::Destinations> handInDestinations;
+        // Milliseconds between the tries of what waits; 0: the outbox's own.
+        int handInRetryMs = 0;
     };
 
     // `late` takes the threads that do not stop within their bound when the session ends
@@ -93,6 +104,7 @@ public:
         Tip,
         Photo,
         MaxPhoto,
+        HandIn,
     };
     using WindowFactory = std::function<QWidget *(Session &)>;
     void setWindowFactory(Window kind, WindowFactory factory);
@@ -140,6 +152,9 @@ public:
     TextZoom &textZoom() { return *m_textZoom; }
     // The owner of the media players' engine threads; every player is handed it.
     media::Engines &mediaEngines() { return *m_mediaEngines; }
+    // The pupils' hand-ins: made as the session starts, so that what waits from an earlier
+    // run is sent again at once, and then every two minutes.
+    handin::Outbox &handIns() { return *m_handIns; }
 
 private:
     void closeWindows();
@@ -153,6 +168,7 @@ private:
     std::unique_ptr<TextZoom> m_textZoom;
     std::unique_ptr<speech::ReadAloud> m_readAloud;
     std::unique_ptr<media::Engines> m_mediaEngines;
+    std::unique_ptr<handin::Outbox> m_handIns;
     QHash<int, WindowFactory> m_windowFactories;
     QHash<int, QPointer<QWidget>> m_windows;
     QList<QPointer<QWidget>> m_adopted;

@@ -29,7 +29,11 @@ enum class Delivery {
 // Writes `zip` into `folder` as `fileName`: under a temporary name, fsync, then a rename
 // that never replaces anything (a name already taken gets the bundle under a fresh random
 // part). Never lists or reads the folder (pupils may write but not read a 1733 folder).
+// A file system that can neither rename without replacing nor link gets the bundle written
+// straight under its name, created exclusively. Whatever fails, the half-written file is
+// removed and nothing else in the folder is touched. `why`: the reason, for the log;
+// `deliveredAs`: the name the bundle got.
 Delivery deliverToFolder(const QString &folder, const QString &fileName, const QByteArray &zip,
-    QString *why = nullptr);
+    QString *why = nullptr, QString *deliveredAs = nullptr);
 
 } // namespace handin

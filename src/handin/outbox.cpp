@@ -1,34 +1,356 @@
 #include "outbox.h"
 
+#include "logging.h"
+#include "manifest.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QLockFile>
+#include <QNetworkAccessManager>
+#include <QNetworkReply>
+#include <QNetworkRequest>
+#include <QSaveFile>
+#include <QSet>
+
 namespace handin {
+
+namespace {
+
+constexpr char SentSuffix[] = ".sent";
+constexpr char LockSuffix[] = ".lock";
+// A name taken on the server gets this many fresh names in one try.
+constexpr int MaxRenames = 3;
+
+QString folderKey(const QString &folder)
+{
+    return QStringLiteral("folder:") + QDir::cleanPath(folder);
+}
+
+QString webdavKey(const QUrl &url)
+{
+    return QStringLiteral("webdav:") + url.toString(QUrl::RemoveUserInfo);
+}
+
+// Which destinations have a bundle: the side file <name>.sent.
+struct Record
+{
+    QSet<QString> delivered;
+    QString webdavName; // empty: the bundle's own name
+
+    static Record read(const QString &path)
+    {
+        Record record;
+        QFile file(path);
+        if (!file.open(QIODevice::ReadOnly))
+            return record;
+        const QJsonObject root = QJsonDocument::fromJson(file.read(1 << 16)).object();
+        for (const QJsonValue &value : root.value(QStringLiteral("delivered")).toArray())
+            record.delivered.insert(value.toString());
+        const QString name = root.value(QStringLiteral("webdavName")).toString();
+        if (isPlainEntryName(name))
+            record.webdavName = name;
+        return record;
+    }
+
+    bool write(const QString &path) const
+    {
+        QJsonArray keys;
+        QStringList sorted(delivered.cbegin(), delivered.cend());
+        sorted.sort();
+        for (const QString &key : sorted)
+            keys.append(key);
+        QJsonObject root{{QStringLiteral("delivered"), keys}};
+        if (!webdavName.isEmpty())
+            root.insert(QStringLiteral("webdavName"), webdavName);
+        // Written aside and renamed over the old record, so that a crash leaves one whole.
+        QSaveFile file(path);
+        if (!file.open(QIODevice::WriteOnly) || file.write(QJsonDocument(root).toJson()) < 0 || !file.commit()) {
+            qCWarning(lcHandin) << "cannot record which destinations have" << path << file.errorString();
+            return false;
+        }
+        return true;
+    }
+};
+
+} // namespace
+
+struct Outbox::Round
+{
+    QString fileName;
+    QLockFile lock;
+    Record record;
+    int pending = 0; // uploads not answered yet
+    int renames = 0;
+    bool folderFailed = false;
+    bool webdavFailed = false;
+
+    Round(const QString &name, const QString &lockPath)
+        : fileName(name)
+        , lock(lockPath)
+    {
+    }
+};
+
+QString Outbox::defaultFolder()
+{
+    QString state = qEnvironmentVariable("XDG_STATE_HOME");
+    if (state.isEmpty() || QDir::isRelativePath(state))
+        state = QDir::homePath() + QStringLiteral("/.local/state");
+    return state + QStringLiteral("/tremidia/outbox");
+}
+
+QString Outbox::deliveredText(const QDateTime &at)
+{
+    return QStringLiteral("Παραδόθηκε στις ") + at.toString(QStringLiteral("HH:mm"));
+}
+
+QString Outbox::folderWaitingText()
+{
+    return QStringLiteral("Σε αναμονή: ο φάκελος παράδοσης δεν είναι διαθέσιμος");
+}
+
+QString Outbox::serverWaitingText()
+{
+    return QStringLiteral("Σε αναμονή: ο διακομιστής παράδοσης δεν είναι διαθέσιμος");
+}
 
 Outbox::Outbox(Destinations destinations, QString folder, std::function<QDateTime()> now,
     int retryMs, QObject *parent)
     : QObject(parent)
     , m_destinations(std::move(destinations))
-    , m_folder(std::move(folder))
-    , m_now(std::move(now))
+    , m_folder(folder.isEmpty() ? defaultFolder() : QDir::cleanPath(folder))
+    , m_now(now ? std::move(now) : [] { return QDateTime::currentDateTime(); })
+    , m_network(new QNetworkAccessManager(this))
 {
+    if (QDir().mkpath(m_folder))
+        QFile::setPermissions(m_folder, QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ExeOwner);
+    else
+        qCWarning(lcHandin) << "cannot make the outbox" << m_folder;
+    tidy();
+
     m_retry.setInterval(retryMs);
+    connect(&m_retry, &QTimer::timeout, this, &Outbox::resend);
+    m_retry.start();
+    // Once the event loop runs, so that whoever made the outbox hears what the first try did.
+    QTimer::singleShot(0, this, &Outbox::resend);
 }
 
-Outbox::~Outbox() = default;
-
-bool Outbox::handIn(const Bundle &)
+Outbox::~Outbox()
 {
-    return false; // TODO
+    // Aborting a reply finishes it at once; nothing of ours may hear that any more.
+    for (QNetworkReply *reply : m_network->findChildren<QNetworkReply *>()) {
+        disconnect(reply, nullptr, this, nullptr);
+        reply->abort();
+    }
+    m_rounds.clear(); // unlocks: the bundles wait for the next try
 }
 
-void Outbox::resend() {}
+QString Outbox::path(const QString &fileName) const
+{
+    return m_folder + u'/' + fileName;
+}
+
+QStringList Outbox::bundles() const
+{
+    QStringList names;
+    const QStringList found = QDir(m_folder).entryList({QStringLiteral("*.zip")}, QDir::Files, QDir::Name);
+    for (const QString &name : found) {
+        if (isPlainEntryName(name))
+            names.append(name);
+    }
+    return names;
+}
+
+// What an earlier run left: the record of a bundle that went (the program ended between
+// removing the one and the other), and a half-written bundle of a run that died.
+void Outbox::tidy()
+{
+    QDir dir(m_folder);
+    for (const QString &name : dir.entryList({QStringLiteral("*.zip.sent")}, QDir::Files)) {
+        if (!dir.exists(name.chopped(qstrlen(SentSuffix))))
+            dir.remove(name);
+    }
+    const QDateTime dayAgo = QDateTime::currentDateTimeUtc().addDays(-1);
+    const QFileInfoList parts = dir.entryInfoList({QStringLiteral(".tremidia-*.part")}, QDir::Files | QDir::Hidden);
+    for (const QFileInfo &part : parts) {
+        if (part.lastModified().toUTC() < dayAgo)
+            dir.remove(part.fileName());
+    }
+}
+
+bool Outbox::handIn(const Bundle &bundle)
+{
+    if (bundle.zip.isEmpty() || !isPlainEntryName(bundle.fileName)) {
+        qCWarning(lcHandin) << "nothing to hand in as" << bundle.fileName;
+        return false;
+    }
+    QDir().mkpath(m_folder);
+    QString why, kept;
+    if (deliverToFolder(m_folder, bundle.fileName, bundle.zip, &why, &kept) != Delivery::Delivered) {
+        qCWarning(lcHandin).noquote() << "the outbox cannot keep" << bundle.fileName << "-" << why;
+        return false;
+    }
+    send(kept);
+    return true;
+}
+
+void Outbox::resend()
+{
+    for (const QString &name : bundles())
+        send(name);
+}
 
 int Outbox::waiting() const
 {
-    return 0;
+    return static_cast<int>(bundles().size());
 }
 
 QString Outbox::statusText() const
 {
     return m_status;
+}
+
+void Outbox::setStatus(const QString &text)
+{
+    if (text == m_status)
+        return;
+    m_status = text;
+    emit statusChanged(m_status);
+}
+
+void Outbox::send(const QString &fileName)
+{
+    if (m_rounds.count(fileName))
+        return; // already on its way
+    auto round = std::make_unique<Round>(fileName, path(fileName) + QLatin1String(LockSuffix));
+    round->lock.setStaleLockTime(0); // stale only when its program is gone
+    if (!round->lock.tryLock(0))
+        return; // another program of this user is sending it
+    QFile file(path(fileName));
+    if (!file.open(QIODevice::ReadOnly))
+        return; // handed in meanwhile by that other program
+    const QByteArray zip = file.readAll();
+    file.close();
+    round->record = Record::read(path(fileName) + QLatin1String(SentSuffix));
+    Round &r = *round;
+    m_rounds.emplace(fileName, std::move(round));
+
+    const QString folder = m_destinations.folder;
+    if (!folder.isEmpty() && !r.record.delivered.contains(folderKey(folder))) {
+        QString why;
+        if (deliverToFolder(folder, fileName, zip, &why) == Delivery::Delivered) {
+            r.record.delivered.insert(folderKey(folder));
+            r.record.write(path(fileName) + QLatin1String(SentSuffix));
+        } else {
+            r.folderFailed = true;
+            qCWarning(lcHandin).noquote() << "the drop folder did not take" << fileName << "-" << why;
+        }
+    }
+    if (m_destinations.webdav.isValid() && !r.record.delivered.contains(webdavKey(m_destinations.webdav)))
+        put(r, zip);
+    if (r.pending == 0)
+        finish(fileName);
+}
+
+void Outbox::put(Round &round, const QByteArray &zip)
+{
+    const QString remoteName = round.record.webdavName.isEmpty() ? round.fileName : round.record.webdavName;
+    QUrl url = m_destinations.webdav;
+    QString base = url.path(QUrl::FullyDecoded);
+    if (!base.endsWith(u'/'))
+        base += u'/';
+    url.setPath(base + remoteName, QUrl::DecodedMode);
+
+    QNetworkRequest request(url);
+    request.setHeader(QNetworkRequest::ContentTypeHeader, QStringLiteral("application/zip"));
+    // Never over a file that is there, whoever put it.
+    request.setRawHeader("If-None-Match", "*");
+    if (!m_destinations.user.isEmpty() || !m_destinations.password.isEmpty()) {
+        request.setRawHeader("Authorization",
+            "Basic " + (m_destinations.user + u':' + m_destinations.password).toUtf8().toBase64());
+    }
+    // A redirect would send the work elsewhere than the technician set; it counts as a failure.
+    request.setAttribute(QNetworkRequest::RedirectPolicyAttribute, QNetworkRequest::ManualRedirectPolicy);
+    request.setTransferTimeout(TransferTimeoutMs);
+
+    QNetworkReply *reply = m_network->put(request, zip);
+    ++round.pending;
+    const QString fileName = round.fileName;
+    connect(reply, &QNetworkReply::sslErrors, this, [fileName](const QList<QSslError> &errors) {
+        for (const QSslError &error : errors)
+            qCWarning(lcHandin).noquote() << "TLS refused for" << fileName << "-" << error.errorString();
+    });
+    connect(reply, &QNetworkReply::finished, this,
+        [this, reply, fileName, zip] { putFinished(reply, fileName, zip); });
+}
+
+void Outbox::putFinished(QNetworkReply *reply, const QString &fileName, const QByteArray &zip)
+{
+    reply->deleteLater();
+    const auto found = m_rounds.find(fileName);
+    if (found == m_rounds.end())
+        return;
+    Round &round = *found->second;
+    --round.pending;
+    const int status = reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
+    const QString sent = path(fileName) + QLatin1String(SentSuffix);
+    if (status == 201 || status == 204) {
+        round.record.delivered.insert(webdavKey(m_destinations.webdav));
+        round.record.write(sent);
+    } else if (status == 412 && round.renames < MaxRenames) {
+        // Another bundle has this name on the server: ours goes under a fresh one, which is
+        // remembered so that the next try asks for the same.
+        ++round.renames;
+        round.record.webdavName = withFreshRandomPart(
+            round.record.webdavName.isEmpty() ? fileName : round.record.webdavName);
+        round.record.write(sent);
+        put(round, zip);
+        return;
+    } else {
+        round.webdavFailed = true;
+        qCWarning(lcHandin).noquote() << "the WebDAV share did not take" << fileName << "- HTTP" << status
+                                      << reply->errorString();
+    }
+    if (round.pending == 0)
+        finish(fileName);
+}
+
+void Outbox::finish(const QString &fileName)
+{
+    const auto found = m_rounds.find(fileName);
+    if (found == m_rounds.end())
+        return;
+    const std::unique_ptr<Round> round = std::move(found->second);
+    m_rounds.erase(found);
+
+    const Record &record = round->record;
+    const bool folderHasIt = m_destinations.folder.isEmpty()
+        || record.delivered.contains(folderKey(m_destinations.folder));
+    const bool webdavHasIt = !m_destinations.webdav.isValid()
+        || record.delivered.contains(webdavKey(m_destinations.webdav));
+    if (m_destinations.any() && folderHasIt && webdavHasIt) {
+        // The bundle first, then its record: a crash between the two leaves a record that
+        // tidy() removes, never a bundle that would go twice.
+        if (!QFile::remove(path(fileName)))
+            qCWarning(lcHandin) << "cannot take" << fileName << "out of the outbox";
+        QFile::remove(path(fileName) + QLatin1String(SentSuffix));
+        round->lock.unlock();
+        m_lastDelivered = m_now();
+        emit delivered(fileName, m_lastDelivered);
+        if (waiting() == 0)
+            setStatus(deliveredText(m_lastDelivered));
+        return;
+    }
+    round->lock.unlock();
+    if (!m_destinations.any())
+        qCWarning(lcHandin).noquote() << "no destination is set:" << fileName << "waits in" << m_folder;
+    const QString reason = round->folderFailed || !m_destinations.any() ? folderWaitingText() : serverWaitingText();
+    emit queued(fileName, reason);
+    setStatus(reason);
 }
 
 } // namespace handin

@@ -9,8 +9,11 @@
 #include <QTimer>
 
 #include <functional>
+#include <map>
+#include <memory>
 
 class QNetworkAccessManager;
+class QNetworkReply;
 
 namespace handin {
 
@@ -21,12 +24,23 @@ namespace handin {
 // and every two minutes while the program runs. A bundle reaches each destination once:
 // the outbox remembers which destinations have it.
 // A network failure is never an error box: it is a state, told through the signals.
+//
+// On disk, beside each waiting <name>.zip: <name>.zip.sent, which destinations have it
+// (and the name the WebDAV share gives it, when the first was taken), and while it is
+// being sent <name>.zip.lock, so that two programs of one user never send it at once.
+// WebDAV: an HTTP PUT of <WebDAV>/<name> with basic authentication and If-None-Match: *,
+// so nothing on the server is ever replaced; only 201 or 204 counts as handed in. A name
+// already taken there (412) is tried again at once under a fresh random part.
+// Everything runs on the thread that made the outbox; it may be destroyed at any time:
+// what is being sent is dropped and stays in the outbox for the next try.
 class Outbox final : public QObject
 {
     Q_OBJECT
 
 public:
     static constexpr int RetryMs = 2 * 60 * 1000;
+    // The longest a WebDAV upload may stall before it counts as not handed in.
+    static constexpr int TransferTimeoutMs = 30 * 1000;
 
     // `folder` empty: the user's state folder. `now` gives the time the status shows.
     Outbox(Destinations destinations, QString folder = {},
@@ -46,9 +60,20 @@ public:
     // Bundles still waiting.
     int waiting() const;
 
-    // «Παραδόθηκε στις 10:42» or «Σε αναμονή: ο φάκελος παράδοσης δεν είναι διαθέσιμος»;
-    // empty before the first hand-in of this run.
+    // «Παραδόθηκε στις 10:42» (nothing waits, the last delivered at 10:42 by `now`) or
+    // «Σε αναμονή: ο φάκελος παράδοσης δεν είναι διαθέσιμος» (the drop folder, or no
+    // destination at all) or «Σε αναμονή: ο διακομιστής παράδοσης δεν είναι διαθέσιμος»
+    // (only the WebDAV share); empty until a bundle was handed in or tried this run
+    // (the try at construction counts).
     QString statusText() const;
+
+    // The default outbox folder: $XDG_STATE_HOME/tremidia/outbox, or
+    // ~/.local/state/tremidia/outbox.
+    static QString defaultFolder();
+
+    static QString deliveredText(const QDateTime &at);
+    static QString folderWaitingText();
+    static QString serverWaitingText();
 
 signals:
     // Every destination has the bundle.
@@ -58,12 +83,25 @@ signals:
     void statusChanged(const QString &text);
 
 private:
+    struct Round; // one bundle being sent
+
+    QString path(const QString &fileName) const;
+    QStringList bundles() const;
+    void tidy();
+    void send(const QString &fileName);
+    void put(Round &round, const QByteArray &zip);
+    void putFinished(QNetworkReply *reply, const QString &fileName, const QByteArray &zip);
+    void finish(const QString &fileName);
+    void setStatus(const QString &text);
+
     Destinations m_destinations;
     QString m_folder;
     std::function<QDateTime()> m_now;
     QTimer m_retry;
     QNetworkAccessManager *m_network = nullptr;
     QString m_status;
+    QDateTime m_lastDelivered;
+    std::map<QString, std::unique_ptr<Round>> m_rounds;
 };
 
 } // namespace handin

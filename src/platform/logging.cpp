@@ -10,6 +10,7 @@ Q_LOGGING_CATEGORY(lcErrors, "tremidia.errors", QtWarningMsg)
 Q_LOGGING_CATEGORY(lcContent, "tremidia.content", QtWarningMsg)
 Q_LOGGING_CATEGORY(lcRecovery, "tremidia.recovery", QtWarningMsg)
 Q_LOGGING_CATEGORY(lcMedia, "tremidia.media", QtWarningMsg)
+Q_LOGGING_CATEGORY(lcHandin, "tremidia.handin", QtWarningMsg)
 
 namespace platform {
 

@@ -12,10 +12,12 @@
 //   tremidia.content   the content database: imports, indexes, fallbacks
 //   tremidia.recovery  the recovery copies of the pupil's unsaved work
 //   tremidia.media     the sound and video player: what GStreamer said of a piece it refused
+//   tremidia.handin    handing work in: a destination that did not take a bundle, and why
 Q_DECLARE_LOGGING_CATEGORY(lcErrors)
 Q_DECLARE_LOGGING_CATEGORY(lcContent)
 Q_DECLARE_LOGGING_CATEGORY(lcRecovery)
 Q_DECLARE_LOGGING_CATEGORY(lcMedia)
+Q_DECLARE_LOGGING_CATEGORY(lcHandin)
 
 namespace platform {
 

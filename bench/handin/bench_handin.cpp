@@ -50,15 +50,15 @@ int main(int argc, char *argv[])
     for (int i = 1; i <= 4600; ++i)
         lines.append(QStringLiteral("Γραμμή %1: ο ναός της Αθηνάς στην Ακρόπολη, με τα γλυπτά του Φειδία.").arg(i));
     note.setText(lines.join(u'\n'));
-    int place = 0;
+    int at = 0;
     for (int i = 0; i < lines.size(); ++i) {
         if (i % 7 == 0) {
-            note.setSelStart(place);
+            note.setSelStart(at);
             note.setSelLength(6);
             note.setSelBold(true);
             note.setSelColor(0x0000C0);
         }
-        place += int(lines.at(i).size()) + 1;
+        at += int(lines.at(i).size()) + 1;
     }
     const QList<QImage> drawings = {drawing(1), drawing(2), drawing(3)};
 

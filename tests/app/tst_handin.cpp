@@ -1,8 +1,8 @@
 #include "../support/testsession.h"
 #include "../support/webdavserver.h"
+#include "handinzip.h"
 #include "shellcontent.h"
 
-#include <bundlereader.h>
 #include <childwindows.h>
 #include <destinations.h>
 #include <drawingtoolbar.h>
@@ -14,6 +14,7 @@
 #include <outbox.h>
 #include <picphoto.h>
 #include <richtextbox.h>
+#include <rtffile.h>
 #include <session.h>
 #include <sourceviewer.h>
 #include <twips.h>
@@ -31,6 +32,7 @@
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QTextDocument>
 
 #include <memory>
 
@@ -49,6 +51,7 @@ class tst_HandIn : public QObject
     QPointer<MDIForm1> m_shell;
 
     Session &session() { return *m_s; }
+    testing::RecordingHost &host() { return *m_s->host; }
     QString path(const QString &relative) const { return m_dir->filePath(relative); }
 
     // The program's clock for the whole test: what the manifest and the status read.
@@ -137,7 +140,10 @@ class tst_HandIn : public QObject
     // The hand-in window as the pupil reaches it: Ctrl+Shift+P in the shell.
     frmHandIn *openHandIn()
     {
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
         m_shell->activateWindow();
+        if (!QTest::qWaitForWindowActive(m_shell))
+            return nullptr;
         QTest::keyClick(m_shell, Qt::Key_P, Qt::ControlModifier | Qt::ShiftModifier);
         auto *handIn = session().window<frmHandIn>(Session::Window::HandIn, false);
         if (handIn && !QTest::qWaitForWindowExposed(handIn))
@@ -145,26 +151,39 @@ class tst_HandIn : public QObject
         return handIn;
     }
 
+    // Typed key by key: QTest's own typing takes Latin-1 only.
+    static void type(QWidget *widget, const QString &text)
+    {
+        for (const QChar c : text) {
+            QTest::sendKeyEvent(QTest::Press, widget, Qt::Key_unknown, QString(c), Qt::NoModifier);
+            QTest::sendKeyEvent(QTest::Release, widget, Qt::Key_unknown, QString(c), Qt::NoModifier);
+        }
+    }
+
     static void sign(frmHandIn *handIn, const QString &name, const QString &className)
     {
         handIn->txtName->clear();
-        QTest::keyClicks(handIn->txtName, name);
+        type(handIn->txtName, name);
         handIn->txtClass->clear();
-        QTest::keyClicks(handIn->txtClass, className);
+        type(handIn->txtClass, className);
     }
 
-    // The bundles in a folder, read as the teacher's side reads them.
-    static QList<handin::BundleInfo> bundlesIn(const QString &folder)
+    // The bundles that arrived in a folder, by their paths.
+    static QStringList bundlesIn(const QString &folder)
     {
-        return handin::readBundles(folder);
+        QStringList paths;
+        for (const QString &name : QDir(folder).entryList({u"*.zip"_s}, QDir::Files, QDir::Name))
+            paths << QDir(folder).filePath(name);
+        return paths;
     }
 
     void checkBundle(const QString &zip, int drawings)
     {
-        const handin::BundleInfo info = handin::readBundle(zip);
-        QVERIFY2(info.ok, qPrintable(info.damage));
-        QVERIFY(info.manifest);
-        const handin::Manifest &m = *info.manifest;
+        const testing::HandInZip read = testing::readHandInZip(zip);
+        QVERIFY(read.ok);
+        const std::optional<handin::Manifest> manifest = read.manifest();
+        QVERIFY(manifest);
+        const handin::Manifest &m = *manifest;
         QCOMPARE(m.pupil.name, u"Μαρία Παπαδάκη"_s);
         QCOMPARE(m.pupil.className, u"Β2"_s);
         QCOMPARE(m.place.contentTitle, u"Δοκιμαστικό μάθημα"_s);
@@ -179,19 +198,22 @@ class tst_HandIn : public QObject
         QStringList expected = {u"note.rtf"_s, u"note.pdf"_s};
         for (int i = 1; i <= drawings; ++i)
             expected << handin::drawingName(i);
-        QCOMPARE(info.files, expected);
-        const auto rtf = handin::readEntry(zip, u"note.rtf"_s);
-        QVERIFY(rtf);
-        QVERIFY(rtf->startsWith("{\\rtf1"));
-        QVERIFY(rtf->contains("\\'d3\\'e7\\'ec\\'e5\\'e9\\'fe\\'f3\\'e5\\'e9\\'f2")); // Σημειώσεις
-        const auto pdf = handin::readEntry(zip, u"note.pdf"_s);
-        QVERIFY(pdf);
-        QVERIFY(pdf->startsWith("%PDF-"));
-        for (int i = 1; i <= drawings; ++i) {
-            const auto png = handin::readEntry(zip, handin::drawingName(i));
-            QVERIFY(png);
-            QVERIFY(!QImage::fromData(*png, "PNG").isNull());
+        QStringList listed;
+        for (const handin::ManifestEntry &entry : m.files) {
+            listed << entry.name;
+            QCOMPARE(entry.size, read.entry(entry.name).size());
+            QCOMPARE(entry.sha256, handin::sha256Hex(read.entry(entry.name)));
         }
+        QCOMPARE(listed, expected);
+        QCOMPARE(read.names(), QStringList {u"manifest.json"_s} + expected);
+        const QByteArray rtf = read.entry(u"note.rtf"_s);
+        QVERIFY(rtf.startsWith("{\\rtf1"));
+        QTextDocument note;
+        richtext::loadDocument(note, rtf);
+        QVERIFY2(note.toPlainText().contains(u"Σημειώσεις"_s), qPrintable(note.toPlainText()));
+        QVERIFY(read.entry(u"note.pdf"_s).startsWith("%PDF-"));
+        for (int i = 1; i <= drawings; ++i)
+            QVERIFY(!QImage::fromData(read.entry(handin::drawingName(i)), "PNG").isNull());
     }
 
     static handin::Destinations toFolder(const QString &folder)
@@ -273,10 +295,10 @@ private slots:
         QTest::keyClick(handIn->txtClass, Qt::Key_Return);
 
         QTRY_COMPARE(bundlesIn(path(u"drop"_s)).size(), 1);
-        const QString zip = bundlesIn(path(u"drop"_s)).first().path;
+        const QString zip = bundlesIn(path(u"drop"_s)).first();
         checkBundle(zip, 2);
         // The map's drawing is the map with the pupil's line on it, as the pupil sees it.
-        const QImage sent = QImage::fromData(*handin::readEntry(zip, handin::drawingName(2)), "PNG");
+        const QImage sent = QImage::fromData(testing::readHandInZip(zip).entry(handin::drawingName(2)), "PNG");
         QCOMPARE(sent.convertToFormat(QImage::Format_RGB32), map->picPhoto->Picture().convertToFormat(QImage::Format_RGB32));
         QCOMPARE(QColor(sent.pixel(50, 40)), QColor(120, 90, 40));
 
@@ -286,7 +308,7 @@ private slots:
         // Enter now closes the window: a second hand-in is the button's own.
         QVERIFY(handIn->cmdCancel->isDefault());
         QCOMPARE(handIn->cmdCancel->text(), u"Κλείσιμο"_s);
-        QCOMPARE(session().host->boxes.size(), 0);
+        QCOMPARE(host().boxes.size(), 0);
     }
 
     void uncheckedDrawingsStayOut()
@@ -302,10 +324,10 @@ private slots:
         sign(handIn, u"Μαρία Παπαδάκη"_s, u"Β2"_s);
         QTest::keyClick(handIn->txtClass, Qt::Key_Return);
         QTRY_COMPARE(bundlesIn(path(u"drop"_s)).size(), 1);
-        const handin::BundleInfo info = bundlesIn(path(u"drop"_s)).first();
-        QCOMPARE(info.files, (QStringList {u"note.rtf"_s, u"note.pdf"_s, u"drawing-1.png"_s}));
+        const testing::HandInZip read = testing::readHandInZip(bundlesIn(path(u"drop"_s)).first());
+        QCOMPARE(read.names(), (QStringList {u"manifest.json"_s, u"note.rtf"_s, u"note.pdf"_s, u"drawing-1.png"_s}));
         // The one left is the map.
-        const QImage sent = QImage::fromData(*handin::readEntry(info.path, u"drawing-1.png"_s), "PNG");
+        const QImage sent = QImage::fromData(read.entry(u"drawing-1.png"_s), "PNG");
         QCOMPARE(QColor(sent.pixel(50, 40)), QColor(120, 90, 40));
     }
 
@@ -346,8 +368,8 @@ private slots:
         QVERIFY(handIn);
         sign(handIn, u""_s, u"Β2"_s);
         handIn->cmdHandIn->click();
-        QCOMPARE(session().host->boxes.size(), 1);
-        QCOMPARE(session().host->boxes.first().text, u"Γράψε το όνομά σου."_s);
+        QCOMPARE(host().boxes.size(), 1);
+        QCOMPARE(host().boxes.first().text, u"Γράψε το όνομά σου."_s);
         QVERIFY(handIn->isVisible());
         QTest::qWait(50);
         QCOMPARE(bundlesIn(path(u"drop"_s)).size(), 0);
@@ -375,7 +397,7 @@ private slots:
         handIn->cmdCancel->click();
         QTRY_VERIFY(!watched || !watched->isVisible());
         QCOMPARE(bundlesIn(path(u"drop"_s)).size(), 0);
-        QCOMPARE(session().host->dialogs.size(), 0);
+        QCOMPARE(host().dialogs.size(), 0);
     }
 
     void withoutADestinationThePupilSavesTheBundle()
@@ -385,7 +407,7 @@ private slots:
         QVERIFY(makeDrawing());
         const QString chosen = path(u"chosen/εργασία.zip"_s);
         QDir().mkpath(path(u"chosen"_s));
-        session().host->onDialog = [&](const platform::DialogRequest &request) {
+        host().onDialog = [&](const platform::DialogRequest &request) {
             platform::DialogAnswer answer;
             answer.accepted = request.kind == platform::DialogRequest::Kind::Save;
             answer.fileName = chosen;
@@ -395,8 +417,8 @@ private slots:
         QVERIFY(handIn);
         sign(handIn, u"Μαρία Παπαδάκη"_s, u"Β2"_s);
         QTest::keyClick(handIn->txtClass, Qt::Key_Return);
-        QCOMPARE(session().host->dialogs.size(), 1);
-        const platform::DialogRequest &asked = session().host->dialogs.first();
+        QCOMPARE(host().dialogs.size(), 1);
+        const platform::DialogRequest &asked = host().dialogs.first();
         QCOMPARE(asked.kind, platform::DialogRequest::Kind::Save);
         QVERIFY(asked.fileName.endsWith(u".zip"_s));
         QVERIFY(asked.fileName.startsWith(u"Β2_"_s));
@@ -410,11 +432,11 @@ private slots:
             QFile f(chosen);
             return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
         }();
-        session().host->answers = {platform::vbNo};
+        host().answers = {platform::vbNo};
         handIn->cmdHandIn->click();
-        QCOMPARE(session().host->dialogs.size(), 2);
-        QCOMPARE(session().host->boxes.size(), 1);
-        QVERIFY(session().host->boxes.first().text.contains(u"υπάρχει ήδη"_s));
+        QCOMPARE(host().dialogs.size(), 2);
+        QCOMPARE(host().boxes.size(), 1);
+        QVERIFY(host().boxes.first().text.contains(u"υπάρχει ήδη"_s));
         QFile again(chosen);
         QVERIFY(again.open(QIODevice::ReadOnly));
         QCOMPARE(again.readAll(), first);
@@ -428,10 +450,10 @@ private slots:
         QVERIFY(handIn);
         sign(handIn, u"Μαρία Παπαδάκη"_s, u"Β2"_s);
         QTest::keyClick(handIn->txtClass, Qt::Key_Return);
-        QCOMPARE(session().host->dialogs.size(), 1);
+        QCOMPARE(host().dialogs.size(), 1);
         QVERIFY(handIn->cmdHandIn->isDefault());
         QCOMPARE(handIn->cmdCancel->text(), u"Άκυρο"_s);
-        QCOMPARE(session().host->boxes.size(), 0);
+        QCOMPARE(host().boxes.size(), 0);
     }
 
     void thePupilsOwnFilesStayAsTheyWere()
@@ -453,7 +475,7 @@ private slots:
         frmNotes *notes = writeNote(QString());
         notes->notes->LoadFile(noteFile);
         notes->notes->setSelStart(0);
-        QTest::keyClicks(notes->notes, u"Νέα αρχή. "_s);
+        type(notes->notes, u"Νέα αρχή. "_s);
         const QString typed = notes->notes->Text();
         frmDrawing *drawing = makeDrawing();
         QVERIFY(drawing);
@@ -502,7 +524,7 @@ private slots:
         QCOMPARE(m_shell->lblHandIn->text(), delivered);
         checkBundle(zip, 1);
         QCOMPARE(session().handIns().waiting(), 0);
-        QCOMPARE(session().host->boxes.size(), 0);
+        QCOMPARE(host().boxes.size(), 0);
     }
 
     void aStoppedShareKeepsTheBundleUntilItIsBack()
@@ -528,7 +550,7 @@ private slots:
         QVERIFY(m_shell->lblHandIn->text().startsWith(u"Σε αναμονή"_s));
         QCOMPARE(session().handIns().waiting(), 1);
         // No box for trouble on the network.
-        QCOMPARE(session().host->boxes.size(), 0);
+        QCOMPARE(host().boxes.size(), 0);
 
         QVERIFY2(server.start(&why), qPrintable(why + server.errorLog()));
         session().handIns().resend();

@@ -1,6 +1,6 @@
 #include "frmhandin.h"
 
-#include "handinlog.h"
+#include <logging.h>
 
 #include <designedcolours.h>
 #include <errorpolicy.h>
@@ -61,7 +61,6 @@ frmHandIn::frmHandIn(Session &session, QWidget *parent)
 {
     setObjectName(QStringLiteral("frmHandIn"));
     platform::useDesignedColours(this);
-    setAttribute(Qt::WA_DeleteOnClose);
     setWindowTitle(QStringLiteral("Παράδοση εργασίας"));
     setWindowModality(Qt::WindowModal);
     fraWhat->setObjectName(QStringLiteral("fraWhat"));
@@ -200,6 +199,14 @@ void frmHandIn::cmdCancel_Click()
     reject();
 }
 
+void frmHandIn::done(int result)
+{
+    if (m_session.window(Session::Window::HandIn, false) == this)
+        m_session.setWindow(Session::Window::HandIn, nullptr);
+    QDialog::done(result);
+    deleteLater();
+}
+
 void frmHandIn::rememberPupil(const handin::Pupil &pupil)
 {
     QDir().mkpath(QFileInfo(platform::userSettingsPath()).absolutePath());
@@ -208,7 +215,7 @@ void frmHandIn::rememberPupil(const handin::Pupil &pupil)
     remembered.setValue(QLatin1String(ClassKey), pupil.className);
     remembered.sync();
     if (remembered.status() != QSettings::NoError)
-        qCWarning(lcHandInWindow) << "the pupil's name and class could not be kept in" << remembered.fileName();
+        qCWarning(lcHandin) << "the pupil's name and class could not be kept in" << remembered.fileName();
 }
 
 QList<handin::File> frmHandIn::gatherFiles()

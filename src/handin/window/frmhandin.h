@@ -53,6 +53,10 @@ public:
     void cmdHandIn_Click();
     void cmdCancel_Click();
 
+    // Closed by a button, Escape or the frame: the next request makes a fresh window,
+    // which finds the drawings open then.
+    void done(int result) override;
+
 private:
     void Form_Load();
     void rememberPupil(const handin::Pupil &pupil);

@@ -1,6 +1,6 @@
 #include "handinwork.h"
 
-#include "handinlog.h"
+#include <logging.h>
 
 #include <database.h>
 #include <frmdrawing.h>
@@ -20,7 +20,6 @@
 #include <QPainter>
 #include <QPdfWriter>
 
-Q_LOGGING_CATEGORY(lcHandInWindow, "tremidia.handin", QtWarningMsg)
 
 namespace handin {
 
@@ -158,7 +157,7 @@ Place placeOf(Session &session)
             QStringLiteral("Theme"));
     } catch (const platform::RuntimeError &e) {
         // The titles help the teacher read the list; the work goes without them.
-        qCWarning(lcHandInWindow) << "the activity's titles could not be read:" << e.description();
+        qCWarning(lcHandin) << "the activity's titles could not be read:" << e.description();
     }
     return place;
 }

@@ -48,7 +48,8 @@ int main(int argc, char *argv[])
     note.resize(600, 400);
     QStringList lines;
     for (int i = 1; i <= 4600; ++i)
-        lines.append(QStringLiteral("Γραμμή %1: ο ναός της Αθηνάς στην Ακρόπολη, με τα γλυπτά του Φειδία.").arg(i));
+        lines.append(
+            QStringLiteral("Γραμμή %1: ο ναός της Αθηνάς στην Ακρόπολη, με τα γλυπτά του Φειδία.").arg(i));
     note.setText(lines.join(u'\n'));
     int at = 0;
     for (int i = 0; i < lines.size(); ++i) {
@@ -92,7 +93,8 @@ int main(int argc, char *argv[])
 
     std::printf("handin 100-page note and 3 drawings: %lld ms\n", static_cast<long long>(ms));
     std::printf("bundle: %lld bytes, pdf %lld bytes, %s\n", static_cast<long long>(bundle.zip.size()),
-        static_cast<long long>(files.at(1).data.size()), delivered || outbox.waiting() == 0 ? "delivered" : "not delivered");
+        static_cast<long long>(files.at(1).data.size()),
+        delivered || outbox.waiting() == 0 ? "delivered" : "not delivered");
     std::fflush(stdout);
     return delivered || outbox.waiting() == 0 ? 0 : 1;
 }

@@ -54,7 +54,8 @@ Session::Session(std::unique_ptr<platform::Host> host, platform::LateThreads &la
     m_recovery->setDelayMs(services.recoveryDelayMs);
     // The outbox reads the clock through the host, so that a test's clock is the status's.
     m_handIns = std::make_unique<handin::Outbox>(
-        services.handInDestinations ? *std::move(services.handInDestinations) : handin::Destinations::fromSettings(),
+        services.handInDestinations ? *std::move(services.handInDestinations)
+                                    : handin::Destinations::fromSettings(),
         services.handInFolder, [host = m_host.get()] { return host->now(); },
         services.handInRetryMs > 0 ? services.handInRetryMs : handin::Outbox::RetryMs);
 }

@@ -54,9 +54,9 @@ public:
         // Milliseconds from a change to its recovery copy; 0: the store's own delay.
         int recoveryDelayMs = 0;
         // Where hand-ins wait until they are handed in; empty: the user's state folder.
-        QString handInFolder;
+        QString handInFolder {};
         // Where hand-ins go; none: the system settings' group «Παράδοση».
-        std::optional<handin::Destinations> handInDestinations;
+        std::optional<handin::Destinations> handInDestinations {};
         // Milliseconds between the tries of what waits; 0: the outbox's own.
         int handInRetryMs = 0;
     };

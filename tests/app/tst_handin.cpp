@@ -30,6 +30,7 @@
 #include <QPushButton>
 #include <QSettings>
 #include <QSignalSpy>
+#include <QTcpServer>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTextDocument>
@@ -298,8 +299,10 @@ private slots:
         const QString zip = bundlesIn(path(u"drop"_s)).first();
         checkBundle(zip, 2);
         // The map's drawing is the map with the pupil's line on it, as the pupil sees it.
-        const QImage sent = QImage::fromData(testing::readHandInZip(zip).entry(handin::drawingName(2)), "PNG");
-        QCOMPARE(sent.convertToFormat(QImage::Format_RGB32), map->picPhoto->Picture().convertToFormat(QImage::Format_RGB32));
+        const QImage sent
+            = QImage::fromData(testing::readHandInZip(zip).entry(handin::drawingName(2)), "PNG");
+        QCOMPARE(sent.convertToFormat(QImage::Format_RGB32),
+            map->picPhoto->Picture().convertToFormat(QImage::Format_RGB32));
         QCOMPARE(QColor(sent.pixel(50, 40)), QColor(120, 90, 40));
 
         const QString delivered = u"Παραδόθηκε στις "_s + clock().toString(u"HH:mm"_s);
@@ -325,7 +328,8 @@ private slots:
         QTest::keyClick(handIn->txtClass, Qt::Key_Return);
         QTRY_COMPARE(bundlesIn(path(u"drop"_s)).size(), 1);
         const testing::HandInZip read = testing::readHandInZip(bundlesIn(path(u"drop"_s)).first());
-        QCOMPARE(read.names(), (QStringList {u"manifest.json"_s, u"note.rtf"_s, u"note.pdf"_s, u"drawing-1.png"_s}));
+        QCOMPARE(read.names(),
+            (QStringList {u"manifest.json"_s, u"note.rtf"_s, u"note.pdf"_s, u"drawing-1.png"_s}));
         // The one left is the map.
         const QImage sent = QImage::fromData(read.entry(u"drawing-1.png"_s), "PNG");
         QCOMPARE(QColor(sent.pixel(50, 40)), QColor(120, 90, 40));
@@ -491,7 +495,8 @@ private slots:
         QVERIFY(after.open(QIODevice::ReadOnly));
         QCOMPARE(after.readAll(), before);
         QCOMPARE(QFileInfo(noteFile).lastModified(), modified);
-        QCOMPARE(QDir(path(u"mine"_s)).entryList(QDir::Files | QDir::Hidden), QStringList {u"σημειώσεις.rtf"_s});
+        QCOMPARE(
+            QDir(path(u"mine"_s)).entryList(QDir::Files | QDir::Hidden), QStringList {u"σημειώσεις.rtf"_s});
         QCOMPARE(notes->notes->Text(), typed);
         QVERIFY(drawing->PictureChangedSinceKept());
         QCOMPARE(drawing->picPhoto->Picture(), drawn);
@@ -563,6 +568,26 @@ private slots:
         session().handIns().resend();
         QTest::qWait(300);
         QCOMPARE(server.files().size(), 1);
+    }
+
+    void anUploadUnderWayWhenTheProgramEndsStaysQueued()
+    {
+        // A share that takes the connection and never answers.
+        QTcpServer silent;
+        QVERIFY(silent.listen(QHostAddress::LocalHost));
+        handin::Destinations destinations;
+        destinations.webdav = QUrl(u"http://127.0.0.1:%1/drop"_s.arg(silent.serverPort()));
+        destinations.user = u"pupil"_s;
+        QVERIFY(start(destinations));
+        writeNote(u"Σημειώσεις για τον Κλεισθένη."_s);
+        frmHandIn *handIn = openHandIn();
+        QVERIFY(handIn);
+        sign(handIn, u"Μαρία Παπαδάκη"_s, u"Β2"_s);
+        QTest::keyClick(handIn->txtClass, Qt::Key_Return);
+        QTRY_VERIFY(silent.hasPendingConnections());
+        QCOMPARE(session().handIns().waiting(), 1);
+        end();
+        QCOMPARE(QDir(path(u"outbox"_s)).entryList({u"*.zip"_s}, QDir::Files).size(), 1);
     }
 
     void aBundleLeftWaitingGoesAtTheNextStart()

@@ -97,8 +97,10 @@ frmHandIn::frmHandIn(Session &session, QWidget *parent)
     layout->addWidget(lblStatus);
     layout->addLayout(buttons);
 
-    connect(cmdHandIn, &QPushButton::clicked, this, [this] { platform::guarded([this] { cmdHandIn_Click(); }); });
-    connect(cmdCancel, &QPushButton::clicked, this, [this] { platform::guarded([this] { cmdCancel_Click(); }); });
+    connect(
+        cmdHandIn, &QPushButton::clicked, this, [this] { platform::guarded([this] { cmdHandIn_Click(); }); });
+    connect(
+        cmdCancel, &QPushButton::clicked, this, [this] { platform::guarded([this] { cmdCancel_Click(); }); });
     connect(&m_session.handIns(), &handin::Outbox::statusChanged, this,
         [this](const QString &text) { platform::guarded([&] { showStatus(text); }); });
 
@@ -184,7 +186,8 @@ void frmHandIn::cmdHandIn_Click()
         return;
     }
     if (!outbox.handIn(bundle)) {
-        platform::MsgBox(QStringLiteral("Η εργασία δεν παραδόθηκε: δεν μπορώ να τη φυλάξω σε αυτόν τον υπολογιστή."),
+        platform::MsgBox(
+            QStringLiteral("Η εργασία δεν παραδόθηκε: δεν μπορώ να τη φυλάξω σε αυτόν τον υπολογιστή."),
             platform::vbCritical);
         return;
     }
@@ -254,7 +257,8 @@ bool frmHandIn::saveWhereChosen(const handin::Bundle &bundle)
     if (QFileInfo(path).suffix().isEmpty())
         path += QStringLiteral(".zip");
     if (QFileInfo::exists(path)
-        && platform::MsgBox(QStringLiteral("Το αρχείο %1 υπάρχει ήδη.\r\nΝα αντικατασταθεί;").arg(QFileInfo(path).fileName()),
+        && platform::MsgBox(QStringLiteral("Το αρχείο %1 υπάρχει ήδη.\r\nΝα αντικατασταθεί;")
+                                .arg(QFileInfo(path).fileName()),
                platform::vbYesNo + platform::vbExclamation)
             != platform::vbYes)
         return false;

@@ -20,7 +20,6 @@
 #include <QPainter>
 #include <QPdfWriter>
 
-
 namespace handin {
 
 namespace {
@@ -61,8 +60,7 @@ QByteArray notePdf(RichTextBox &note)
             QPointF(paper.width() * 20 - MarginTwips, paper.height() * 20 - MarginTwips));
         QPainter painter(&writer);
         if (!painter.isActive())
-            throw platform::RuntimeError(
-                57, QStringLiteral("Δεν μπορώ να τυπώσω τις σημειώσεις"));
+            throw platform::RuntimeError(57, QStringLiteral("Δεν μπορώ να τυπώσω τις σημειώσεις"));
         const int textLength = note.TextLength();
         int next = 0;
         for (;;) {
@@ -129,7 +127,8 @@ Place placeOf(Session &session)
     place.themeID = content.themeID;
     try {
         place.activityTitle = field(session,
-            QStringLiteral("SELECT Activity FROM Activities WHERE ActivityID=") + QString::number(place.activityID),
+            QStringLiteral("SELECT Activity FROM Activities WHERE ActivityID=")
+                + QString::number(place.activityID),
             QStringLiteral("Activity"));
         // The scenario last gone through, if the activity is one of its own; else the
         // first that holds the activity (the tree can reach an activity of another one).
@@ -147,7 +146,8 @@ Place placeOf(Session &session)
                 place.scenarioID = first.toInt();
         }
         const QString scenarioSql
-            = QStringLiteral("SELECT Scenario, ThemeID FROM Scenarios WHERE ScenarioID=") + QString::number(place.scenarioID);
+            = QStringLiteral("SELECT Scenario, ThemeID FROM Scenarios WHERE ScenarioID=")
+            + QString::number(place.scenarioID);
         place.scenarioTitle = field(session, scenarioSql, QStringLiteral("Scenario"));
         const QString theme = field(session, scenarioSql, QStringLiteral("ThemeID"));
         if (!theme.isEmpty())

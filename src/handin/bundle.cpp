@@ -162,21 +162,23 @@ QByteArray zipOf(const QList<File> &entries, const QDateTime &time)
 
     const time_t mtime = time.toSecsSinceEpoch();
     for (const File &entry : entries) {
-        zip_source_t *data = zip_source_buffer(archive.get(), entry.data.constData(),
-            static_cast<zip_uint64_t>(entry.data.size()), 0);
+        zip_source_t *data = zip_source_buffer(
+            archive.get(), entry.data.constData(), static_cast<zip_uint64_t>(entry.data.size()), 0);
         if (!data) {
             qCWarning(lcHandin) << "cannot add" << entry.name << zip_strerror(archive.get());
             return {};
         }
-        const zip_int64_t index = zip_file_add(archive.get(), entry.name.toUtf8().constData(), data,
-            ZIP_FL_ENC_UTF_8);
+        const zip_int64_t index
+            = zip_file_add(archive.get(), entry.name.toUtf8().constData(), data, ZIP_FL_ENC_UTF_8);
         if (index < 0) {
             zip_source_free(data);
             qCWarning(lcHandin) << "cannot add" << entry.name << zip_strerror(archive.get());
             return {};
         }
         const auto i = static_cast<zip_uint64_t>(index);
-        if (zip_set_file_compression(archive.get(), i, isStored(entry.name) ? ZIP_CM_STORE : ZIP_CM_DEFLATE, 9) != 0
+        if (zip_set_file_compression(
+                archive.get(), i, isStored(entry.name) ? ZIP_CM_STORE : ZIP_CM_DEFLATE, 9)
+                != 0
             || zip_file_set_mtime(archive.get(), i, mtime, 0) != 0) {
             qCWarning(lcHandin) << "cannot set up" << entry.name << zip_strerror(archive.get());
             return {};
@@ -206,13 +208,12 @@ QByteArray zipOf(const QList<File> &entries, const QDateTime &time)
 
 } // namespace
 
-Bundle makeBundle(const Pupil &pupil, const Place &place, const QDateTime &time,
-    const QList<File> &files)
+Bundle makeBundle(const Pupil &pupil, const Place &place, const QDateTime &time, const QList<File> &files)
 {
     Bundle bundle;
     bundle.fileName = bundleName(pupil, place.activityTitle, time);
 
-    QSet<QString> names{QString::fromLatin1(ManifestName)};
+    QSet<QString> names {QString::fromLatin1(ManifestName)};
     for (const File &file : files) {
         if (!isPlainEntryName(file.name) || names.contains(file.name)) {
             qCWarning(lcHandin) << "not a bundle's file name:" << file.name;
@@ -221,7 +222,7 @@ Bundle makeBundle(const Pupil &pupil, const Place &place, const QDateTime &time,
         names.insert(file.name);
     }
     const Manifest manifest = Manifest::describe(pupil, place, time, programVersion(), files);
-    QList<File> entries{{QString::fromLatin1(ManifestName), manifest.toJson()}};
+    QList<File> entries {{QString::fromLatin1(ManifestName), manifest.toJson()}};
     entries += files;
     bundle.zip = zipOf(entries, time);
     return bundle;

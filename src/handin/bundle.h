@@ -37,7 +37,6 @@ struct Bundle
     QString fileName; // bundleName(...)
     QByteArray zip;
 };
-Bundle makeBundle(const Pupil &pupil, const Place &place, const QDateTime &time,
-    const QList<File> &files);
+Bundle makeBundle(const Pupil &pupil, const Place &place, const QDateTime &time, const QList<File> &files);
 
 } // namespace handin

@@ -116,8 +116,8 @@ QByteArray temporaryName()
 int createExclusive(int dir, const QByteArray &name, int &error)
 {
     for (;;) {
-        const int fd = ::openat(dir, name.constData(),
-            O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0644);
+        const int fd
+            = ::openat(dir, name.constData(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0644);
         if (fd >= 0 || errno != EINTR) {
             error = fd >= 0 ? 0 : errno;
             return fd;
@@ -162,8 +162,7 @@ constexpr int MaxNameTries = 32;
 // Where the file system can neither rename without replacing nor link, the bundle is
 // written straight under its final name, created exclusively: a teacher may see it
 // half-written for a moment, but nothing is ever replaced.
-Delivery writeUnderFinalName(int dir, QString name, const QByteArray &zip, QString *why,
-    QString *deliveredAs)
+Delivery writeUnderFinalName(int dir, QString name, const QByteArray &zip, QString *why, QString *deliveredAs)
 {
     for (int attempt = 0; attempt < MaxNameTries; ++attempt, name = withFreshRandomPart(name)) {
         const QByteArray encoded = QFile::encodeName(name);
@@ -187,8 +186,8 @@ Delivery writeUnderFinalName(int dir, QString name, const QByteArray &zip, QStri
 
 } // namespace
 
-Delivery deliverToFolder(const QString &folder, const QString &fileName, const QByteArray &zip,
-    QString *why, QString *deliveredAs)
+Delivery deliverToFolder(
+    const QString &folder, const QString &fileName, const QByteArray &zip, QString *why, QString *deliveredAs)
 {
     if (folder.isEmpty())
         return unavailable(why, QStringLiteral("no folder is set"));
@@ -215,7 +214,8 @@ Delivery deliverToFolder(const QString &folder, const QString &fileName, const Q
             break;
     }
     if (!file.valid())
-        return unavailable(why, QStringLiteral("cannot create a file in %1: %2").arg(folder, systemError(error)));
+        return unavailable(
+            why, QStringLiteral("cannot create a file in %1: %2").arg(folder, systemError(error)));
     if (!writeAll(file.get(), zip, error) || (!file.reset() && (error = errno))) {
         ::unlinkat(dir.get(), temporary.constData(), 0);
         return unavailable(why, QStringLiteral("cannot write into %1: %2").arg(folder, systemError(error)));
@@ -237,7 +237,8 @@ Delivery deliverToFolder(const QString &folder, const QString &fileName, const Q
             return writeUnderFinalName(dir.get(), name, zip, why, deliveredAs);
         case Placed::Failed:
             ::unlinkat(dir.get(), temporary.constData(), 0);
-            return unavailable(why, QStringLiteral("cannot name %1 in %2: %3").arg(name, folder, systemError(error)));
+            return unavailable(
+                why, QStringLiteral("cannot name %1 in %2: %3").arg(name, folder, systemError(error)));
         }
     }
     ::unlinkat(dir.get(), temporary.constData(), 0);

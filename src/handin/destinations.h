@@ -22,7 +22,7 @@ struct Destinations
 
 // The outcome of one try at one destination.
 enum class Delivery {
-    Delivered,   // the bundle is there, whole
+    Delivered, // the bundle is there, whole
     Unavailable, // not there now (server down, share not mounted, disk full, 4xx/5xx): try again
 };
 

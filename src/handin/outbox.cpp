@@ -63,12 +63,13 @@ struct Record
         sorted.sort();
         for (const QString &key : sorted)
             keys.append(key);
-        QJsonObject root{{QStringLiteral("delivered"), keys}};
+        QJsonObject root {{QStringLiteral("delivered"), keys}};
         if (!webdavName.isEmpty())
             root.insert(QStringLiteral("webdavName"), webdavName);
         // Written aside and renamed over the old record, so that a crash leaves one whole.
         QSaveFile file(path);
-        if (!file.open(QIODevice::WriteOnly) || file.write(QJsonDocument(root).toJson()) < 0 || !file.commit()) {
+        if (!file.open(QIODevice::WriteOnly) || file.write(QJsonDocument(root).toJson()) < 0
+            || !file.commit()) {
             qCWarning(lcHandin) << "cannot record which destinations have" << path << file.errorString();
             return false;
         }
@@ -85,6 +86,7 @@ struct Outbox::Round
     Record record;
     int pending = 0; // uploads not answered yet
     int renames = 0;
+    QString compared; // the name on the server last compared with the bundle
     bool folderFailed = false;
     bool webdavFailed = false;
 
@@ -93,6 +95,8 @@ struct Outbox::Round
         , lock(lockPath)
     {
     }
+
+    QString remoteName() const { return record.webdavName.isEmpty() ? fileName : record.webdavName; }
 };
 
 QString Outbox::defaultFolder()
@@ -118,16 +122,18 @@ QString Outbox::serverWaitingText()
     return QStringLiteral("Σε αναμονή: ο διακομιστής παράδοσης δεν είναι διαθέσιμος");
 }
 
-Outbox::Outbox(Destinations destinations, QString folder, std::function<QDateTime()> now,
-    int retryMs, QObject *parent)
+Outbox::Outbox(Destinations destinations, QString folder, std::function<QDateTime()> now, int retryMs,
+    QObject *parent, int transferTimeoutMs)
     : QObject(parent)
     , m_destinations(std::move(destinations))
     , m_folder(folder.isEmpty() ? defaultFolder() : QDir::cleanPath(folder))
     , m_now(now ? std::move(now) : [] { return QDateTime::currentDateTime(); })
+    , m_transferTimeoutMs(transferTimeoutMs)
     , m_network(new QNetworkAccessManager(this))
 {
     if (QDir().mkpath(m_folder))
-        QFile::setPermissions(m_folder, QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ExeOwner);
+        QFile::setPermissions(
+            m_folder, QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ExeOwner);
     else
         qCWarning(lcHandin) << "cannot make the outbox" << m_folder;
     tidy();
@@ -175,7 +181,8 @@ void Outbox::tidy()
             dir.remove(name);
     }
     const QDateTime dayAgo = QDateTime::currentDateTimeUtc().addDays(-1);
-    const QFileInfoList parts = dir.entryInfoList({QStringLiteral(".tremidia-*.part")}, QDir::Files | QDir::Hidden);
+    const QFileInfoList parts
+        = dir.entryInfoList({QStringLiteral(".tremidia-*.part")}, QDir::Files | QDir::Hidden);
     for (const QFileInfo &part : parts) {
         if (part.lastModified().toUTC() < dayAgo)
             dir.remove(part.fileName());
@@ -256,9 +263,8 @@ void Outbox::send(const QString &fileName)
         finish(fileName);
 }
 
-void Outbox::put(Round &round, const QByteArray &zip)
+QNetworkRequest Outbox::request(const QString &remoteName) const
 {
-    const QString remoteName = round.record.webdavName.isEmpty() ? round.fileName : round.record.webdavName;
     QUrl url = m_destinations.webdav;
     QString base = url.path(QUrl::FullyDecoded);
     if (!base.endsWith(u'/'))
@@ -266,26 +272,55 @@ void Outbox::put(Round &round, const QByteArray &zip)
     url.setPath(base + remoteName, QUrl::DecodedMode);
 
     QNetworkRequest request(url);
-    request.setHeader(QNetworkRequest::ContentTypeHeader, QStringLiteral("application/zip"));
-    // Never over a file that is there, whoever put it.
-    request.setRawHeader("If-None-Match", "*");
     if (!m_destinations.user.isEmpty() || !m_destinations.password.isEmpty()) {
         request.setRawHeader("Authorization",
             "Basic " + (m_destinations.user + u':' + m_destinations.password).toUtf8().toBase64());
     }
     // A redirect would send the work elsewhere than the technician set; it counts as a failure.
     request.setAttribute(QNetworkRequest::RedirectPolicyAttribute, QNetworkRequest::ManualRedirectPolicy);
-    request.setTransferTimeout(TransferTimeoutMs);
+    request.setTransferTimeout(m_transferTimeoutMs);
+    return request;
+}
 
-    QNetworkReply *reply = m_network->put(request, zip);
-    ++round.pending;
-    const QString fileName = round.fileName;
+void Outbox::watch(QNetworkReply *reply, const QString &fileName)
+{
     connect(reply, &QNetworkReply::sslErrors, this, [fileName](const QList<QSslError> &errors) {
         for (const QSslError &error : errors)
             qCWarning(lcHandin).noquote() << "TLS refused for" << fileName << "-" << error.errorString();
     });
+}
+
+void Outbox::put(Round &round, const QByteArray &zip)
+{
+    QNetworkRequest put = request(round.remoteName());
+    put.setHeader(QNetworkRequest::ContentTypeHeader, QStringLiteral("application/zip"));
+    // Never over a file that is there, whoever put it.
+    put.setRawHeader("If-None-Match", "*");
+    QNetworkReply *reply = m_network->put(put, zip);
+    ++round.pending;
+    const QString fileName = round.fileName;
+    watch(reply, fileName);
     connect(reply, &QNetworkReply::finished, this,
         [this, reply, fileName, zip] { putFinished(reply, fileName, zip); });
+}
+
+// The name is taken on the server. It may be this very bundle, from a try whose answer
+// never came (a timeout after the server had it all): then it is handed in already.
+void Outbox::compareTaken(Round &round, const QByteArray &zip)
+{
+    round.compared = round.remoteName();
+    QNetworkReply *reply = m_network->get(request(round.compared));
+    ++round.pending;
+    const QString fileName = round.fileName;
+    watch(reply, fileName);
+    // Anything longer than the bundle is not the bundle; it is not read to its end.
+    connect(
+        reply, &QNetworkReply::downloadProgress, reply, [reply, limit = zip.size()](qint64 received, qint64) {
+            if (received > limit)
+                reply->abort();
+        });
+    connect(reply, &QNetworkReply::finished, this,
+        [this, reply, fileName, zip] { takenFinished(reply, fileName, zip); });
 }
 
 void Outbox::putFinished(QNetworkReply *reply, const QString &fileName, const QByteArray &zip)
@@ -297,26 +332,60 @@ void Outbox::putFinished(QNetworkReply *reply, const QString &fileName, const QB
     Round &round = *found->second;
     --round.pending;
     const int status = reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
-    const QString sent = path(fileName) + QLatin1String(SentSuffix);
     if (status == 201 || status == 204) {
         round.record.delivered.insert(webdavKey(m_destinations.webdav));
-        round.record.write(sent);
-    } else if (status == 412 && round.renames < MaxRenames) {
-        // Another bundle has this name on the server: ours goes under a fresh one, which is
-        // remembered so that the next try asks for the same.
-        ++round.renames;
-        round.record.webdavName = withFreshRandomPart(
-            round.record.webdavName.isEmpty() ? fileName : round.record.webdavName);
-        round.record.write(sent);
-        put(round, zip);
+        round.record.write(path(fileName) + QLatin1String(SentSuffix));
+    } else if (status == 412 && round.compared != round.remoteName()) {
+        compareTaken(round, zip);
+        return;
+    } else if (status == 412) {
+        takeFreshName(round, zip);
         return;
     } else {
         round.webdavFailed = true;
-        qCWarning(lcHandin).noquote() << "the WebDAV share did not take" << fileName << "- HTTP" << status
-                                      << reply->errorString();
+        qCWarning(lcHandin).noquote()
+            << "the WebDAV share did not take" << fileName << "- HTTP" << status << reply->errorString();
     }
     if (round.pending == 0)
         finish(fileName);
+}
+
+void Outbox::takenFinished(QNetworkReply *reply, const QString &fileName, const QByteArray &zip)
+{
+    reply->deleteLater();
+    const auto found = m_rounds.find(fileName);
+    if (found == m_rounds.end())
+        return;
+    Round &round = *found->second;
+    --round.pending;
+    const int status = reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
+    // A drop share usually lets nobody read; then the name is someone else's as far as we know.
+    if (status == 200 && reply->readAll() == zip) {
+        round.record.delivered.insert(webdavKey(m_destinations.webdav));
+        round.record.write(path(fileName) + QLatin1String(SentSuffix));
+        if (round.pending == 0)
+            finish(fileName);
+        return;
+    }
+    takeFreshName(round, zip);
+}
+
+// Another bundle has this name on the server: ours goes under a fresh one, which is
+// remembered so that the next try asks for the same.
+void Outbox::takeFreshName(Round &round, const QByteArray &zip)
+{
+    if (round.renames >= MaxRenames) {
+        round.webdavFailed = true;
+        qCWarning(lcHandin).noquote()
+            << "every name tried on the WebDAV share is taken for" << round.fileName;
+        if (round.pending == 0)
+            finish(round.fileName);
+        return;
+    }
+    ++round.renames;
+    round.record.webdavName = withFreshRandomPart(round.remoteName());
+    round.record.write(path(round.fileName) + QLatin1String(SentSuffix));
+    put(round, zip);
 }
 
 void Outbox::finish(const QString &fileName)
@@ -328,10 +397,10 @@ void Outbox::finish(const QString &fileName)
     m_rounds.erase(found);
 
     const Record &record = round->record;
-    const bool folderHasIt = m_destinations.folder.isEmpty()
-        || record.delivered.contains(folderKey(m_destinations.folder));
-    const bool webdavHasIt = !m_destinations.webdav.isValid()
-        || record.delivered.contains(webdavKey(m_destinations.webdav));
+    const bool folderHasIt
+        = m_destinations.folder.isEmpty() || record.delivered.contains(folderKey(m_destinations.folder));
+    const bool webdavHasIt
+        = !m_destinations.webdav.isValid() || record.delivered.contains(webdavKey(m_destinations.webdav));
     if (m_destinations.any() && folderHasIt && webdavHasIt) {
         // The bundle first, then its record: a crash between the two leaves a record that
         // tidy() removes, never a bundle that would go twice.
@@ -348,7 +417,8 @@ void Outbox::finish(const QString &fileName)
     round->lock.unlock();
     if (!m_destinations.any())
         qCWarning(lcHandin).noquote() << "no destination is set:" << fileName << "waits in" << m_folder;
-    const QString reason = round->folderFailed || !m_destinations.any() ? folderWaitingText() : serverWaitingText();
+    const QString reason
+        = round->folderFailed || !m_destinations.any() ? folderWaitingText() : serverWaitingText();
     emit queued(fileName, reason);
     setStatus(reason);
 }

@@ -14,6 +14,7 @@
 
 class QNetworkAccessManager;
 class QNetworkReply;
+class QNetworkRequest;
 
 namespace handin {
 
@@ -30,7 +31,9 @@ namespace handin {
 // being sent <name>.zip.lock, so that two programs of one user never send it at once.
 // WebDAV: an HTTP PUT of <WebDAV>/<name> with basic authentication and If-None-Match: *,
 // so nothing on the server is ever replaced; only 201 or 204 counts as handed in. A name
-// already taken there (412) is tried again at once under a fresh random part.
+// already taken there (412) is read back where the share lets us: the very bundle (from a
+// try whose answer was lost) counts as handed in; anything else, or a share that lets
+// nobody read, makes the bundle go again at once under a fresh random part.
 // Everything runs on the thread that made the outbox; it may be destroyed at any time:
 // what is being sent is dropped and stays in the outbox for the next try.
 class Outbox final : public QObject
@@ -43,18 +46,22 @@ public:
     static constexpr int TransferTimeoutMs = 30 * 1000;
 
     // `folder` empty: the user's state folder. `now` gives the time the status shows.
-    Outbox(Destinations destinations, QString folder = {},
-        std::function<QDateTime()> now = {}, int retryMs = RetryMs, QObject *parent = nullptr);
+    // `transferTimeoutMs`: how long an upload may stall.
+    Outbox(Destinations destinations, QString folder = {}, std::function<QDateTime()> now = {},
+        int retryMs = RetryMs, QObject *parent = nullptr, int transferTimeoutMs = TransferTimeoutMs);
     ~Outbox() override;
 
     const Destinations &destinations() const { return m_destinations; }
     QString folder() const { return m_folder; }
 
     // Keeps the bundle in the outbox and starts sending it. False when the outbox itself
-    // cannot keep it (then nothing was handed in, and the caller says so).
+    // cannot keep it (then nothing was handed in, and the caller says so). A drop folder is
+    // written at once, so `delivered` or `queued` may come before this returns; a WebDAV
+    // share answers later. The bundle may be kept under a fresh random part if its name is
+    // in the outbox already; the signals give the name it is kept under.
     bool handIn(const Bundle &bundle);
 
-    // Tries every waiting bundle again now.
+    // Tries every waiting bundle again now (a bundle on its way is left to finish).
     void resend();
 
     // Bundles still waiting.
@@ -78,7 +85,8 @@ public:
 signals:
     // Every destination has the bundle.
     void delivered(const QString &fileName, const QDateTime &at);
-    // At least one destination did not take it; it waits in the outbox.
+    // At least one destination did not take it; it waits in the outbox. `reason` is the
+    // waiting status text; the technical reason goes to the log (tremidia.handin).
     void queued(const QString &fileName, const QString &reason);
     void statusChanged(const QString &text);
 
@@ -89,8 +97,13 @@ private:
     QStringList bundles() const;
     void tidy();
     void send(const QString &fileName);
+    QNetworkRequest request(const QString &remoteName) const;
+    void watch(QNetworkReply *reply, const QString &fileName);
     void put(Round &round, const QByteArray &zip);
     void putFinished(QNetworkReply *reply, const QString &fileName, const QByteArray &zip);
+    void compareTaken(Round &round, const QByteArray &zip);
+    void takenFinished(QNetworkReply *reply, const QString &fileName, const QByteArray &zip);
+    void takeFreshName(Round &round, const QByteArray &zip);
     void finish(const QString &fileName);
     void setStatus(const QString &text);
 
@@ -98,6 +111,7 @@ private:
     QString m_folder;
     std::function<QDateTime()> m_now;
     QTimer m_retry;
+    int m_transferTimeoutMs;
     QNetworkAccessManager *m_network = nullptr;
     QString m_status;
     QDateTime m_lastDelivered;

@@ -2,8 +2,8 @@
 #include "manifest.h"
 
 #include <QRandomGenerator>
-#include <QTimeZone>
 #include <QTest>
+#include <QTimeZone>
 
 #include <zip.h>
 
@@ -29,7 +29,8 @@ private:
         *ok = false;
         zip_error_t error;
         zip_error_init(&error);
-        zip_source_t *source = zip_source_buffer_create(zip.constData(), static_cast<zip_uint64_t>(zip.size()), 0, &error);
+        zip_source_t *source
+            = zip_source_buffer_create(zip.constData(), static_cast<zip_uint64_t>(zip.size()), 0, &error);
         if (!source)
             return {};
         zip_t *archive = zip_open_from_source(source, ZIP_RDONLY | ZIP_CHECKCONS, &error);
@@ -46,7 +47,7 @@ private:
                 zip_discard(archive);
                 return {};
             }
-            Entry entry{QString::fromUtf8(stat.name), QByteArray(static_cast<qsizetype>(stat.size), '\0'),
+            Entry entry {QString::fromUtf8(stat.name), QByteArray(static_cast<qsizetype>(stat.size), '\0'),
                 stat.comp_method};
             zip_file_t *file = zip_fopen_index(archive, static_cast<zip_uint64_t>(i), 0);
             const zip_int64_t read = file ? zip_fread(file, entry.data.data(), stat.size) : -1;
@@ -75,15 +76,16 @@ private:
     static handin::Pupil pupil() { return {QStringLiteral("Μαρία"), QStringLiteral("Β2")}; }
     static handin::Place place()
     {
-        return {QStringLiteral("Αρχαία Ιστορία"), 1, QStringLiteral("Αθήνα"), 2, QStringLiteral("Ο Περικλής"), 3,
-            QStringLiteral("Η Ακρόπολη")};
+        return {QStringLiteral("Αρχαία Ιστορία"), 1, QStringLiteral("Αθήνα"), 2, QStringLiteral("Ο Περικλής"),
+            3, QStringLiteral("Η Ακρόπολη")};
     }
     static QDateTime when() { return QDateTime(QDate(2026, 11, 25), QTime(10, 42, 7), QTimeZone(7200)); }
 
     static QList<handin::File> files()
     {
         return {
-            {QString::fromLatin1(handin::NoteRtfName), QByteArray("{\\rtf1\\ansi Μαρία ") + QByteArray(5000, 'a') + "}"},
+            {QString::fromLatin1(handin::NoteRtfName),
+                QByteArray("{\\rtf1\\ansi Μαρία ") + QByteArray(5000, 'a') + "}"},
             {QString::fromLatin1(handin::NotePdfName), randomBytes(20000)},
             {handin::drawingName(1), randomBytes(30000)},
             {handin::drawingName(2), QByteArray()},
@@ -136,8 +138,8 @@ private slots:
 
     void noteOnly()
     {
-        const handin::Bundle bundle = handin::makeBundle(pupil(), place(), when(),
-            {{QString::fromLatin1(handin::NoteRtfName), QByteArray("{\\rtf1 x}")}});
+        const handin::Bundle bundle = handin::makeBundle(
+            pupil(), place(), when(), {{QString::fromLatin1(handin::NoteRtfName), QByteArray("{\\rtf1 x}")}});
         bool ok = false;
         QCOMPARE(unzip(bundle.zip, &ok).size(), 2);
         QVERIFY(ok);
@@ -157,8 +159,8 @@ private slots:
     void refusesNamesThatAreNotPlain()
     {
         QFETCH(QString, name);
-        const handin::Bundle bundle = handin::makeBundle(pupil(), place(), when(),
-            {{handin::drawingName(1), "x"}, {name, "y"}});
+        const handin::Bundle bundle
+            = handin::makeBundle(pupil(), place(), when(), {{handin::drawingName(1), "x"}, {name, "y"}});
         QVERIFY(bundle.zip.isEmpty());
     }
 };

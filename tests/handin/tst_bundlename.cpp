@@ -20,17 +20,14 @@ private:
         QVERIFY2(name.toUtf8().size() <= handin::MaxBundleNameBytes, qPrintable(name));
         QCOMPARE(QString::fromUtf8(name.toUtf8()), name); // whole UTF-8 sequences only
         QVERIFY(!name.contains(QChar::ReplacementCharacter));
-        static const QRegularExpression shape(QStringLiteral(
-            "^[^_/\\\\.]+_[^_/\\\\.]+_[^_/\\\\.]+_20261125-104207_[A-Z0-9]{4}\\.zip$"));
+        static const QRegularExpression shape(
+            QStringLiteral("^[^_/\\\\.]+_[^_/\\\\.]+_[^_/\\\\.]+_20261125-104207_[A-Z0-9]{4}\\.zip$"));
         QVERIFY2(shape.match(name).hasMatch(), qPrintable(name));
         for (const QChar c : name)
             QVERIFY(c.category() != QChar::Other_Control && c.category() != QChar::Other_Format);
     }
 
-    static QStringList typedParts(const QString &name)
-    {
-        return name.split(u'_').mid(0, 3);
-    }
+    static QStringList typedParts(const QString &name) { return name.split(u'_').mid(0, 3); }
 
 private slots:
     void keepsGreekWordsJoinedByDashes()
@@ -38,7 +35,8 @@ private slots:
         const QString name = handin::bundleName({QStringLiteral("Μαρία Παπαδοπούλου"), QStringLiteral("Β2")},
             QStringLiteral("Η μάχη του  Μαραθώνα"), when());
         checkSafe(name);
-        QVERIFY2(name.startsWith(QStringLiteral("Β2_Μαρία-Παπαδοπούλου_Η-μάχη-του-Μαραθώνα_20261125-104207_")),
+        QVERIFY2(
+            name.startsWith(QStringLiteral("Β2_Μαρία-Παπαδοπούλου_Η-μάχη-του-Μαραθώνα_20261125-104207_")),
             qPrintable(name));
     }
 
@@ -47,42 +45,45 @@ private slots:
         const QString name = handin::bundleName({QStringLiteral("../x"), QStringLiteral("/etc/passwd")},
             QStringLiteral("..\\..\\win.ini"), when());
         checkSafe(name);
-        QCOMPARE(typedParts(name), (QStringList{QStringLiteral("etcpasswd"), QStringLiteral("x"),
-                                       QStringLiteral("winini")}));
+        QCOMPARE(typedParts(name),
+            (QStringList {QStringLiteral("etcpasswd"), QStringLiteral("x"), QStringLiteral("winini")}));
     }
 
     void dropsControlCharacters()
     {
-        const QString name = handin::bundleName(
-            {QStringLiteral("Μα\u0001ρία\nΚ\t\u007f\u200e"), QStringLiteral("Γ\r1")},
-            QStringLiteral("α\u0000β"), when());
+        const QString name
+            = handin::bundleName({QStringLiteral("Μα\u0001ρία\nΚ\t\u007f\u200e"), QStringLiteral("Γ\r1")},
+                QStringLiteral("α\u0000β"), when());
         checkSafe(name);
-        QCOMPARE(typedParts(name), (QStringList{QStringLiteral("Γ-1"), QStringLiteral("Μαρία-Κ"),
-                                       QStringLiteral("αβ")}));
+        QCOMPARE(typedParts(name),
+            (QStringList {QStringLiteral("Γ-1"), QStringLiteral("Μαρία-Κ"), QStringLiteral("αβ")}));
     }
 
     void givesEmptyPartsAFallback()
     {
-        const QString name = handin::bundleName({QStringLiteral("..."), QStringLiteral(" . ")},
-            QStringLiteral(".."), when());
+        const QString name = handin::bundleName(
+            {QStringLiteral("..."), QStringLiteral(" . ")}, QStringLiteral(".."), when());
         checkSafe(name);
-        QCOMPARE(typedParts(name), (QStringList{QStringLiteral("χωρίς-τμήμα"), QStringLiteral("χωρίς-όνομα"),
-                                       QStringLiteral("χωρίς-δραστηριότητα")}));
+        QCOMPARE(typedParts(name),
+            (QStringList {QStringLiteral("χωρίς-τμήμα"), QStringLiteral("χωρίς-όνομα"),
+                QStringLiteral("χωρίς-δραστηριότητα")}));
         checkSafe(handin::bundleName({}, {}, when()));
     }
 
     void composesAccents()
     {
         // «ί» typed as ι + combining acute stays one letter.
-        QCOMPARE(handin::cleanNamePart(QStringLiteral("Μαρι\u0301α"), QStringLiteral("-")), QStringLiteral("Μαρία"));
-        QCOMPARE(handin::cleanNamePart(QStringLiteral("  -α__β-  "), QStringLiteral("-")), QStringLiteral("α-β"));
+        QCOMPARE(handin::cleanNamePart(QStringLiteral("Μαρι\u0301α"), QStringLiteral("-")),
+            QStringLiteral("Μαρία"));
+        QCOMPARE(
+            handin::cleanNamePart(QStringLiteral("  -α__β-  "), QStringLiteral("-")), QStringLiteral("α-β"));
     }
 
     void shortensLongGreekNamesWithinTheBytes()
     {
         const QString longName(300, QChar(u'λ')); // 2 bytes each in UTF-8
-        const QString name = handin::bundleName({longName, QStringLiteral("Β2")},
-            QStringLiteral("Μάχη"), when());
+        const QString name
+            = handin::bundleName({longName, QStringLiteral("Β2")}, QStringLiteral("Μάχη"), when());
         checkSafe(name);
         const QStringList parts = typedParts(name);
         QCOMPARE(parts.at(0), QStringLiteral("Β2"));
@@ -125,14 +126,15 @@ private slots:
     {
         QSet<QString> names;
         for (int i = 0; i < 20; ++i)
-            names.insert(handin::bundleName({QStringLiteral("Ν"), QStringLiteral("Τ")}, QStringLiteral("Δ"), when()));
+            names.insert(
+                handin::bundleName({QStringLiteral("Ν"), QStringLiteral("Τ")}, QStringLiteral("Δ"), when()));
         QVERIFY(names.size() > 15);
     }
 
     void freshRandomPartKeepsTheRest()
     {
-        const QString name = handin::bundleName({QStringLiteral("Νίκος"), QStringLiteral("Α1")},
-            QStringLiteral("Χάρτης"), when());
+        const QString name = handin::bundleName(
+            {QStringLiteral("Νίκος"), QStringLiteral("Α1")}, QStringLiteral("Χάρτης"), when());
         const QString fresh = handin::withFreshRandomPart(name);
         checkSafe(fresh);
         QVERIFY(fresh != name);

@@ -7,8 +7,8 @@
 #include <QTest>
 
 #include <cerrno>
-#include <dirent.h>
 #include <cstring>
+#include <dirent.h>
 #include <sys/mount.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
@@ -34,8 +34,8 @@ private:
 
     static QStringList everything(const QString &folder)
     {
-        return QDir(folder).entryList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot,
-            QDir::Name);
+        return QDir(folder).entryList(
+            QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot, QDir::Name);
     }
 
     static QByteArray read(const QString &path)
@@ -66,7 +66,7 @@ private slots:
         QString why, as;
         QCOMPARE(handin::deliverToFolder(m_dir->path(), name(), zip, &why, &as), handin::Delivery::Delivered);
         QCOMPARE(as, name());
-        QCOMPARE(everything(m_dir->path()), QStringList{name()});
+        QCOMPARE(everything(m_dir->path()), QStringList {name()});
         QCOMPARE(read(m_dir->filePath(name())), zip);
         QFileInfo info(m_dir->filePath(name()));
         QVERIFY(info.permissions() & QFileDevice::ReadOther); // the teacher reads it
@@ -80,7 +80,8 @@ private slots:
         taken.close();
 
         QString why, as;
-        QCOMPARE(handin::deliverToFolder(m_dir->path(), name(), "second", &why, &as), handin::Delivery::Delivered);
+        QCOMPARE(
+            handin::deliverToFolder(m_dir->path(), name(), "second", &why, &as), handin::Delivery::Delivered);
         QVERIFY(as != name());
         QCOMPARE(as.left(name().size() - 8), name().left(name().size() - 8));
         QCOMPARE(read(m_dir->filePath(name())), QByteArray("the first pupil's work"));
@@ -93,9 +94,11 @@ private slots:
         const QString inner = m_dir->filePath(QStringLiteral("drop"));
         QVERIFY(QDir().mkpath(inner));
         QString why;
-        QCOMPARE(handin::deliverToFolder(inner, QStringLiteral("../x.zip"), "x", &why), handin::Delivery::Unavailable);
-        QCOMPARE(handin::deliverToFolder(inner, QStringLiteral(".x.zip"), "x", &why), handin::Delivery::Unavailable);
-        QCOMPARE(everything(m_dir->path()), QStringList{QStringLiteral("drop")});
+        QCOMPARE(handin::deliverToFolder(inner, QStringLiteral("../x.zip"), "x", &why),
+            handin::Delivery::Unavailable);
+        QCOMPARE(handin::deliverToFolder(inner, QStringLiteral(".x.zip"), "x", &why),
+            handin::Delivery::Unavailable);
+        QCOMPARE(everything(m_dir->path()), QStringList {QStringLiteral("drop")});
         QVERIFY(everything(inner).isEmpty());
     }
 
@@ -114,8 +117,9 @@ private slots:
         if (::geteuid() != 0)
             QSKIP("needs root, to hand the folder to one user and write as another");
         // The teacher's (root's) folder, 1733: anyone may create, only the owner lists.
-        QFile::setPermissions(m_dir->path(), QFileDevice::ReadOwner | QFileDevice::WriteOwner
-                | QFileDevice::ExeOwner | QFileDevice::ExeGroup | QFileDevice::ExeOther);
+        QFile::setPermissions(m_dir->path(),
+            QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ExeOwner | QFileDevice::ExeGroup
+                | QFileDevice::ExeOther);
         const QString drop = m_dir->filePath(QStringLiteral("drop"));
         QVERIFY(QDir().mkdir(drop));
         QCOMPARE(::chmod(QFile::encodeName(drop).constData(), 01733), 0);
@@ -133,7 +137,8 @@ private slots:
             if (::opendir(QFile::encodeName(drop).constData()) != nullptr)
                 ::_exit(11); // the folder must not be readable for this to mean anything
             QString as;
-            if (handin::deliverToFolder(drop, name(), "pupil's bundle", nullptr, &as) != handin::Delivery::Delivered)
+            if (handin::deliverToFolder(drop, name(), "pupil's bundle", nullptr, &as)
+                != handin::Delivery::Delivered)
                 ::_exit(12);
             if (as == name())
                 ::_exit(13);
@@ -157,9 +162,10 @@ private slots:
         const QString small = m_dir->filePath(QStringLiteral("small"));
         QVERIFY(QDir().mkdir(small));
         if (::mount("tmpfs", QFile::encodeName(small).constData(), "tmpfs", 0, "size=64k") != 0)
-            QSKIP(qPrintable(QStringLiteral("cannot mount a small tmpfs here (%1); no other honest way to fill "
-                                            "a disk")
-                                 .arg(QString::fromLocal8Bit(std::strerror(errno)))));
+            QSKIP(
+                qPrintable(QStringLiteral("cannot mount a small tmpfs here (%1); no other honest way to fill "
+                                          "a disk")
+                               .arg(QString::fromLocal8Bit(std::strerror(errno)))));
         m_mount = small;
         QFile earlier(QDir(small).filePath(QStringLiteral("earlier.zip")));
         QVERIFY(earlier.open(QIODevice::WriteOnly));
@@ -170,7 +176,7 @@ private slots:
         QCOMPARE(handin::deliverToFolder(small, name(), QByteArray(200000, 'z'), &why),
             handin::Delivery::Unavailable);
         QVERIFY2(why.contains(QString::fromLocal8Bit(std::strerror(ENOSPC))), qPrintable(why));
-        QCOMPARE(everything(small), QStringList{QStringLiteral("earlier.zip")});
+        QCOMPARE(everything(small), QStringList {QStringLiteral("earlier.zip")});
         QCOMPARE(read(QDir(small).filePath(QStringLiteral("earlier.zip"))), QByteArray(8000, 'e'));
 
         // What fits still goes.

@@ -17,8 +17,7 @@ private:
         const QString &password, const QByteArray &data)
     {
         QNetworkRequest request(url);
-        request.setRawHeader("Authorization",
-            "Basic " + (user + u':' + password).toUtf8().toBase64());
+        request.setRawHeader("Authorization", "Basic " + (user + u':' + password).toUtf8().toBase64());
         request.setRawHeader("If-None-Match", "*");
         request.setTransferTimeout(10000);
         QNetworkReply *reply = network.put(request, data);
@@ -43,7 +42,7 @@ private slots:
         url.setPath(url.path() + QStringLiteral("/a.zip"));
         QCOMPARE(put(network, url, server.user(), QStringLiteral("wrong"), "x"), 401);
         QCOMPARE(put(network, url, server.user(), server.password(), "hello"), 201);
-        QCOMPARE(server.files(), QStringList{QStringLiteral("a.zip")});
+        QCOMPARE(server.files(), QStringList {QStringLiteral("a.zip")});
         QCOMPARE(server.read(QStringLiteral("a.zip")), QByteArray("hello"));
         QCOMPARE(put(network, url, server.user(), server.password(), "again"), 412);
         QCOMPARE(server.read(QStringLiteral("a.zip")), QByteArray("hello"));

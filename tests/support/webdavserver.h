@@ -34,10 +34,15 @@ namespace testing {
 class WebDavServer final
 {
 public:
+    // Https: TLS with a certificate made for 127.0.0.1 at the first start, which no one
+    // trusts unless told to (certificate()).
+    enum class Transport { Http, Https };
+
     explicit WebDavServer(QString user = QStringLiteral("pupil"),
-        QString password = QStringLiteral("secret-1"))
+        QString password = QStringLiteral("secret-1"), Transport transport = Transport::Http)
         : m_user(std::move(user))
         , m_password(std::move(password))
+        , m_transport(transport)
     {
     }
     ~WebDavServer() { stop(); }
@@ -46,6 +51,11 @@ public:
 
     static QString apacheBinary() { return QStringLiteral("/usr/sbin/apache2"); }
     static bool available() { return QFile::exists(apacheBinary()) && QFile::exists(htpasswdBinary()); }
+    static bool tlsAvailable()
+    {
+        return available() && QFile::exists(opensslBinary())
+            && QFile::exists(modules() + QStringLiteral("mod_ssl.so"));
+    }
 
     // Starts the server and waits until it accepts connections (at most 15 s). The first
     // start picks a free port; later ones reuse it. False with the reason in `why`.
@@ -54,7 +64,20 @@ public:
         if (isRunning())
             return true;
         QString reason;
-        const bool ok = prepare(reason) && launch(reason);
+        bool ok = prepare(reason);
+        if (ok && m_port != 0) {
+            ok = configure(reason) && launch(reason);
+        } else if (ok) {
+            // Another program may take the free port before Apache binds it: a few more.
+            for (int attempt = 0; attempt < 4; ++attempt) {
+                m_port = freePort();
+                ok = m_port != 0 && configure(reason) && launch(reason);
+                if (ok)
+                    break;
+            }
+            if (!ok)
+                m_port = 0;
+        }
         if (!ok && why)
             *why = reason;
         if (!ok)
@@ -88,7 +111,22 @@ public:
     QString password() const { return m_password; }
 
     // The upload collection's URL, without a trailing slash.
-    QUrl url() const { return QUrl(QStringLiteral("http://127.0.0.1:%1/drop").arg(m_port)); }
+    QUrl url() const
+    {
+        return QUrl(
+            QStringLiteral("%1://127.0.0.1:%2/drop")
+                .arg(m_transport == Transport::Https ? QStringLiteral("https") : QStringLiteral("http"))
+                .arg(m_port));
+    }
+
+    // The server's certificate (PEM), once started with Https.
+    QByteArray certificate() const
+    {
+        if (!m_dir)
+            return {};
+        QFile file(m_dir->filePath(QStringLiteral("cert.pem")));
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    }
 
     // Where the uploaded files land on disk.
     QString uploadFolder() const { return m_dir ? m_dir->filePath(QStringLiteral("www/drop")) : QString(); }
@@ -119,6 +157,20 @@ public:
 
 private:
     static QString htpasswdBinary() { return QStringLiteral("/usr/bin/htpasswd"); }
+    static QString opensslBinary() { return QStringLiteral("/usr/bin/openssl"); }
+
+    static bool run(const QString &program, const QStringList &arguments, QString &reason)
+    {
+        QProcess process;
+        process.start(program, arguments);
+        if (!process.waitForFinished(60000) || process.exitStatus() != QProcess::NormalExit
+            || process.exitCode() != 0) {
+            reason
+                = program + QStringLiteral(" failed: ") + QString::fromUtf8(process.readAllStandardError());
+            return false;
+        }
+        return true;
+    }
     static QString modules() { return QStringLiteral("/usr/lib/apache2/modules/"); }
 
     static quint16 freePort()
@@ -174,29 +226,38 @@ private:
             return false;
         }
         const QString root = m_dir->path();
-        QFile::setPermissions(root, QFileDevice::ReadOwner | QFileDevice::WriteOwner
-                | QFileDevice::ExeOwner | QFileDevice::ReadGroup | QFileDevice::ExeGroup
-                | QFileDevice::ReadOther | QFileDevice::ExeOther);
+        QFile::setPermissions(root,
+            QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ExeOwner | QFileDevice::ReadGroup
+                | QFileDevice::ExeGroup | QFileDevice::ReadOther | QFileDevice::ExeOther);
         QDir(root).mkpath(QStringLiteral("www/drop"));
         QDir(root).mkdir(QStringLiteral("run"));
         if (!handToServer(root + QStringLiteral("/www/drop"), reason)
             || !handToServer(root + QStringLiteral("/run"), reason))
             return false;
 
-        QProcess htpasswd;
-        htpasswd.start(htpasswdBinary(), {QStringLiteral("-cbB"), root + QStringLiteral("/htpasswd"),
-                                             m_user, m_password});
-        if (!htpasswd.waitForFinished(30000) || htpasswd.exitCode() != 0) {
-            reason = QStringLiteral("htpasswd failed: ") + QString::fromUtf8(htpasswd.readAllStandardError());
+        if (!run(htpasswdBinary(),
+                {QStringLiteral("-cbB"), root + QStringLiteral("/htpasswd"), m_user, m_password}, reason))
             return false;
-        }
-
-        m_port = freePort();
-        if (m_port == 0) {
-            reason = QStringLiteral("no free port on 127.0.0.1");
+        const bool tls = m_transport == Transport::Https;
+        if (tls
+            && !run(opensslBinary(),
+                {QStringLiteral("req"), QStringLiteral("-x509"), QStringLiteral("-newkey"),
+                    QStringLiteral("rsa:2048"), QStringLiteral("-nodes"), QStringLiteral("-days"),
+                    QStringLiteral("2"), QStringLiteral("-subj"), QStringLiteral("/CN=127.0.0.1"),
+                    QStringLiteral("-addext"), QStringLiteral("subjectAltName=IP:127.0.0.1,DNS:localhost"),
+                    QStringLiteral("-keyout"), root + QStringLiteral("/key.pem"), QStringLiteral("-out"),
+                    root + QStringLiteral("/cert.pem")},
+                reason))
             return false;
-        }
 
+        return true;
+    }
+
+    // The configuration for the port in m_port.
+    bool configure(QString &reason)
+    {
+        const QString root = m_dir->path();
+        const bool tls = m_transport == Transport::Https;
         const auto module = [](const char *name, const char *file) {
             return QStringLiteral("LoadModule %1 %2%3\n")
                 .arg(QLatin1String(name), modules(), QLatin1String(file));
@@ -217,6 +278,13 @@ private:
         config += module("authz_user_module", "mod_authz_user.so");
         config += module("dav_module", "mod_dav.so");
         config += module("dav_fs_module", "mod_dav_fs.so");
+        if (tls) {
+            config += module("socache_shmcb_module", "mod_socache_shmcb.so");
+            config += module("ssl_module", "mod_ssl.so");
+            config += QStringLiteral("SSLEngine on\nSSLCertificateFile \"%1/cert.pem\"\n"
+                                     "SSLCertificateKeyFile \"%1/key.pem\"\n")
+                          .arg(root);
+        }
         config += QStringLiteral("StartServers 1\nMinSpareServers 1\nMaxSpareServers 2\n"
                                  "MaxRequestWorkers 4\nKeepAlive On\nTimeout 30\n");
         if (geteuid() == 0)
@@ -257,8 +325,9 @@ private:
         QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
         env.insert(QStringLiteral("LANG"), QStringLiteral("C"));
         m_process->setProcessEnvironment(env);
-        m_process->start(apacheBinary(), {QStringLiteral("-DFOREGROUND"), QStringLiteral("-f"),
-                                              m_dir->filePath(QStringLiteral("apache.conf"))});
+        m_process->start(apacheBinary(),
+            {QStringLiteral("-DFOREGROUND"), QStringLiteral("-f"),
+                m_dir->filePath(QStringLiteral("apache.conf"))});
         if (!m_process->waitForStarted(10000)) {
             reason = QStringLiteral("apache2 did not start: ") + m_process->errorString();
             m_process.reset();
@@ -282,6 +351,7 @@ private:
 
     QString m_user;
     QString m_password;
+    Transport m_transport;
     std::unique_ptr<QTemporaryDir> m_dir;
     std::unique_ptr<QProcess> m_process;
     quint16 m_port = 0;

@@ -312,6 +312,12 @@ private slots:
         QVERIFY(handIn->cmdCancel->isDefault());
         QCOMPARE(handIn->cmdCancel->text(), u"Κλείσιμο"_s);
         QCOMPARE(host().boxes.size(), 0);
+
+        // Handed in again within the same minute: a second bundle, and the status says so.
+        handIn->cmdHandIn->click();
+        QCOMPARE(handIn->lblStatus->text(), u"Η εργασία παραδίδεται…"_s);
+        QTRY_COMPARE(bundlesIn(path(u"drop"_s)).size(), 2);
+        QTRY_COMPARE(handIn->lblStatus->text(), delivered);
     }
 
     void uncheckedDrawingsStayOut()

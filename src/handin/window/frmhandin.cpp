@@ -101,8 +101,15 @@ frmHandIn::frmHandIn(Session &session, QWidget *parent)
         cmdHandIn, &QPushButton::clicked, this, [this] { platform::guarded([this] { cmdHandIn_Click(); }); });
     connect(
         cmdCancel, &QPushButton::clicked, this, [this] { platform::guarded([this] { cmdCancel_Click(); }); });
-    connect(&m_session.handIns(), &handin::Outbox::statusChanged, this,
+    handin::Outbox &outbox = m_session.handIns();
+    connect(&outbox, &handin::Outbox::statusChanged, this,
         [this](const QString &text) { platform::guarded([&] { showStatus(text); }); });
+    // A bundle's end tells the status again even when its words did not change (a second
+    // hand-in within the same minute); queued, since the outbox words it after the signal.
+    const auto refresh
+        = [this] { platform::guarded([this] { showStatus(m_session.handIns().statusText()); }); };
+    connect(&outbox, &handin::Outbox::delivered, this, refresh, Qt::QueuedConnection);
+    connect(&outbox, &handin::Outbox::queued, this, refresh, Qt::QueuedConnection);
 
     platform::guarded([this] { Form_Load(); });
 }
@@ -176,6 +183,12 @@ void frmHandIn::cmdHandIn_Click()
     const QDateTime now = m_session.host().now();
     const QDateTime time = now.toOffsetFromUtc(now.offsetFromUtc());
     const handin::Bundle bundle = handin::makeBundle(pupil, handin::placeOf(m_session), time, files);
+    if (bundle.zip.isEmpty()) {
+        qCWarning(lcHandin).noquote() << "the bundle" << bundle.fileName << "could not be made";
+        platform::MsgBox(
+            QStringLiteral("Η εργασία δεν παραδόθηκε: δεν μπόρεσα να τη συσκευάσω."), platform::vbCritical);
+        return;
+    }
 
     handin::Outbox &outbox = m_session.handIns();
     if (!outbox.destinations().any()) {
@@ -185,15 +198,16 @@ void frmHandIn::cmdHandIn_Click()
         }
         return;
     }
+    // Until the outbox tells how it went; a drop folder tells at once, within handIn.
+    showStatus(QStringLiteral("Η εργασία παραδίδεται…"));
     if (!outbox.handIn(bundle)) {
+        showStatus(QString());
         platform::MsgBox(
             QStringLiteral("Η εργασία δεν παραδόθηκε: δεν μπορώ να τη φυλάξω σε αυτόν τον υπολογιστή."),
             platform::vbCritical);
         return;
     }
     m_lastBundle = bundle.fileName;
-    const QString status = outbox.statusText();
-    showStatus(status.isEmpty() ? QStringLiteral("Η εργασία παραδίδεται…") : status);
     handedIn();
 }
 

@@ -84,7 +84,7 @@ struct Outbox::Round
     QString fileName;
     QLockFile lock;
     Record record;
-    int pending = 0; // uploads not answered yet
+    int pending = 0; // requests to the server not answered yet
     int renames = 0;
     QString compared; // the name on the server last compared with the bundle
     bool folderFailed = false;

@@ -7,6 +7,7 @@
 #include <drawingwindows.h>
 #include <findingwindows.h>
 #include <frmdrawing.h>
+#include <frmhandin.h>
 #include <notepadwindows.h>
 #include <session.h>
 #include <viewingwindows.h>
@@ -39,6 +40,9 @@ void registerChildWindows(Session &session)
     // Notepad and drawing; the drawing window is also the viewer of a map.
     registerNotepadWindows(session);
     registerDrawingWindows(session);
+
+    // Handing work in: the pupil's hand-in window.
+    registerHandInWindows(session);
 }
 
 frmDrawing *newDrawingWindow(Session &session)

@@ -10,6 +10,7 @@
 #include <frmsmallbutton.h>
 #include <modmail.h>
 #include <msgbox.h>
+#include <outbox.h>
 #include <programbitmaps.h>
 #include <ratemenu.h>
 #include <readaloud.h>
@@ -18,6 +19,7 @@
 
 #include <QApplication>
 #include <QCloseEvent>
+#include <QLabel>
 #include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QMenu>
@@ -98,6 +100,11 @@ void MDIForm1::buildMenu()
         [this] { platform::guarded([this] { showChild(Session::Window::FullTextSearch, false); }); });
     mnuChoices->addSeparator();
     mnuChoices->addMenu(speech::makeRateMenu(m_session.readAloud(), mnuChoices));
+    mnuHandIn = mnuChoices->addAction(QStringLiteral("Παράδοση εργασίας…"));
+    mnuHandIn->setShortcut(QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_P));
+    mnuHandIn->setShortcutContext(Qt::ApplicationShortcut);
+    mnuHandIn->setEnabled(m_activityID != 0);
+    connect(mnuHandIn, &QAction::triggered, this, [this] { platform::guarded([this] { OpenHandIn(); }); });
 
     mnuView = bar->addMenu(QStringLiteral("Προβολή"));
     mnuStudNotes = mnuView->addAction(QStringLiteral("Σημειωματάριο"));
@@ -140,6 +147,13 @@ void MDIForm1::buildMenu()
     }
 
     mnuHelp = bar->addAction(QStringLiteral("Βοήθεια"));
+
+    lblHandIn = new QLabel(m_session.handIns().statusText());
+    lblHandIn->setObjectName(QStringLiteral("lblHandIn"));
+    lblHandIn->setContentsMargins(0, 0, 6, 0);
+    lblHandIn->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+    bar->setCornerWidget(lblHandIn, Qt::TopRightCorner);
+    connect(&m_session.handIns(), &handin::Outbox::statusChanged, lblHandIn, &QLabel::setText);
 }
 
 int MDIForm1::mnuListUBound() const
@@ -364,6 +378,18 @@ void MDIForm1::OpenActionsDocument()
             m_session.host(), m_session.content().dataFolder, QStringLiteral("\\Actions\\"), document);
     } catch (const platform::RuntimeError &e) {
         platform::MsgBox(e.description(), platform::vbCritical, platform::ProgramTitle.toString());
+    }
+}
+
+void MDIForm1::OpenHandIn()
+{
+    // The work handed in is an activity's: its note and its drawings.
+    if (m_activityID == 0)
+        return;
+    if (QWidget *handIn = m_session.window(Session::Window::HandIn)) {
+        handIn->show();
+        handIn->raise();
+        handIn->activateWindow();
     }
 }
 

@@ -9,6 +9,7 @@
 #include <memory>
 
 class QAction;
+class QLabel;
 class QMdiArea;
 class QMdiSubWindow;
 class QMenu;
@@ -46,6 +47,7 @@ public:
     QMenu *mnuChoices = nullptr;
     QAction *mnufacilities = nullptr;
     QAction *mnuFullText = nullptr; // Ctrl+Shift+F anywhere in the shell
+    QAction *mnuHandIn = nullptr; // Ctrl+Shift+P, in an activity
     QMenu *mnuView = nullptr;
     QAction *mnuStudNotes = nullptr;
     QAction *mnuCatalogue = nullptr;
@@ -58,6 +60,9 @@ public:
     QAction *mnuArrangeIcons = nullptr;
     QAction *WindowListSeparator = nullptr;
     QAction *mnuHelp = nullptr;
+    // How the last hand-in went, in the menu bar's corner, where it takes nothing of the
+    // tiles' client area.
+    QLabel *lblHandIn = nullptr;
 
     // ShellWindow.
     QWidget *window() override { return this; }
@@ -98,6 +103,7 @@ private:
     void CreateTiles();
     void ArrangeTiles();
     void OpenActionsDocument();
+    void OpenHandIn();
     // The windows of the other parts that the menu and the toolbar open are the
     // session's, by kind; until a kind has a factory its commands do nothing.
     void toggleWindow(QAction *toggle, Session::Window which, bool centred);

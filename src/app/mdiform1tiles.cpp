@@ -17,6 +17,7 @@ void MDIForm1::setSelectedActivity(qint32 activityID)
 {
     m_activityID = activityID;
     m_session.content().activityID = activityID;
+    mnuHandIn->setEnabled(activityID != 0);
     m_resourceSQL
         = QStringLiteral(
               "SELECT Activities.ActivityID, Resources.ResourceID, Resources.ResTypeID, Resources.PlaceID, "

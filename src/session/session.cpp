@@ -6,6 +6,7 @@
 #include <engines.h>
 #include <latethreads.h>
 #include <logging.h>
+#include <outbox.h>
 #include <readaloud.h>
 #include <recoverystore.h>
 #include <runtimeerror.h>
@@ -57,6 +58,12 @@ Session::Session(std::unique_ptr<platform::Host> host, platform::LateThreads &la
           std::move(services.spellingFolders)))
 {
     m_recovery->setDelayMs(services.recoveryDelayMs);
+    // The outbox reads the clock through the host, so that a test's clock is the status's.
+    m_handIns = std::make_unique<handin::Outbox>(
+        services.handInDestinations ? *std::move(services.handInDestinations)
+                                    : handin::Destinations::fromSettings(),
+        services.handInFolder, [host = m_host.get()] { return host->now(); },
+        services.handInRetryMs > 0 ? services.handInRetryMs : handin::Outbox::RetryMs);
 }
 
 Session::~Session()
@@ -75,13 +82,16 @@ Session::~Session()
     //    their engines gone and play no more.
     if (!m_mediaEngines->stop(within(budget, StopBudgetMs)))
         qCWarning(lcMedia) << "a media engine still stopping at the session's end was left to its owner";
-    // 4. The windows, without their closing questions: the pupil's work stays in its
+    // 4. The hand-ins: an upload under way is dropped, and its bundle stays in the outbox
+    //    for the next start. Before the windows, which may show the outbox's status.
+    m_handIns.reset();
+    // 5. The windows, without their closing questions: the pupil's work stays in its
     //    recovery copies.
     closeWindows();
-    // 5. The recovery copies of work neither saved nor discarded stay for the next start;
+    // 6. The recovery copies of work neither saved nor discarded stay for the next start;
     //    the program's folder goes only when nothing is left in it.
     m_recovery.reset();
-    // 6. The content.
+    // 7. The content.
     m_content.database.reset();
 }
 

@@ -2,6 +2,7 @@
 
 #include "background.h"
 
+#include <destinations.h>
 #include <host.h>
 
 #include <QHash>
@@ -13,9 +14,13 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 
 namespace content {
 class Database;
+}
+namespace handin {
+class Outbox;
 }
 namespace media {
 class Engines;
@@ -55,6 +60,12 @@ public:
         // Where the spell checker looks for its Greek dictionary; empty: the system's
         // folders (/usr/share/hunspell, ...).
         QStringList spellingFolders = {};
+        // Where hand-ins wait until they are handed in; empty: the user's state folder.
+        QString handInFolder {};
+        // Where hand-ins go; none: the system settings' group «Παράδοση».
+        std::optional<handin::Destinations> handInDestinations {};
+        // Milliseconds between the tries of what waits; 0: the outbox's own.
+        int handInRetryMs = 0;
     };
 
     // `late` takes the threads that do not stop within their bound when the session ends
@@ -100,6 +111,7 @@ public:
         Tip,
         Photo,
         MaxPhoto,
+        HandIn,
     };
     using WindowFactory = std::function<QWidget *(Session &)>;
     void setWindowFactory(Window kind, WindowFactory factory);
@@ -149,6 +161,9 @@ public:
     media::Engines &mediaEngines() { return *m_mediaEngines; }
     // The spell checker: its dictionary loads on a background worker at its first need.
     spelling::Service &spelling() { return *m_spelling; }
+    // The pupils' hand-ins: made as the session starts, so that what waits from an earlier
+    // run is sent again at once, and then every two minutes.
+    handin::Outbox &handIns() { return *m_handIns; }
 
 private:
     void closeWindows();
@@ -163,6 +178,7 @@ private:
     std::unique_ptr<speech::ReadAloud> m_readAloud;
     std::unique_ptr<media::Engines> m_mediaEngines;
     std::unique_ptr<spelling::Service> m_spelling;
+    std::unique_ptr<handin::Outbox> m_handIns;
     QHash<int, WindowFactory> m_windowFactories;
     QHash<int, QPointer<QWidget>> m_windows;
     QList<QPointer<QWidget>> m_adopted;

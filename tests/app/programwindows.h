@@ -21,6 +21,7 @@
 #include <frmformat.h>
 #include <frmfoto.h>
 #include <frmfulltextsearch.h>
+#include <frmhandin.h>
 #include <frmindex.h>
 #include <frmmaxphoto.h>
 #include <frmmediaplayer.h>
@@ -235,6 +236,15 @@ inline QList<ProgramWindow> programWindows()
                 frmNotes *notes = openNotepad(session);
                 notes->Toolbar1_ButtonDropDown(u"SetFontColor"_s);
                 return notes->frmFontColors;
+            }},
+        {"hand_in",
+            [](Session &session, MDIForm1 *) -> QWidget * {
+                frmNotes *notes = openNotepad(session);
+                notes->notes->setText(u"Οι σημειώσεις του μαθητή."_s);
+                notes->NotesDirty = false;
+                frmHandIn *handIn = frmHandIn::open(session);
+                handIn->show();
+                return handIn;
             }},
         {"painter", [](Session &session, MDIForm1 *) -> QWidget * { return openPainter(session); }},
         {"painter_text",

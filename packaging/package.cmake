@@ -35,6 +35,8 @@ string(APPEND CPACK_DEBIAN_PACKAGE_DEPENDS ", fonts-urw-base35, qt6-translations
 # with a General MIDI sound font.
 string(APPEND CPACK_DEBIAN_PACKAGE_DEPENDS
     ", gstreamer1.0-plugins-ugly, gstreamer1.0-plugins-bad, gstreamer1.0-libav, timgm6mb-soundfont")
+# The notepad's spell checking reads Hunspell's Greek dictionary, which no library names.
+string(APPEND CPACK_DEBIAN_PACKAGE_DEPENDS ", hunspell-el")
 set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "libreoffice-writer, libreoffice-l10n-el")
 # Reading aloud speaks through speech-dispatcher with espeak-ng's Greek voice; without
 # them the program says once that it cannot, and runs on.

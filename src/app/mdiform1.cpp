@@ -19,6 +19,7 @@
 
 #include <QApplication>
 #include <QCloseEvent>
+#include <QDateTime>
 #include <QLabel>
 #include <QMdiArea>
 #include <QMdiSubWindow>
@@ -26,6 +27,8 @@
 #include <QMenuBar>
 #include <QScreen>
 #include <QVBoxLayout>
+
+#include <algorithm>
 
 MDIForm1::MDIForm1(Session &session, QWidget *parent)
     : QMainWindow(parent)
@@ -152,6 +155,13 @@ void MDIForm1::buildMenu()
     lblHandIn->setObjectName(QStringLiteral("lblHandIn"));
     lblHandIn->setContentsMargins(0, 0, 6, 0);
     lblHandIn->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+    // The menu bar sizes its corner once, not when the text changes: room for the longest
+    // status from the start keeps a later one from being cut to its last letters.
+    int widest = 0;
+    for (const QString &text : {handin::Outbox::folderWaitingText(), handin::Outbox::serverWaitingText(),
+             handin::Outbox::deliveredText(QDateTime(QDate(2000, 1, 1), QTime(23, 59)))})
+        widest = std::max(widest, lblHandIn->fontMetrics().horizontalAdvance(text));
+    lblHandIn->setMinimumWidth(widest + 12);
     bar->setCornerWidget(lblHandIn, Qt::TopRightCorner);
     connect(&m_session.handIns(), &handin::Outbox::statusChanged, lblHandIn, &QLabel::setText);
 }

@@ -276,6 +276,10 @@ private slots:
         QApplication::processEvents();
         QCOMPARE(m_shell->size(), QSize(800, 600));
         QCOMPARE(m_shell->area->geometry(), area);
+        // The whole status is read, not its last letters: the corner is as wide as its text.
+        QVERIFY(m_shell->lblHandIn->isVisible());
+        QVERIFY(m_shell->lblHandIn->width()
+            >= m_shell->lblHandIn->fontMetrics().horizontalAdvance(m_shell->lblHandIn->text()));
     }
 
     void aNoteAndDrawingsGoToTheDropFolder()

@@ -224,6 +224,24 @@ class tst_HandIn : public QObject
         return d;
     }
 
+    // Starts the share once to learn its address, stops it, and hands a note in to it.
+    void handInWhileTheShareIsDown(
+        testing::WebDavServer &server, handin::Destinations &destinations, frmHandIn **handIn)
+    {
+        QString why;
+        QVERIFY2(server.start(&why), qPrintable(why + server.errorLog()));
+        server.stop();
+        destinations.webdav = server.url();
+        destinations.user = server.user();
+        destinations.password = server.password();
+        QVERIFY(start(destinations));
+        writeNote(u"Σημειώσεις για τον Κλεισθένη."_s);
+        *handIn = openHandIn();
+        QVERIFY(*handIn);
+        sign(*handIn, u"Μαρία Παπαδάκη"_s, u"Β2"_s);
+        QTest::keyClick((*handIn)->txtClass, Qt::Key_Return);
+    }
+
 private slots:
     void init()
     {
@@ -547,19 +565,11 @@ private slots:
         if (!testing::WebDavServer::available())
             QSKIP("Apache is not installed");
         testing::WebDavServer server;
-        QString why;
-        QVERIFY2(server.start(&why), qPrintable(why + server.errorLog()));
-        server.stop();
         handin::Destinations destinations;
-        destinations.webdav = server.url();
-        destinations.user = server.user();
-        destinations.password = server.password();
-        QVERIFY(start(destinations));
-        writeNote(u"Σημειώσεις για τον Κλεισθένη."_s);
-        frmHandIn *handIn = openHandIn();
+        frmHandIn *handIn = nullptr;
+        handInWhileTheShareIsDown(server, destinations, &handIn);
         QVERIFY(handIn);
-        sign(handIn, u"Μαρία Παπαδάκη"_s, u"Β2"_s);
-        QTest::keyClick(handIn->txtClass, Qt::Key_Return);
+        QString why;
 
         QTRY_VERIFY_WITH_TIMEOUT(handIn->lblStatus->text().startsWith(u"Σε αναμονή"_s), 15000);
         QVERIFY(m_shell->lblHandIn->text().startsWith(u"Σε αναμονή"_s));
@@ -605,19 +615,11 @@ private slots:
         if (!testing::WebDavServer::available())
             QSKIP("Apache is not installed");
         testing::WebDavServer server;
-        QString why;
-        QVERIFY2(server.start(&why), qPrintable(why + server.errorLog()));
-        server.stop();
         handin::Destinations destinations;
-        destinations.webdav = server.url();
-        destinations.user = server.user();
-        destinations.password = server.password();
-        QVERIFY(start(destinations));
-        writeNote(u"Σημειώσεις για τον Κλεισθένη."_s);
-        frmHandIn *handIn = openHandIn();
+        frmHandIn *handIn = nullptr;
+        handInWhileTheShareIsDown(server, destinations, &handIn);
         QVERIFY(handIn);
-        sign(handIn, u"Μαρία Παπαδάκη"_s, u"Β2"_s);
-        QTest::keyClick(handIn->txtClass, Qt::Key_Return);
+        QString why;
         QTRY_COMPARE_WITH_TIMEOUT(session().handIns().waiting(), 1, 15000);
         end();
 

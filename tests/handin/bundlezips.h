@@ -5,9 +5,11 @@
 
 #include <manifest.h>
 
+#include <QBuffer>
 #include <QByteArray>
 #include <QDateTime>
 #include <QFile>
+#include <QImage>
 #include <QList>
 #include <QString>
 
@@ -17,6 +19,19 @@
 #include <utility>
 
 namespace bundlezips {
+
+// A drawing as a pupil would hand it in: a PNG of one colour.
+inline QByteArray png(int width, int height, Qt::GlobalColor colour)
+{
+    QImage picture(width, height, QImage::Format_RGB32);
+    picture.fill(colour);
+    QByteArray bytes;
+    QBuffer buffer(&bytes);
+    buffer.open(QIODevice::WriteOnly);
+    picture.save(&buffer, "PNG");
+    return bytes;
+}
+
 
 using Entries = QList<std::pair<QString, QByteArray>>;
 

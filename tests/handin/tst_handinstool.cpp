@@ -15,17 +15,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-QByteArray png(int width, int height, Qt::GlobalColor colour)
-{
-    QImage picture(width, height, QImage::Format_RGB32);
-    picture.fill(colour);
-    QByteArray bytes;
-    QBuffer buffer(&bytes);
-    buffer.open(QIODevice::WriteOnly);
-    picture.save(&buffer, "PNG");
-    return bytes;
-}
-
 // The text poppler reads from a PDF.
 QString pdfText(const QString &path)
 {
@@ -77,8 +66,8 @@ private slots:
         hand(u"b.zip"_s, u"Ωραιοζήλη"_s, u"Β2"_s, 3, u"Οι πηγές"_s, 9, noteOnly);
         hand(u"c.zip"_s, u"Αθηνά"_s, u"Β2"_s, 3, u"Οι πηγές"_s, 11,
             {{u"note.rtf"_s, bundlezips::noteRtf(u"Σημείωση της Αθηνάς"_s)},
-                {u"drawing-1.png"_s, png(1600, 1200, Qt::blue)},
-                {u"drawing-2.png"_s, png(30, 20, Qt::green)}});
+                {u"drawing-1.png"_s, bundlezips::png(1600, 1200, Qt::blue)},
+                {u"drawing-2.png"_s, bundlezips::png(30, 20, Qt::green)}});
         hand(u"a.zip"_s, u"Αθηνά"_s, u"Β2"_s, 4, u"Ο χάρτης"_s, 10,
             {{u"note.rtf"_s, bundlezips::noteRtf(u"Ο χάρτης της Αθηνάς"_s)}});
         hand(u"d.zip"_s, u"Γιάννης"_s, u"Α1"_s, 3, u"Οι πηγές"_s, 12, noteOnly);

@@ -24,17 +24,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-QByteArray png(int width, int height, Qt::GlobalColor colour)
-{
-    QImage picture(width, height, QImage::Format_RGB32);
-    picture.fill(colour);
-    QByteArray bytes;
-    QBuffer buffer(&bytes);
-    buffer.open(QIODevice::WriteOnly);
-    picture.save(&buffer, "PNG");
-    return bytes;
-}
-
 template<typename T> QList<T *> openWindows()
 {
     QList<T *> found;
@@ -105,8 +94,8 @@ private slots:
             {{u"note.rtf"_s, bundlezips::noteRtf(u"Η σημείωση του Ωρίωνα"_s)}});
         hand(u"Β2_Αθηνά_Οι-πηγές_20261125-101500_aaaa.zip"_s, u"Αθηνά"_s, u"Β2"_s, 10,
             {{u"note.rtf"_s, bundlezips::noteRtf(u"Η σημείωση της Αθηνάς"_s)},
-                {u"drawing-1.png"_s, png(40, 30, Qt::red)}});
-        hand(u"3.zip"_s, u"Γιάννης"_s, u"Α1"_s, 11, {{u"drawing-1.png"_s, png(20, 10, Qt::blue)}});
+                {u"drawing-1.png"_s, bundlezips::png(40, 30, Qt::red)}});
+        hand(u"3.zip"_s, u"Γιάννης"_s, u"Α1"_s, 11, {{u"drawing-1.png"_s, bundlezips::png(20, 10, Qt::blue)}});
         QFile broken(bundle(u"Β2_Κώστας_Οι-πηγές_20261125-083000_beef.zip"_s));
         QVERIFY(broken.open(QIODevice::WriteOnly));
         broken.write("PK\x03\x04 and nothing after");

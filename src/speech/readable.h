@@ -18,6 +18,15 @@ public:
     // reaches it; then the box's selection, or its text from the cursor on, is what is
     // read. None: textToRead() is only heard.
     virtual QTextEdit *textBoxToRead() const { return nullptr; }
+    // A window without a text box that paints its text itself shows the word being read
+    // here: `length` characters of textToRead() from `start`, until the next word or
+    // clearWordHighlight(). By default the text is only heard.
+    virtual void highlightWord(int start, int length)
+    {
+        Q_UNUSED(start);
+        Q_UNUSED(length);
+    }
+    virtual void clearWordHighlight() {}
 };
 
 } // namespace speech

@@ -34,15 +34,21 @@ Qt::KeyboardModifiers modifiersOf(const QKeyEvent *key)
     return key->modifiers() & ~Qt::KeypadModifier;
 }
 
-const Readable *readableOf(QWidget *widget)
+// The widget that offers a widget's text: itself or a parent within its window.
+QWidget *readableWidgetOf(QWidget *widget)
 {
     for (QWidget *w = widget; w; w = w->parentWidget()) {
-        if (const auto *readable = dynamic_cast<const Readable *>(w))
-            return readable;
+        if (dynamic_cast<Readable *>(w))
+            return w;
         if (w->isWindow())
             break;
     }
     return nullptr;
+}
+
+Readable *readableOf(QWidget *widget)
+{
+    return dynamic_cast<Readable *>(readableWidgetOf(widget));
 }
 
 int steppedRate(int percent)
@@ -163,6 +169,11 @@ void ReadAloud::read(QWidget *pressedIn, Start start)
         reading.text = all.mid(from, to - from);
     } else {
         reading.text = source.text.trimmed();
+        if (source.window && source.marker && !reading.text.isEmpty()) {
+            reading.window = source.window;
+            reading.marker = source.marker;
+            reading.base = int(source.text.indexOf(reading.text.front()));
+        }
     }
     if (reading.text.isEmpty())
         return;
@@ -171,7 +182,7 @@ void ReadAloud::read(QWidget *pressedIn, Start start)
         tellNoEngine();
         return;
     }
-    m_highlight.clear();
+    clearMark();
     m_reading = reading;
     sayFrom(0);
 }
@@ -183,9 +194,9 @@ void ReadAloud::sayFrom(int from)
     m_reading.words = findWords(said);
     m_reading.word = -1;
     // The first word is marked at once: the pupil sees where the voice begins.
-    if (m_reading.box && !m_reading.words.isEmpty()) {
+    if (!m_reading.words.isEmpty()) {
         const Word &first = m_reading.words.first();
-        m_highlight.show(m_reading.box, m_reading.base + from + first.start, first.length);
+        markWord(from + first.start, first.length);
     }
     m_speaker->say(said);
 }
@@ -202,10 +213,26 @@ void ReadAloud::onWord(int index)
     if (index < 0 || index >= m_reading.words.size())
         return;
     m_reading.word = index;
-    if (!m_reading.box)
-        return;
     const Word &word = m_reading.words.at(index);
-    m_highlight.show(m_reading.box, m_reading.base + m_reading.from + word.start, word.length);
+    markWord(m_reading.from + word.start, word.length);
+}
+
+void ReadAloud::markWord(int place, int length)
+{
+    if (m_reading.box) {
+        m_highlight.show(m_reading.box, m_reading.base + place, length);
+    } else if (m_reading.window && m_reading.marker) {
+        m_reading.marked = m_reading.base + place;
+        m_reading.marker->highlightWord(m_reading.marked, length);
+    }
+}
+
+void ReadAloud::clearMark()
+{
+    m_highlight.clear();
+    if (m_reading.window && m_reading.marker)
+        m_reading.marker->clearWordHighlight();
+    m_reading.marked = -1;
 }
 
 void ReadAloud::onSpeaking(bool now)
@@ -216,7 +243,7 @@ void ReadAloud::onSpeaking(bool now)
 
 void ReadAloud::endReading()
 {
-    m_highlight.clear();
+    clearMark();
     m_reading = Reading();
 }
 
@@ -289,9 +316,14 @@ ReadAloud::Source ReadAloud::activeSource(QWidget *pressedIn) const
 {
     const auto sourceOf = [](QWidget *widget) {
         Source source;
-        if (const Readable *readable = readableOf(widget)) {
+        QWidget *offering = readableWidgetOf(widget);
+        if (Readable *readable = dynamic_cast<Readable *>(offering)) {
             source.text = readable->textToRead();
             source.box = readable->textBoxToRead();
+            if (!source.box) {
+                source.window = offering;
+                source.marker = readable;
+            }
         }
         return source;
     };
@@ -304,8 +336,11 @@ ReadAloud::Source ReadAloud::activeSource(QWidget *pressedIn) const
     Source source = sourceOf(pressedIn);
     // The toolbar's key is pressed with the mouse, and the click has just closed the tip
     // the pupil was reading.
-    if (!offers(source) && !pressedIn && m_leftAt.isValid() && m_leftAt.elapsed() <= LeftWindowGraceMs)
+    // It is heard only: the window is closing, and shows no mark.
+    if (!offers(source) && !pressedIn && m_leftAt.isValid() && m_leftAt.elapsed() <= LeftWindowGraceMs) {
+        source = Source();
         source.text = m_leftText;
+    }
     if (!offers(source))
         source = sourceOf(QApplication::focusWidget());
     if (!offers(source) && window) {

@@ -22,6 +22,7 @@ class LateThreads;
 
 namespace speech {
 
+class Readable;
 class Speaker;
 
 // Reading aloud for the whole program: the "Ήχος" key and F9 read the text of the active
@@ -29,7 +30,8 @@ class Speaker;
 // or Escape stops. While reading, Alt+Right and Alt+Left go to the next and the previous
 // sentence, Alt+Up and Alt+Down read faster and slower; these keys and Escape are taken
 // from the windows only while something is being read. A window with a text box sees
-// each word marked in it as the voice reaches it. The speed is the pupil's, kept in the
+// each word marked in it as the voice reaches it; one that paints its text itself is
+// told the word to mark (Readable::highlightWord). The speed is the pupil's, kept in the
 // user's settings. Where the desktop has no speech engine, the first press says so and
 // nothing fails. The session owns the reader; it listens to the application's keys while
 // it lives.
@@ -72,9 +74,15 @@ public:
     // window's; inside the shell the active child's.
     QString activeText(QWidget *pressedIn = nullptr) const;
 
-    // The text box being read and the word marked in it (its place in the box, -1 none).
+    // The text box being read and the word marked in it (its place in the box, or in the
+    // text of a window that marks the word itself; -1 none).
     QTextEdit *boxBeingRead() const { return m_reading.box; }
-    int markedWord() const { return m_highlight.position(); }
+    int markedWord() const
+    {
+        if (m_reading.box)
+            return m_highlight.position();
+        return m_reading.window ? m_reading.marked : -1;
+    }
 
     // The message shown, once, where there is no speech engine.
     static QString noEngineMessage();
@@ -97,6 +105,9 @@ private:
     {
         QString text;
         QTextEdit *box = nullptr;
+        // A window without a box that marks the word itself.
+        QPointer<QWidget> window;
+        Readable *marker = nullptr;
     };
     // The text being read and where it stands in its box.
     struct Reading
@@ -107,6 +118,11 @@ private:
         int from = 0; // where in it the voice was last sent from
         QList<Word> words; // the words of what was sent, from `from` on
         int word = -1; // the last one the voice reached
+        // Or the window that marks the word itself (gone with it: no mark), and where the
+        // mark stands in its text.
+        QPointer<QWidget> window;
+        Readable *marker = nullptr;
+        int marked = -1;
     };
     enum class Start { Whole, FromCursor };
 
@@ -115,6 +131,9 @@ private:
     void sayFrom(int from);
     int placeInText() const; // where the voice is, in the reading's text
     void onWord(int index);
+    // Marks `length` characters from `place` in the reading's text; takes the mark away.
+    void markWord(int place, int length);
+    void clearMark();
     void onSpeaking(bool now);
     void endReading();
     bool handleKey(const QKeyEvent *key, bool press);

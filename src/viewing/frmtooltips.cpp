@@ -10,6 +10,7 @@
 #include <session.h>
 #include <textzoom.h>
 #include <twips.h>
+#include <wordhighlight.h>
 
 #include <QApplication>
 #include <QClipboard>
@@ -21,6 +22,7 @@
 #include <QMouseEvent>
 #include <QPainter>
 #include <QScreen>
+#include <QTextLayout>
 
 frmToolTips::frmToolTips(Session &session, QWidget *parent)
     : QWidget(parent, Qt::Tool | Qt::FramelessWindowHint)
@@ -157,11 +159,55 @@ void frmToolTips::ShowTip()
 
 void frmToolTips::paintEvent(QPaintEvent *)
 {
-    QPainter painter(this);
-    if (m_image.isNull())
-        painter.fillRect(rect(), palette().color(QPalette::Window));
-    else
-        painter.drawPixmap(0, 0, m_image);
+    platform::guarded([this] {
+        QPainter painter(this);
+        if (m_image.isNull())
+            painter.fillRect(rect(), palette().color(QPalette::Window));
+        else
+            painter.drawPixmap(0, 0, m_image);
+        const QRegion mark = highlightArea();
+        if (mark.isEmpty())
+            return;
+        // The word again, in the lines the picture's text was drawn in, over the mark.
+        painter.setClipRegion(mark);
+        painter.fillRect(mark.boundingRect(), speech::readingWordBackground());
+        painter.setPen(speech::readingWordForeground());
+        const std::unique_ptr<QTextLayout> lines
+            = tipgeometry::textLines(font(), m_tipText, m_layout.text.width());
+        lines->draw(&painter, m_layout.text.topLeft());
+    });
+}
+
+void frmToolTips::highlightWord(int start, int length)
+{
+    if (start < 0 || length <= 0 || start >= m_tipText.size()) {
+        clearWordHighlight();
+        return;
+    }
+    update(highlightArea());
+    m_markStart = start;
+    m_markLength = int(qMin<qsizetype>(length, m_tipText.size() - start));
+    update(highlightArea());
+}
+
+void frmToolTips::clearWordHighlight()
+{
+    if (m_markStart < 0)
+        return;
+    update(highlightArea());
+    m_markStart = -1;
+    m_markLength = 0;
+}
+
+QRegion frmToolTips::highlightArea() const
+{
+    if (m_markStart < 0 || m_image.isNull() || !m_layout.hasText)
+        return QRegion();
+    const std::unique_ptr<QTextLayout> lines
+        = tipgeometry::textLines(font(), m_tipText, m_layout.text.width());
+    return tipgeometry::stretchArea(*lines, m_markStart, m_markLength)
+        .translated(m_layout.text.topLeft())
+        .intersected(m_layout.text);
 }
 
 void frmToolTips::Unload()

@@ -36,6 +36,14 @@ public:
     QString TipText() const { return m_tipText; }
     QString textToRead() const override { return m_tipText; }
     void setTipText(const QString &text) { m_tipText = text; }
+    // The word being read is painted over the tip's text in the reading colours, where
+    // the text has it; characters of TipText().
+    void highlightWord(int start, int length) override;
+    void clearWordHighlight() override;
+    int highlightedStart() const { return m_markStart; } // -1: none
+    int highlightedLength() const { return m_markStart < 0 ? 0 : m_markLength; }
+    // Where the highlighted word is painted, in the tip's pixels; empty when none.
+    QRegion highlightArea() const;
     // Takes a picture file's path, or an empty text for none. Raises
     // platform::RuntimeError for a file that is missing or no picture. The reading gives
     // the picture's handle as decimal text, "0" for none.
@@ -80,4 +88,6 @@ private:
     tipgeometry::Layout m_layout;
     QPixmap m_image; // the window's persistent picture
     bool m_closing = false;
+    int m_markStart = -1;
+    int m_markLength = 0;
 };

@@ -3,6 +3,8 @@
 #include <twips.h>
 
 #include <QFontMetrics>
+#include <QTextLayout>
+#include <QtMath>
 
 #include <cstdlib>
 
@@ -86,6 +88,56 @@ QRegion shadow(int w, int h)
 QRegion outline(int w, int h)
 {
     return body(w, h).united(body(w, h).translated(ShadowOffset, ShadowOffset));
+}
+
+std::unique_ptr<QTextLayout> textLines(const QFont &font, const QString &text, int width)
+{
+    // What QPainter does to a text before it lays it out: a new line breaks the line, a
+    // carriage return and a tab are spaces; one character stays one character.
+    QString shown = text;
+    for (QChar &c : shown) {
+        if (c == u'\n')
+            c = QChar::LineSeparator;
+        else if (c == u'\r' || c == u'\t')
+            c = u' ';
+    }
+    auto lines = std::make_unique<QTextLayout>(shown, font);
+    QTextOption option;
+    option.setWrapMode(QTextOption::WordWrap);
+    option.setAlignment(Qt::AlignLeft);
+    lines->setTextOption(option);
+    lines->setCacheEnabled(true);
+    const qreal leading = QFontMetricsF(font).leading();
+    qreal height = -leading;
+    lines->beginLayout();
+    for (QTextLine line = lines->createLine(); line.isValid(); line = lines->createLine()) {
+        line.setLineWidth(qMax<qreal>(0, width));
+        height += leading;
+        // Each line starts on a whole pixel, as QPainter places it.
+        height = qCeil(height);
+        line.setPosition(QPointF(0, height));
+        // Its height unrounded, as QPainter counts it (QTextLine::height() rounds up).
+        height += line.ascent() + line.descent();
+    }
+    lines->endLayout();
+    return lines;
+}
+
+QRegion stretchArea(const QTextLayout &lines, int start, int length)
+{
+    QRegion area;
+    const int end = start + length;
+    for (int i = 0; i < lines.lineCount(); ++i) {
+        const QTextLine line = lines.lineAt(i);
+        const int from = qMax(start, line.textStart());
+        const int to = qMin(end, line.textStart() + line.textLength());
+        if (from >= to)
+            continue;
+        const qreal left = line.cursorToX(from);
+        const qreal right = line.cursorToX(to);
+        area += QRectF(qMin(left, right), line.y(), qAbs(right - left), line.height()).toAlignedRect();
+    }
+    return area;
 }
 
 } // namespace tipgeometry

@@ -6,7 +6,11 @@
 #include <QSize>
 #include <QString>
 
+#include <memory>
+
+class QFont;
 class QFontMetrics;
+class QTextLayout;
 
 // The measuring, placing and shaping of the popup tip, apart from its window so that
 // every number can be checked on its own. Rectangles are in pixels relative to the tip,
@@ -49,5 +53,14 @@ QPoint place(int tipLeft, int tipTop, int widthTwips, int heightTwips, QSize scr
 QRegion body(int w, int h);
 QRegion shadow(int w, int h);
 QRegion outline(int w, int h);
+
+// The text in lines exactly as QPainter draws it word-wrapped, left and top aligned, in
+// a block of that width: the same breaks, the same line positions (relative to the
+// block's top-left), so that a stretch of it can be found on the painted tip.
+std::unique_ptr<QTextLayout> textLines(const QFont &font, const QString &text, int width);
+
+// Where the characters from `start`, `length` of them, stand in those lines: one
+// rectangle a line, the lines' full height, relative to the block's top-left.
+QRegion stretchArea(const QTextLayout &lines, int start, int length);
 
 } // namespace tipgeometry

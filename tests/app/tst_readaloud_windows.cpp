@@ -204,6 +204,96 @@ private slots:
         QTRY_VERIFY(!session().window<frmToolTips>(Session::Window::Tip, false));
     }
 
+    // The tip paints its text itself: the word being said is painted over it.
+    void theTipMarksTheWordBeingSaid()
+    {
+        const QString text = u"Πέτρωμα της Νάξου, σκληρό, που γυάλιζε τα μάρμαρα."_s;
+        frmToolTips *tip = session().window<frmToolTips>(Session::Window::Tip);
+        tip->setTipText(text);
+        tip->Show(m_shell);
+        QVERIFY(QTest::qWaitForWindowExposed(tip));
+        QTest::keyClick(tip, Qt::Key_F9);
+        const QList<speech::Word> words = speech::findWords(text);
+        // The first word at once, where the voice begins.
+        QCOMPARE(tip->highlightedStart(), words.at(0).start);
+        m_speaker->reach(3);
+        QCOMPARE(reader().markedWord(), words.at(3).start);
+        QCOMPARE(tip->highlightedStart(), words.at(3).start);
+        QCOMPARE(tip->highlightedLength(), words.at(3).length);
+        QCOMPARE(text.mid(tip->highlightedStart(), tip->highlightedLength()), u"σκληρό"_s);
+        const QRect word = tip->highlightArea().boundingRect();
+        QVERIFY(!word.isEmpty());
+        const QImage shown = tip->grab().toImage();
+        int yellow = 0;
+        for (int y = word.top(); y <= word.bottom(); ++y) {
+            for (int x = word.left(); x <= word.right(); ++x)
+                yellow += QColor(shown.pixel(x, y)) == speech::readingWordBackground() ? 1 : 0;
+        }
+        QVERIFY2(yellow > word.width() * word.height() / 2, qPrintable(QString::number(yellow)));
+        QVERIFY(QColor(shown.pixel(word.left() - 3, word.center().y())) != speech::readingWordBackground());
+        m_speaker->reach(5);
+        QCOMPARE(text.mid(tip->highlightedStart(), tip->highlightedLength()), u"γυάλιζε"_s);
+        // The end of the text takes the mark away.
+        m_speaker->finish();
+        QCOMPARE(tip->highlightedStart(), -1);
+        QCOMPARE(reader().markedWord(), -1);
+        QVERIFY(tip->isVisible());
+    }
+
+    void escapeTakesTheTipsMarkAwayAndTheTipStays()
+    {
+        const QString text = u"  Το μεγαλύτερο νησί των Κυκλάδων."_s;
+        frmToolTips *tip = session().window<frmToolTips>(Session::Window::Tip);
+        tip->setTipText(text);
+        tip->Show(m_shell);
+        QTest::keyClick(tip, Qt::Key_F9);
+        m_speaker->reach(2);
+        // Its place in the tip's own text, the leading spaces counted.
+        QCOMPARE(text.mid(tip->highlightedStart(), tip->highlightedLength()), u"νησί"_s);
+        QTest::keyClick(tip, Qt::Key_Escape);
+        QCOMPARE(m_speaker->stops, 1);
+        QCOMPARE(tip->highlightedStart(), -1);
+        QVERIFY(tip->highlightArea().isEmpty());
+        QVERIFY(tip->isVisible());
+    }
+
+    void aTipClosedWhileItIsReadTakesNoMore()
+    {
+        QPointer<frmToolTips> tip = session().window<frmToolTips>(Session::Window::Tip);
+        tip->setTipText(u"Πέτρωμα της Νάξου, σκληρό, που γυάλιζε τα μάρμαρα."_s);
+        tip->Show(m_shell);
+        QTest::keyClick(tip, Qt::Key_F9);
+        m_speaker->reach(1);
+        tip->close();
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        QVERIFY(tip.isNull());
+        // The voice goes on; there is no window to mark the words in.
+        m_speaker->reach(2);
+        QCOMPARE(reader().markedWord(), -1);
+        QTest::keyClick(m_shell, Qt::Key_Escape);
+        m_speaker->finish();
+        QCOMPARE(reader().markedWord(), -1);
+    }
+
+    void aTipThatClosedAsTheKeyWasReachedIsHeardOnly()
+    {
+        const QString text = u"Πέτρωμα της Νάξου, σκληρό, που γυάλιζε τα μάρμαρα."_s;
+        QPointer<frmToolTips> tip = session().window<frmToolTips>(Session::Window::Tip);
+        tip->setTipText(text);
+        tip->Show(m_shell);
+        QTRY_VERIFY(tip->isActiveWindow());
+        m_shell->activateWindow();
+        QTRY_VERIFY(!session().window<frmToolTips>(Session::Window::Tip, false));
+        pressSoundKey();
+        QCOMPARE(m_speaker->said, QStringList {text});
+        m_speaker->reach(1);
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        QVERIFY(tip.isNull());
+        m_speaker->reach(2);
+        QCOMPARE(reader().markedWord(), -1);
+        m_speaker->finish();
+    }
+
     void theIndexReadsItsExplanation()
     {
         auto *index = session().window<frmIndex>(Session::Window::Index);

@@ -8,6 +8,7 @@
 #include <tipgeometry.h>
 #include <twips.h>
 #include <viewingwindows.h>
+#include <wordhighlight.h>
 
 #include <QApplication>
 #include <QClipboard>
@@ -16,7 +17,9 @@
 #include <QScreen>
 #include <QSignalSpy>
 #include <QTemporaryDir>
+#include <QPainter>
 #include <QTest>
+#include <QTextLayout>
 
 #include <memory>
 
@@ -50,6 +53,36 @@ QString writePicture(const QTemporaryDir &dir, const QString &name, QSize size, 
     const QString path = dir.filePath(name);
     image.save(path);
     return path;
+}
+
+// Text's pixels: dark enough to be a letter's, on the tip's light background.
+bool isInk(QRgb pixel)
+{
+    return qGray(pixel) < 90;
+}
+
+// The text of a tip, drawn once as the tip draws it and once from its lines.
+QImage drawnByPainter(const QString &text, const QRect &block, QSize size)
+{
+    QImage image(size, QImage::Format_ARGB32_Premultiplied);
+    image.fill(Qt::white);
+    QPainter painter(&image);
+    painter.setFont(tipFont());
+    painter.setPen(Qt::black);
+    painter.drawText(block, Qt::TextWordWrap | Qt::AlignLeft | Qt::AlignTop, text);
+    return image;
+}
+
+QImage drawnFromLines(const QString &text, const QRect &block, QSize size)
+{
+    QImage image(size, QImage::Format_ARGB32_Premultiplied);
+    image.fill(Qt::white);
+    QPainter painter(&image);
+    painter.setFont(tipFont());
+    painter.setPen(Qt::black);
+    painter.setClipRect(block);
+    tipgeometry::textLines(painter.font(), text, block.width())->draw(&painter, block.topLeft());
+    return image;
 }
 
 QRect screenTwips()
@@ -325,6 +358,102 @@ private slots:
         QTRY_VERIFY(tip && tip->isActiveWindow());
         other.activateWindow();
         QTRY_VERIFY(tip.isNull());
+    }
+
+    // --- The word being read ---------------------------------------------------------
+
+    void theLinesAreTheOnesThePainterDraws_data()
+    {
+        QTest::addColumn<QString>("text");
+        QTest::newRow("one line") << u"Πέτρωμα της Νάξου."_s;
+        QTest::newRow("wrapped") << textOf(390);
+        QTest::newRow("long words")
+            << u"Πέτρωμα της Νάξου, σκληρό, που γυάλιζε τα μάρμαρα· οι τεχνίτες το έτριβαν με νερό "
+               "και άμμο ώσπου να λάμψει η επιφάνεια, και έτσι δούλευαν ολόκληρα αγάλματα."_s;
+        QTest::newRow("breaks, tabs, ampersands") << u"Α & Β\r\nδεύτερη\tγραμμή\nτρίτη && τέλος"_s;
+    }
+
+    void theLinesAreTheOnesThePainterDraws()
+    {
+        QFETCH(QString, text);
+        const auto l = tipgeometry::layOut(QFontMetrics(tipFont()), text, QSize());
+        const QSize size(l.text.right() + 30, l.text.bottom() + 30);
+        const QImage painted = drawnByPainter(text, l.text, size);
+        QCOMPARE(drawnFromLines(text, l.text, size), painted);
+    }
+
+    void theWordBeingReadIsPaintedOnItsPlace()
+    {
+        const QString text = u"Πέτρωμα της Νάξου, σκληρό, που γυάλιζε τα μάρμαρα· οι τεχνίτες το έτριβαν με "
+                             "νερό και άμμο ώσπου να λάμψει η επιφάνεια, και έτσι δούλευαν ολόκληρα αγάλματα."_s;
+        frmToolTips *tip = showTip(text, QString());
+        QVERIFY(QTest::qWaitForWindowExposed(tip));
+        const QRect block = tip->layout().text;
+        const QImage before = tip->grab().toImage();
+        QCOMPARE(tip->highlightedStart(), -1);
+        QVERIFY(tip->highlightArea().isEmpty());
+
+        // A word on a later line than the first: the mark follows the wrapping.
+        const int start = int(text.indexOf(u"επιφάνεια"_s));
+        const int length = 9;
+        tip->highlightWord(start, length);
+        QCOMPARE(tip->highlightedStart(), start);
+        QCOMPARE(tip->highlightedLength(), length);
+        const QRegion area = tip->highlightArea();
+        QCOMPARE(area.rectCount(), 1);
+        const QRect word = area.boundingRect();
+        QVERIFY(block.contains(word));
+        QVERIFY2(word.top() > block.top() + word.height(), qPrintable(QString::number(word.top())));
+        const QImage after = tip->grab().toImage();
+        QCOMPARE(after.size(), before.size());
+        QCOMPARE(tip->size(), before.size() / before.devicePixelRatio());
+
+        int ink = 0;
+        int yellow = 0;
+        for (int y = 0; y < after.height(); ++y) {
+            for (int x = 0; x < after.width(); ++x) {
+                const QRgb was = before.pixel(x, y);
+                const QRgb now = after.pixel(x, y);
+                if (!word.contains(x, y)) {
+                    QCOMPARE(now, was);
+                    continue;
+                }
+                // The letters stay where they were drawn, black on the reading yellow.
+                if (isInk(was)) {
+                    ++ink;
+                    QVERIFY2(isInk(now), qPrintable(u"%1,%2"_s.arg(x).arg(y)));
+                }
+                if (QColor(now) == speech::readingWordBackground())
+                    ++yellow;
+            }
+        }
+        QVERIFY(ink > 20);
+        QVERIFY2(yellow > word.width() * word.height() / 2, qPrintable(QString::number(yellow)));
+
+        tip->clearWordHighlight();
+        QCOMPARE(tip->highlightedStart(), -1);
+        QVERIFY(tip->highlightArea().isEmpty());
+        QCOMPARE(tip->grab().toImage(), before);
+    }
+
+    void aWordAcrossTheLinesIsMarkedOnEach()
+    {
+        const QString text = textOf(150);
+        frmToolTips *tip = showTip(text, QString());
+        // From the middle of the first line to the middle of the second.
+        const std::unique_ptr<QTextLayout> lines
+            = tipgeometry::textLines(tip->font(), text, tip->layout().text.width());
+        QVERIFY(lines->lineCount() >= 2);
+        const QTextLine first = lines->lineAt(0);
+        const int start = first.textStart() + first.textLength() / 2;
+        const int end = lines->lineAt(1).textStart() + 3;
+        tip->highlightWord(start, end - start);
+        QCOMPARE(tip->highlightArea().rectCount(), 2);
+        // A stretch past the end is held to the text; an empty one is no mark.
+        tip->highlightWord(int(text.size()) - 2, 10);
+        QCOMPARE(tip->highlightedLength(), 2);
+        tip->highlightWord(3, 0);
+        QCOMPARE(tip->highlightedStart(), -1);
     }
 
     void theTipIsPlacedOnTheRealScreen()

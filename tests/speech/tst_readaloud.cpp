@@ -1,5 +1,6 @@
 #include "recordingspeaker.h"
 #include "textwindow.h"
+#include "wordmarks.h"
 
 #include <rate.h>
 #include <ratemenu.h>
@@ -28,22 +29,13 @@
 #include <cmath>
 
 using namespace Qt::StringLiterals;
+using testing::marksIn;
 
 using testing::TextWindow;
 
 namespace {
 
 const QString ThreeSentences = u"Πρώτη πρόταση εδώ. Δεύτερη πρόταση μετά. Τρίτη και τελευταία."_s;
-
-QList<QTextEdit::ExtraSelection> marksIn(QTextEdit *box)
-{
-    QList<QTextEdit::ExtraSelection> marks;
-    for (const QTextEdit::ExtraSelection &s : box->extraSelections()) {
-        if (speech::WordHighlight::isMark(s))
-            marks << s;
-    }
-    return marks;
-}
 
 double luminance(const QColor &colour)
 {

@@ -5,6 +5,7 @@
 #include "../support/testsession.h"
 #include "speechservice.h"
 #include "textwindow.h"
+#include "wordmarks.h"
 
 #include <readaloud.h>
 #include <speaker.h>
@@ -18,6 +19,7 @@
 #include <QTest>
 
 using namespace Qt::StringLiterals;
+using testing::marksIn;
 
 using testing::TextWindow;
 
@@ -25,17 +27,6 @@ namespace {
 
 const QString Kleisthenes = u"Ο Κλεισθένης μοίρασε τους Αθηναίους σε δέκα φυλές. "
                             u"Κάθε φυλή είχε ανθρώπους από την πόλη, την παραλία και την ενδοχώρα."_s;
-
-// The word marks a text box shows.
-QList<QTextEdit::ExtraSelection> marksIn(QTextEdit *box)
-{
-    QList<QTextEdit::ExtraSelection> marks;
-    for (const QTextEdit::ExtraSelection &s : box->extraSelections()) {
-        if (speech::WordHighlight::isMark(s))
-            marks << s;
-    }
-    return marks;
-}
 
 } // namespace
 

@@ -147,7 +147,7 @@ struct Outbox::Round
     QString fileName;
     std::shared_ptr<QLockFile> lock;
     Record record;
-    int pending = 0; // requests to the server not answered yet
+    int pending = 0; // requests to the server and drop folder writes not answered yet
     int renames = 0;
     QString compared; // the name on the server last compared with the bundle
     bool folderFailed = false;

@@ -5,6 +5,7 @@
 #include <bundle.h>
 #include <destinations.h>
 #include <handinwork.h>
+#include <latethreads.h>
 #include <outbox.h>
 #include <richtextbox.h>
 
@@ -65,7 +66,8 @@ int main(int argc, char *argv[])
 
     handin::Destinations destinations;
     destinations.folder = dir.filePath(QStringLiteral("drop"));
-    handin::Outbox outbox(destinations, dir.filePath(QStringLiteral("outbox")));
+    platform::LateThreads late;
+    handin::Outbox outbox(destinations, late, dir.filePath(QStringLiteral("outbox")));
     QEventLoop loop;
     bool delivered = false;
     QObject::connect(&outbox, &handin::Outbox::delivered, &loop, [&] {

@@ -3,6 +3,9 @@
 #include "logging.h"
 #include "manifest.h"
 
+#include <latethreads.h>
+
+#include <QDeadlineTimer>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -15,6 +18,7 @@
 #include <QNetworkRequest>
 #include <QSaveFile>
 #include <QSet>
+#include <QThread>
 
 namespace handin {
 
@@ -77,14 +81,73 @@ struct Record
     }
 };
 
+// Adds `key` to the record on disk, whoever wrote it last.
+bool recordDelivered(const QString &path, const QString &key, std::mutex &mutex)
+{
+    const std::lock_guard guard(mutex);
+    Record record = Record::read(path);
+    record.delivered.insert(key);
+    return record.write(path);
+}
+
+// One bundle for the drop folder, as the folder's thread gets it.
+struct FolderJob
+{
+    QString folder;
+    QString fileName;
+    QByteArray zip;
+    QString recordPath;
+    // The bundle's lock, shared with its round: a write stuck in the share keeps it even
+    // after the outbox is gone, so no other outbox sends the bundle meanwhile.
+    std::shared_ptr<QLockFile> lock;
+    std::shared_ptr<std::mutex> recordMutex;
+    std::shared_ptr<const std::atomic_bool> leaving;
+};
+
+// Lives on the drop folder's thread; its answers reach the outbox queued.
+class FolderWorker final : public QObject
+{
+    Q_OBJECT
+
+public:
+    explicit FolderWorker(FolderDelivery deliver)
+        : m_deliver(std::move(deliver))
+    {
+    }
+
+    void deliver(FolderJob job)
+    {
+        if (job.leaving->load())
+            return; // the outbox is gone: the bundle waits for the next start
+        QString why;
+        const bool delivered
+            = m_deliver(job.folder, job.fileName, job.zip, &why) == Delivery::Delivered;
+        // Recorded here, right after the rename, and not by the outbox: a write that ends
+        // after the outbox is gone (the share came back after the program had stopped
+        // waiting) would otherwise be sent again at the next start, and a folder never
+        // replaces, so the teacher would find the bundle twice under two random parts.
+        // Should even this record fail, the bundle goes once more: a duplicate, never a loss.
+        if (delivered)
+            recordDelivered(job.recordPath, folderKey(job.folder), *job.recordMutex);
+        job.lock.reset(); // the round, or nobody, has it now
+        emit finished(job.fileName, delivered, why);
+    }
+
+signals:
+    void finished(const QString &fileName, bool delivered, const QString &why);
+
+private:
+    FolderDelivery m_deliver;
+};
+
 } // namespace
 
 struct Outbox::Round
 {
     QString fileName;
-    QLockFile lock;
+    std::shared_ptr<QLockFile> lock;
     Record record;
-    int pending = 0; // requests to the server not answered yet
+    int pending = 0; // requests to the server and drop folder writes not answered yet
     int renames = 0;
     QString compared; // the name on the server last compared with the bundle
     bool folderFailed = false;
@@ -92,7 +155,7 @@ struct Outbox::Round
 
     Round(const QString &name, const QString &lockPath)
         : fileName(name)
-        , lock(lockPath)
+        , lock(std::make_shared<QLockFile>(lockPath))
     {
     }
 
@@ -122,15 +185,30 @@ QString Outbox::serverWaitingText()
     return QStringLiteral("Σε αναμονή: ο διακομιστής παράδοσης δεν είναι διαθέσιμος");
 }
 
-Outbox::Outbox(Destinations destinations, QString folder, std::function<QDateTime()> now, int retryMs,
-    QObject *parent, int transferTimeoutMs)
+Outbox::Outbox(Destinations destinations, platform::LateThreads &late, QString folder,
+    std::function<QDateTime()> now, int retryMs, QObject *parent, int transferTimeoutMs, FolderDelivery deliver)
     : QObject(parent)
     , m_destinations(std::move(destinations))
     , m_folder(folder.isEmpty() ? defaultFolder() : QDir::cleanPath(folder))
     , m_now(now ? std::move(now) : [] { return QDateTime::currentDateTime(); })
     , m_transferTimeoutMs(transferTimeoutMs)
     , m_network(new QNetworkAccessManager(this))
+    , m_late(late)
 {
+    if (!m_destinations.folder.isEmpty()) {
+        m_folderThread = new QThread;
+        m_folderThread->setObjectName(QStringLiteral("handin-folder"));
+        auto *worker = new FolderWorker(deliver ? std::move(deliver) : FolderDelivery([](const QString &to,
+            const QString &fileName, const QByteArray &zip, QString *why) {
+            return deliverToFolder(to, fileName, zip, why);
+        }));
+        worker->moveToThread(m_folderThread);
+        m_folderWorker = worker;
+        connect(m_folderThread, &QThread::finished, worker, &QObject::deleteLater);
+        connect(worker, &FolderWorker::finished, this, &Outbox::folderFinished);
+        m_folderThread->start();
+    }
+
     if (QDir().mkpath(m_folder))
         QFile::setPermissions(
             m_folder, QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ExeOwner);
@@ -147,12 +225,33 @@ Outbox::Outbox(Destinations destinations, QString folder, std::function<QDateTim
 
 Outbox::~Outbox()
 {
+    leave(std::chrono::milliseconds(FolderExitWaitMs));
+}
+
+void Outbox::leave(std::chrono::milliseconds limit)
+{
+    m_retry.stop();
+    m_leaving->store(true);
     // Aborting a reply finishes it at once; nothing of ours may hear that any more.
     for (QNetworkReply *reply : m_network->findChildren<QNetworkReply *>()) {
         disconnect(reply, nullptr, this, nullptr);
         reply->abort();
     }
-    m_rounds.clear(); // unlocks: the bundles wait for the next try
+    if (m_folderThread) {
+        disconnect(m_folderWorker, nullptr, this, nullptr);
+        m_folderThread->quit();
+        std::unique_ptr<QThread> thread(m_folderThread);
+        m_folderThread = nullptr;
+        m_folderWorker = nullptr;
+        // A share that hangs must not keep the program from closing: the write is given a
+        // moment, then its thread goes to the late threads' owner, which joins it once the
+        // share lets it go. It still records what it wrote, and unlocks its bundle then.
+        if (!thread->wait(QDeadlineTimer(limit))) {
+            qCWarning(lcHandin) << "a write into the drop folder is still under way; left to end on its own";
+            m_late.keep(std::move(thread));
+        }
+    }
+    m_rounds.clear(); // unlocks what no folder write holds: the bundles wait for the next try
 }
 
 QString Outbox::path(const QString &fileName) const
@@ -233,9 +332,11 @@ void Outbox::send(const QString &fileName)
 {
     if (m_rounds.count(fileName))
         return; // already on its way
+    if (m_leaving->load())
+        return;
     auto round = std::make_unique<Round>(fileName, path(fileName) + QLatin1String(LockSuffix));
-    round->lock.setStaleLockTime(0); // stale only when its program is gone
-    if (!round->lock.tryLock(0))
+    round->lock->setStaleLockTime(0); // stale only when its program is gone
+    if (!round->lock->tryLock(0))
         return; // another program of this user is sending it
     QFile file(path(fileName));
     if (!file.open(QIODevice::ReadOnly))
@@ -247,20 +348,45 @@ void Outbox::send(const QString &fileName)
     m_rounds.emplace(fileName, std::move(round));
 
     const QString folder = m_destinations.folder;
-    if (!folder.isEmpty() && !r.record.delivered.contains(folderKey(folder))) {
-        QString why;
-        if (deliverToFolder(folder, fileName, zip, &why) == Delivery::Delivered) {
-            r.record.delivered.insert(folderKey(folder));
-            r.record.write(path(fileName) + QLatin1String(SentSuffix));
-        } else {
-            r.folderFailed = true;
-            qCWarning(lcHandin).noquote() << "the drop folder did not take" << fileName << "-" << why;
-        }
+    if (m_folderWorker && !r.record.delivered.contains(folderKey(folder))) {
+        FolderJob job {folder, fileName, zip, path(fileName) + QLatin1String(SentSuffix), r.lock,
+            m_recordMutex, m_leaving};
+        auto *worker = static_cast<FolderWorker *>(m_folderWorker);
+        ++r.pending;
+        QMetaObject::invokeMethod(
+            worker, [worker, job = std::move(job)]() mutable { worker->deliver(std::move(job)); },
+            Qt::QueuedConnection);
     }
     if (m_destinations.webdav.isValid() && !r.record.delivered.contains(webdavKey(m_destinations.webdav)))
         put(r, zip);
     if (r.pending == 0)
         finish(fileName);
+}
+
+void Outbox::folderFinished(const QString &fileName, bool delivered, const QString &why)
+{
+    const auto found = m_rounds.find(fileName);
+    if (found == m_rounds.end())
+        return;
+    Round &round = *found->second;
+    --round.pending;
+    if (delivered) {
+        round.record.delivered.insert(folderKey(m_destinations.folder)); // on disk already
+    } else {
+        round.folderFailed = true;
+        qCWarning(lcHandin).noquote() << "the drop folder did not take" << fileName << "-" << why;
+    }
+    if (round.pending == 0)
+        finish(fileName);
+}
+
+// The record as this round knows it, merged with what the folder's thread wrote meanwhile.
+bool Outbox::saveRecord(Round &round)
+{
+    const QString recordPath = path(round.fileName) + QLatin1String(SentSuffix);
+    const std::lock_guard guard(*m_recordMutex);
+    round.record.delivered.unite(Record::read(recordPath).delivered);
+    return round.record.write(recordPath);
 }
 
 QNetworkRequest Outbox::request(const QString &remoteName) const
@@ -334,7 +460,7 @@ void Outbox::putFinished(QNetworkReply *reply, const QString &fileName, const QB
     const int status = reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
     if (status == 201 || status == 204) {
         round.record.delivered.insert(webdavKey(m_destinations.webdav));
-        round.record.write(path(fileName) + QLatin1String(SentSuffix));
+        saveRecord(round);
     } else if (status == 412 && round.compared != round.remoteName()) {
         compareTaken(round, zip);
         return;
@@ -362,7 +488,7 @@ void Outbox::takenFinished(QNetworkReply *reply, const QString &fileName, const 
     // A drop share usually lets nobody read; then the name is someone else's as far as we know.
     if (status == 200 && reply->readAll() == zip) {
         round.record.delivered.insert(webdavKey(m_destinations.webdav));
-        round.record.write(path(fileName) + QLatin1String(SentSuffix));
+        saveRecord(round);
         if (round.pending == 0)
             finish(fileName);
         return;
@@ -384,7 +510,7 @@ void Outbox::takeFreshName(Round &round, const QByteArray &zip)
     }
     ++round.renames;
     round.record.webdavName = withFreshRandomPart(round.remoteName());
-    round.record.write(path(round.fileName) + QLatin1String(SentSuffix));
+    saveRecord(round);
     put(round, zip);
 }
 
@@ -407,14 +533,14 @@ void Outbox::finish(const QString &fileName)
         if (!QFile::remove(path(fileName)))
             qCWarning(lcHandin) << "cannot take" << fileName << "out of the outbox";
         QFile::remove(path(fileName) + QLatin1String(SentSuffix));
-        round->lock.unlock();
+        round->lock->unlock();
         m_lastDelivered = m_now();
         emit delivered(fileName, m_lastDelivered);
         if (waiting() == 0)
             setStatus(deliveredText(m_lastDelivered));
         return;
     }
-    round->lock.unlock();
+    round->lock->unlock();
     if (!m_destinations.any())
         qCWarning(lcHandin).noquote() << "no destination is set:" << fileName << "waits in" << m_folder;
     const QString reason
@@ -424,3 +550,5 @@ void Outbox::finish(const QString &fileName)
 }
 
 } // namespace handin
+
+#include "outbox.moc"

@@ -8,15 +8,27 @@
 #include <QString>
 #include <QTimer>
 
+#include <atomic>
+#include <chrono>
 #include <functional>
 #include <map>
 #include <memory>
+#include <mutex>
 
 class QNetworkAccessManager;
 class QNetworkReply;
 class QNetworkRequest;
+class QThread;
+
+namespace platform {
+class LateThreads;
+}
 
 namespace handin {
+
+// Writes a bundle into a drop folder: deliverToFolder, or what a test puts in its place.
+using FolderDelivery
+    = std::function<Delivery(const QString &folder, const QString &fileName, const QByteArray &zip, QString *why)>;
 
 // The bundles waiting to be handed in, in $XDG_STATE_HOME/tremidia/outbox/ (or
 // ~/.local/state/tremidia/outbox/). A bundle is written there first, then sent to every
@@ -34,8 +46,12 @@ namespace handin {
 // already taken there (412) is read back where the share lets us: the very bundle (from a
 // try whose answer was lost) counts as handed in; anything else, or a share that lets
 // nobody read, makes the bundle go again at once under a fresh random part.
-// Everything runs on the thread that made the outbox; it may be destroyed at any time:
-// what is being sent is dropped and stays in the outbox for the next try.
+// Everything runs on the thread that made the outbox, except the writes into the drop
+// folder: a hard-mounted share whose server hangs blocks open/write/fsync for ever, so
+// they run one at a time on a thread of the outbox's own. The outbox may be destroyed at
+// any time: what is being sent is dropped and stays in the outbox for the next try; a
+// folder write stuck in the share goes to the late threads and keeps its bundle locked
+// until it ends.
 class Outbox final : public QObject
 {
     Q_OBJECT
@@ -44,20 +60,30 @@ public:
     static constexpr int RetryMs = 2 * 60 * 1000;
     // The longest a WebDAV upload may stall before it counts as not handed in.
     static constexpr int TransferTimeoutMs = 30 * 1000;
+    // How long leaving waits for a drop folder write under way before it goes on without it.
+    static constexpr int FolderExitWaitMs = 200;
 
-    // `folder` empty: the user's state folder. `now` gives the time the status shows.
-    // `transferTimeoutMs`: how long an upload may stall.
-    Outbox(Destinations destinations, QString folder = {}, std::function<QDateTime()> now = {},
-        int retryMs = RetryMs, QObject *parent = nullptr, int transferTimeoutMs = TransferTimeoutMs);
+    // `late` takes the drop folder's thread when a write is stuck in the share as the
+    // outbox goes; it outlives the outbox. `folder` empty: the user's state folder. `now`
+    // gives the time the status shows. `transferTimeoutMs`: how long an upload may stall.
+    // `deliver`: writes into the drop folder, on the folder's thread; empty: deliverToFolder.
+    Outbox(Destinations destinations, platform::LateThreads &late, QString folder = {},
+        std::function<QDateTime()> now = {}, int retryMs = RetryMs, QObject *parent = nullptr,
+        int transferTimeoutMs = TransferTimeoutMs, FolderDelivery deliver = {});
     ~Outbox() override;
+    Q_DISABLE_COPY_MOVE(Outbox)
+
+    // Drops what is being sent and ends the drop folder's thread, waiting up to `limit`;
+    // a thread still writing then goes to the late threads. Nothing is sent afterwards.
+    void leave(std::chrono::milliseconds limit);
 
     const Destinations &destinations() const { return m_destinations; }
     QString folder() const { return m_folder; }
 
     // Keeps the bundle in the outbox and starts sending it. False when the outbox itself
-    // cannot keep it (then nothing was handed in, and the caller says so). A drop folder is
-    // written at once, so `delivered` or `queued` may come before this returns; a WebDAV
-    // share answers later. The bundle may be kept under a fresh random part if its name is
+    // cannot keep it (then nothing was handed in, and the caller says so). `delivered` or
+    // `queued` come later, through the event loop (only an outbox without any destination
+    // says `queued` before this returns). The bundle may be kept under a fresh random part if its name is
     // in the outbox already; the signals give the name it is kept under.
     bool handIn(const Bundle &bundle);
 
@@ -104,6 +130,8 @@ private:
     void compareTaken(Round &round, const QByteArray &zip);
     void takenFinished(QNetworkReply *reply, const QString &fileName, const QByteArray &zip);
     void takeFreshName(Round &round, const QByteArray &zip);
+    void folderFinished(const QString &fileName, bool delivered, const QString &why);
+    bool saveRecord(Round &round);
     void finish(const QString &fileName);
     void setStatus(const QString &text);
 
@@ -116,6 +144,14 @@ private:
     QString m_status;
     QDateTime m_lastDelivered;
     std::map<QString, std::unique_ptr<Round>> m_rounds;
+
+    platform::LateThreads &m_late;
+    QThread *m_folderThread = nullptr;
+    QObject *m_folderWorker = nullptr; // lives on m_folderThread
+    // Set when the outbox goes: the folder writes not started yet are dropped.
+    std::shared_ptr<std::atomic_bool> m_leaving = std::make_shared<std::atomic_bool>(false);
+    // The records are written from both threads, and by the folder's after the outbox is gone.
+    std::shared_ptr<std::mutex> m_recordMutex = std::make_shared<std::mutex>();
 };
 
 } // namespace handin

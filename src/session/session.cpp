@@ -30,6 +30,8 @@ constexpr int BackgroundStopMs = 500;
 constexpr int StopBudgetMs = 900;
 // Of which the speaker's engine gets at most this much.
 constexpr int SpeechStopMs = 250;
+// And the outbox's drop folder write, kept aside from what the media engines may take.
+constexpr int HandInStopMs = handin::Outbox::FolderExitWaitMs;
 
 std::chrono::milliseconds within(const QDeadlineTimer &budget, int most)
 {
@@ -62,7 +64,7 @@ Session::Session(std::unique_ptr<platform::Host> host, platform::LateThreads &la
     m_handIns = std::make_unique<handin::Outbox>(
         services.handInDestinations ? *std::move(services.handInDestinations)
                                     : handin::Destinations::fromSettings(),
-        services.handInFolder, [host = m_host.get()] { return host->now(); },
+        late, services.handInFolder, [host = m_host.get()] { return host->now(); },
         services.handInRetryMs > 0 ? services.handInRetryMs : handin::Outbox::RetryMs);
 }
 
@@ -80,10 +82,12 @@ Session::~Session()
     // 3. The media engines: every pipeline is dropped and stops on its own thread; one
     //    stuck inside GStreamer goes to the late threads. The players still open find
     //    their engines gone and play no more.
-    if (!m_mediaEngines->stop(within(budget, StopBudgetMs)))
+    if (!m_mediaEngines->stop(within(budget, std::max(0, int(budget.remainingTime()) - HandInStopMs))))
         qCWarning(lcMedia) << "a media engine still stopping at the session's end was left to its owner";
     // 4. The hand-ins: an upload under way is dropped, and its bundle stays in the outbox
-    //    for the next start. Before the windows, which may show the outbox's status.
+    //    for the next start; a drop folder write stuck in its share goes to the late
+    //    threads. Before the windows, which may show the outbox's status.
+    m_handIns->leave(within(budget, HandInStopMs));
     m_handIns.reset();
     // 5. The windows, without their closing questions: the pupil's work stays in its
     //    recovery copies.

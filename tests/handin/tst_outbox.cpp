@@ -4,6 +4,8 @@
 #include "manifest.h"
 #include "outbox.h"
 
+#include <latethreads.h>
+
 #include <QDir>
 #include <QFile>
 #include <QLockFile>
@@ -28,6 +30,7 @@ class tst_Outbox final : public QObject
     Q_OBJECT
 
 private:
+    platform::LateThreads m_late; // outlives every outbox
     std::unique_ptr<QTemporaryDir> m_dir;
     std::unique_ptr<testing::WebDavServer> m_server;
     std::unique_ptr<handin::Outbox> m_outbox;
@@ -76,7 +79,7 @@ private:
     {
         m_outbox.reset();
         m_outbox = std::make_unique<handin::Outbox>(
-            destinations, outboxFolder(), [] { return tenFortyTwo(); }, retryMs, nullptr, transferTimeoutMs);
+            destinations, m_late, outboxFolder(), [] { return tenFortyTwo(); }, retryMs, nullptr, transferTimeoutMs);
         return *m_outbox;
     }
 
@@ -198,7 +201,7 @@ private slots:
             QSignalSpy queued(&outbox, &handin::Outbox::queued);
             QVERIFY(outbox.handIn(bundle(QStringLiteral("Άννα"))));
             QVERIFY(outbox.handIn(bundle(QStringLiteral("Νίκος"))));
-            QCOMPARE(queued.size(), 2);
+            QTRY_COMPARE_WITH_TIMEOUT(queued.size(), 2, WaitMs);
             QCOMPARE(
                 outbox.statusText(), QStringLiteral("Σε αναμονή: ο φάκελος παράδοσης δεν είναι διαθέσιμος"));
             QCOMPARE(outbox.waiting(), 2);
@@ -389,7 +392,7 @@ private slots:
 
         other.unlock();
         outbox.resend();
-        QCOMPARE(delivered.size(), 1);
+        QVERIFY(delivered.wait(WaitMs));
         QCOMPARE(filesIn(dropFolder()), QStringList {sent.fileName});
     }
 

@@ -198,7 +198,8 @@ void frmHandIn::cmdHandIn_Click()
         }
         return;
     }
-    // Until the outbox tells how it went; a drop folder tells at once, within handIn.
+    // Until the outbox tells how it went, through the event loop: a drop folder on a share
+    // that hangs may never tell, and the window stays usable meanwhile.
     showStatus(QStringLiteral("Η εργασία παραδίδεται…"));
     if (!outbox.handIn(bundle)) {
         showStatus(QString());

@@ -152,6 +152,7 @@ struct Outbox::Round
     QString compared; // the name on the server last compared with the bundle
     bool folderFailed = false;
     bool webdavFailed = false;
+    bool folderUnderWay = false; // a write into the drop folder not answered yet
 
     Round(const QString &name, const QString &lockPath)
         : fileName(name)
@@ -353,9 +354,13 @@ void Outbox::send(const QString &fileName)
             m_recordMutex, m_leaving};
         auto *worker = static_cast<FolderWorker *>(m_folderWorker);
         ++r.pending;
+        r.folderUnderWay = true;
         QMetaObject::invokeMethod(
             worker, [worker, job = std::move(job)]() mutable { worker->deliver(std::move(job)); },
             Qt::QueuedConnection);
+        // A hung share never answers: the pupil is told that the work waits rather than
+        // seeing it go on being handed in for ever. The write goes on, and may still end it.
+        QTimer::singleShot(m_transferTimeoutMs, this, [this, fileName] { folderIsSlow(fileName); });
     }
     if (m_destinations.webdav.isValid() && !r.record.delivered.contains(webdavKey(m_destinations.webdav)))
         put(r, zip);
@@ -370,6 +375,7 @@ void Outbox::folderFinished(const QString &fileName, bool delivered, const QStri
         return;
     Round &round = *found->second;
     --round.pending;
+    round.folderUnderWay = false;
     if (delivered) {
         round.record.delivered.insert(folderKey(m_destinations.folder)); // on disk already
     } else {
@@ -378,6 +384,17 @@ void Outbox::folderFinished(const QString &fileName, bool delivered, const QStri
     }
     if (round.pending == 0)
         finish(fileName);
+}
+
+void Outbox::folderIsSlow(const QString &fileName)
+{
+    const auto found = m_rounds.find(fileName);
+    if (found == m_rounds.end() || !found->second->folderUnderWay)
+        return;
+    qCWarning(lcHandin).noquote() << "the drop folder has not answered for" << m_transferTimeoutMs
+                                  << "ms while taking" << fileName;
+    emit queued(fileName, folderWaitingText());
+    setStatus(folderWaitingText());
 }
 
 // The record as this round knows it, merged with what the folder's thread wrote meanwhile.

@@ -65,7 +65,8 @@ public:
 
     // `late` takes the drop folder's thread when a write is stuck in the share as the
     // outbox goes; it outlives the outbox. `folder` empty: the user's state folder. `now`
-    // gives the time the status shows. `transferTimeoutMs`: how long an upload may stall.
+    // gives the time the status shows. `transferTimeoutMs`: how long an upload may stall,
+    // and how long a drop folder may keep a write before the status says the work waits.
     // `deliver`: writes into the drop folder, on the folder's thread; empty: deliverToFolder.
     Outbox(Destinations destinations, platform::LateThreads &late, QString folder = {},
         std::function<QDateTime()> now = {}, int retryMs = RetryMs, QObject *parent = nullptr,
@@ -132,6 +133,7 @@ private:
     void takeFreshName(Round &round, const QByteArray &zip);
     void folderFinished(const QString &fileName, bool delivered, const QString &why);
     bool saveRecord(Round &round);
+    void folderIsSlow(const QString &fileName);
     void finish(const QString &fileName);
     void setStatus(const QString &text);
 

@@ -93,10 +93,11 @@ private:
         return destinations;
     }
 
-    std::unique_ptr<handin::Outbox> makeOutbox(handin::FolderDelivery deliver = {})
+    std::unique_ptr<handin::Outbox> makeOutbox(
+        handin::FolderDelivery deliver = {}, int transferTimeoutMs = handin::Outbox::TransferTimeoutMs)
     {
         return std::make_unique<handin::Outbox>(toDropFolder(), *m_late, outboxFolder(),
-            [] { return tenFortyTwo(); }, handin::Outbox::RetryMs, nullptr, handin::Outbox::TransferTimeoutMs,
+            [] { return tenFortyTwo(); }, handin::Outbox::RetryMs, nullptr, transferTimeoutMs,
             std::move(deliver));
     }
 
@@ -156,6 +157,28 @@ private slots:
         QCOMPARE(filesIn(outboxFolder()),
             (QStringList {sent.fileName, sent.fileName + QStringLiteral(".lock")}));
         QVERIFY(filesIn(dropFolder()).isEmpty());
+    }
+
+    // A write the share keeps too long: the pupil reads that the work waits, and when the
+    // share answers after all, that it was handed in.
+    void aShareThatKeepsTheWriteTooLongIsSaidToWait()
+    {
+        std::unique_ptr<handin::Outbox> outbox = makeOutbox(m_share->delivery(), 200);
+        QSignalSpy delivered(outbox.get(), &handin::Outbox::delivered);
+        QSignalSpy queued(outbox.get(), &handin::Outbox::queued);
+        const handin::Bundle sent = bundle(QStringLiteral("Γιώργος"));
+        QVERIFY(outbox->handIn(sent));
+        QVERIFY(queued.wait(WaitMs));
+        QCOMPARE(queued.first().at(1).toString(), handin::Outbox::folderWaitingText());
+        QCOMPARE(outbox->statusText(), QStringLiteral("Σε αναμονή: ο φάκελος παράδοσης δεν είναι διαθέσιμος"));
+        QVERIFY(delivered.isEmpty());
+        QCOMPARE(outbox->waiting(), 1);
+
+        m_share->answer();
+        QVERIFY(delivered.wait(WaitMs));
+        QCOMPARE(outbox->statusText(), QStringLiteral("Παραδόθηκε στις 10:42"));
+        QCOMPARE(filesIn(dropFolder()), QStringList {sent.fileName});
+        QCOMPARE(queued.size(), 1);
     }
 
     // The share answers after the outbox has gone: the bundle arrives once, and the next

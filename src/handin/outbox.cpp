@@ -229,6 +229,15 @@ Outbox::~Outbox()
     leave(std::chrono::milliseconds(FolderExitWaitMs));
 }
 
+bool Outbox::writingToFolder() const
+{
+    for (const auto &[name, round] : m_rounds) {
+        if (round->folderUnderWay)
+            return true;
+    }
+    return false;
+}
+
 void Outbox::leave(std::chrono::milliseconds limit)
 {
     m_retry.stop();

@@ -91,6 +91,9 @@ public:
     // Tries every waiting bundle again now (a bundle on its way is left to finish).
     void resend();
 
+    // Whether a write into the drop folder is under way (it may be stuck in the share).
+    bool writingToFolder() const;
+
     // Bundles still waiting.
     int waiting() const;
 

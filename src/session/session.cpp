@@ -82,7 +82,9 @@ Session::~Session()
     // 3. The media engines: every pipeline is dropped and stops on its own thread; one
     //    stuck inside GStreamer goes to the late threads. The players still open find
     //    their engines gone and play no more.
-    if (!m_mediaEngines->stop(within(budget, std::max(0, int(budget.remainingTime()) - HandInStopMs))))
+    //    A drop folder write under way keeps its moment of step 4 back from them.
+    const int handInReserveMs = m_handIns->writingToFolder() ? HandInStopMs : 0;
+    if (!m_mediaEngines->stop(within(budget, std::max(0, int(budget.remainingTime()) - handInReserveMs))))
         qCWarning(lcMedia) << "a media engine still stopping at the session's end was left to its owner";
     // 4. The hand-ins: an upload under way is dropped, and its bundle stays in the outbox
     //    for the next start; a drop folder write stuck in its share goes to the late
